@@ -1,0 +1,17 @@
+# What every target of the project is compiled and linked with: the target `brisk_settings`.
+add_library(brisk_settings INTERFACE)
+target_compile_definitions(brisk_settings INTERFACE
+  WIN32_LEAN_AND_MEAN NOMINMAX WINVER=0x0A00 _WIN32_WINNT=0x0A00)
+
+if(MSVC)
+  set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+  target_compile_options(brisk_settings INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /guard:cf)
+  target_link_options(brisk_settings INTERFACE /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT)
+else()
+  target_compile_options(brisk_settings INTERFACE
+    $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror>
+    $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>
+    $<$<COMPILE_LANGUAGE:C,CXX>:-ffunction-sections -fdata-sections>)
+  target_link_options(brisk_settings INTERFACE
+    -static -Wl,--gc-sections -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
+endif()

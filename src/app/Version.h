@@ -1,0 +1,9 @@
+#pragma once
+
+namespace brisk {
+
+// The service's version, as the log's start line and the notification identity show it. The version resource in
+// brisk.rc carries the same number.
+inline constexpr char kVersion[] = "1.09";
+
+} // namespace brisk
