@@ -1,7 +1,26 @@
 #include "app/TitleInfo.h"
 
+#include "app/BriskHost.h"
+#include "app/Log.h"
+
+#include <string>
+
+#include <nlohmann/json.hpp>
+
 namespace brisk {
 
-void receiveTitleInfo(HWND /*window*/, WPARAM /*wParam*/, const COPYDATASTRUCT* /*data*/) {}
+void receiveTitleInfo(HWND /*window*/, WPARAM wParam, const COPYDATASTRUCT* data) {
+    logLine("Brisk : receiveTitleInfo");
+    if (wParam != BRISK_TITLE_INFO_TAG || !data || data->dwData != wParam) {
+        return;
+    }
+    try {
+        const std::string text(static_cast<const char*>(data->lpData), data->cbData);
+        // Parsed to tell a malformed block, and discarded: the title database stays the only source of titles.
+        const nlohmann::json document = nlohmann::json::parse(text);
+    } catch (...) {
+        logLine("Brisk : got exception while processing titles info");
+    }
+}
 
 } // namespace brisk

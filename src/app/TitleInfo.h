@@ -4,8 +4,8 @@
 
 namespace brisk {
 
-// The host's title-information message (WM_COPYDATA): the window, its wParam and the structure its lParam points to,
-// which may be null. Window thread.
+// The host's title-information message (WM_COPYDATA): reports a malformed block in the log; a well-formed one changes
+// nothing. The structure that the message's lParam points to may be null. Window thread.
 void receiveTitleInfo(HWND window, WPARAM wParam, const COPYDATASTRUCT* data);
 
 } // namespace brisk

@@ -1,0 +1,55 @@
+#include "app/Executables.h"
+#include "app/Log.h"
+#include "app/RunTimeParameters.h"
+#include "app/ServiceWindow.h"
+#include "app/Version.h"
+#include "state/UserState.h"
+#include "toast/ToastManager.h"
+#include "tracking/Services.h"
+
+#include <exception>
+
+#include <windows.h>
+
+namespace {
+
+using namespace brisk;
+
+// The process's exit code.
+int run(HINSTANCE instance, const char* commandLine) {
+    parseParameters(commandLine);
+    if (logToFile) {
+        processLog.setFilePath(*logToFile);
+    }
+    logLine("Brisk ", kVersion, " : started");
+    if (isServiceWindowPresent()) {
+        logLine("Brisk : running already. Exiting.");
+        return 1;
+    }
+    const bool titlesLoaded = titleManager().loadTitlesDatabase(getModuleDirectory());
+    if (titlesLoaded) {
+        logLine("Brisk : titles DB processed.");
+    }
+    const bool registryAccessible = isRegistryAccessible();
+    logLine(registryAccessible ? "Brisk : access to the Windows Registry granted."
+                               : "Brisk : access to the Windows Registry not granted.");
+    gfxInfo = createGfxInfo();
+    ToastManager::instance();
+    // Without one of the three the service ends quietly: there is nothing it could do.
+    if (titlesLoaded && registryAccessible && gfxInfo) {
+        runServiceWindow(instance);
+    }
+    logLine("Brisk : finished");
+    return 0;
+}
+
+} // namespace
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE /*previous*/, LPSTR commandLine, int /*showCommand*/) {
+    try {
+        return run(instance, commandLine);
+    } catch (const std::exception& error) {
+        logLine("Brisk : ", error.what());
+        return 1;
+    }
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <windows.h>
+
+namespace brisk {
+
+// Whether a service already runs on this desktop.
+bool isServiceWindowPresent();
+
+// Creates the hidden window that the host posts its messages to and runs the message loop until the quit message.
+// Throws std::runtime_error when the window cannot be made, and whatever a handler throws.
+void runServiceWindow(HINSTANCE instance);
+
+} // namespace brisk

@@ -1,0 +1,125 @@
+#include "titles/ConfigLocation.h"
+
+#include "app/StandardErrors.h"
+#include "app/TextEncoding.h"
+#include "app/WindowsHandles.h"
+
+#include <optional>
+#include <string_view>
+
+namespace brisk {
+
+namespace {
+
+using std::filesystem::path;
+
+constexpr std::string_view kAppDirectory = "%APPDIR%";
+
+void replaceFirst(std::string& text, std::string_view placeholder, const std::string& replacement) {
+    if (const std::size_t position = text.find(placeholder); position != std::string::npos) {
+        text.replace(position, placeholder.size(), replacement);
+    }
+}
+
+bool meansAbsent(DWORD error) {
+    return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME ||
+           error == ERROR_BAD_NETPATH;
+}
+
+// The attributes of an entry, nothing when it is absent.
+std::optional<DWORD> getAttributes(const path& entry, const char* operation) {
+    const DWORD attributes = GetFileAttributesW(entry.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES) {
+        return attributes;
+    }
+    const DWORD error = GetLastError();
+    if (!meansAbsent(error)) {
+        throwFileSystemError(operation, entry, error);
+    }
+    return std::nullopt;
+}
+
+// Whether a link leads to a directory. A dangling link does not.
+bool leadsToDirectory(const path& link) {
+    const HANDLE opened =
+        CreateFileW(link.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
+        const DWORD error = GetLastError();
+        if (!meansAbsent(error)) {
+            throwFileSystemError("directory_entry::status", link, error);
+        }
+        return false;
+    }
+    const UniqueHandle target(opened);
+    BY_HANDLE_FILE_INFORMATION information{};
+    if (!GetFileInformationByHandle(target.get(), &information)) {
+        throwFileSystemError("directory_entry::status", link, GetLastError());
+    }
+    return information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+}
+
+bool isDirectory(const path& directory, const WIN32_FIND_DATAW& entry) {
+    if (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) {
+        return leadsToDirectory(directory / entry.cFileName);
+    }
+    return entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+}
+
+// The name of the first subdirectory in the order of the listing; nothing when there is none.
+std::optional<std::wstring> findFirstSubdirectory(const path& directory) {
+    WIN32_FIND_DATAW entry{};
+    const HANDLE found = FindFirstFileW((directory / L"*").c_str(), &entry);
+    if (found == INVALID_HANDLE_VALUE) {
+        const DWORD error = GetLastError();
+        if (error == ERROR_FILE_NOT_FOUND) {
+            return std::nullopt;
+        }
+        throwFileSystemError("directory_iterator::directory_iterator", directory, error);
+    }
+    const UniqueFindHandle search(found);
+    do {
+        const std::wstring_view name = entry.cFileName;
+        if (name != L"." && name != L".." && isDirectory(directory, entry)) {
+            return std::wstring(name);
+        }
+    } while (FindNextFileW(search.get(), &entry));
+    if (const DWORD error = GetLastError(); error != ERROR_NO_MORE_FILES) {
+        throwFileSystemError("directory_iterator::operator++", directory, error);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+void expandUserFolders(std::string& location, const UserFolders& userFolders) {
+    for (const auto& [placeholder, folder] : userFolders) {
+        replaceFirst(location, placeholder, folder);
+    }
+}
+
+void expandAppDirectory(std::string& location, const std::string& appDirectory) {
+    if (!appDirectory.empty() && location.starts_with('%')) {
+        replaceFirst(location, kAppDirectory, appDirectory);
+    }
+}
+
+bool resolveWildcard(std::string& location) {
+    const std::size_t star = location.find('*');
+    if (star == std::string::npos) {
+        return true;
+    }
+    const path prefix = toPath(location.substr(0, star));
+    const std::optional<DWORD> attributes = getAttributes(prefix, "status");
+    if (!attributes || !(*attributes & FILE_ATTRIBUTE_DIRECTORY)) {
+        return false;
+    }
+    if (const auto name = findFirstSubdirectory(prefix)) {
+        location.replace(star, 1, toNarrow(*name));
+    }
+    return true;
+}
+
+bool locationExists(const std::string& location) { return getAttributes(toPath(location), "exists").has_value(); }
+
+} // namespace brisk

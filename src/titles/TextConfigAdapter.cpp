@@ -1,0 +1,93 @@
+#include "titles/TextConfigAdapter.h"
+
+#include "app/Log.h"
+#include "app/StandardErrors.h"
+#include "app/TextEncoding.h"
+#include "titles/ConfigLocation.h"
+#include "titles/SettingPattern.h"
+
+#include <fstream>
+#include <iterator>
+
+namespace brisk {
+
+namespace {
+
+// Opens the first of the locations that can be opened; the stream is closed when there is none.
+template <class Stream>
+Stream openFirst(const std::vector<std::string>& locations) {
+    for (const std::string& location : locations) {
+        // The runtime opens streams without denying others access.
+        if (Stream stream(toPath(location)); stream.is_open()) {
+            return stream;
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+bool TextConfigAdapter::findConfig(const std::string& appDirectory) {
+    for (std::string& location : configLocations) {
+        expandAppDirectory(location, appDirectory);
+        if (!resolveWildcard(location)) {
+            continue;
+        }
+        logLine("Brisk : checking path '", location, "'.");
+        if (locationExists(location)) {
+            logLine("Brisk : config found.");
+            return true;
+        }
+        logLine("Brisk : config not found.");
+    }
+    return false;
+}
+
+bool TextConfigAdapter::loadConfig() {
+    auto file = openFirst<std::ifstream>(configLocations);
+    if (!file.is_open()) {
+        return false;
+    }
+    file.seekg(0, std::ios::end);
+    const std::streamoff length = file.tellg();
+    file.seekg(0, std::ios::beg);
+    std::string text;
+    text.reserve(length > 0 ? static_cast<std::size_t>(length) : 0);
+    text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    content = std::move(text);
+    return true;
+}
+
+bool TextConfigAdapter::saveConfig() {
+    auto file = openFirst<std::ofstream>(configLocations);
+    if (!file.is_open()) {
+        return false;
+    }
+    file.write(content.data(), static_cast<std::streamsize>(content.size()));
+    content.clear();
+    return true;
+}
+
+bool TextConfigAdapter::setValue(const std::string& key, const std::string& text) {
+    // No key has a group 99: it expands to nothing and keeps a value that begins with a digit apart from "$1".
+    content = SettingPattern(key).replace(content, "$1$99" + text + "$3");
+    return true;
+}
+
+bool TextConfigAdapter::setIntValue(const std::string& key, std::int32_t number) {
+    return setValue(key, std::to_string(number));
+}
+
+std::int32_t TextConfigAdapter::getIntValue(const std::string& key, std::int32_t defaultNumber) {
+    return stringToInt(getValue(key, std::to_string(defaultNumber)));
+}
+
+std::string TextConfigAdapter::getValue(const std::string& key, const std::string& defaultText) {
+    const auto match = SettingPattern(key).search(content.c_str());
+    if (!match) {
+        return defaultText;
+    }
+    return match->size() > 2 ? std::string((*match)[2]) : std::string();
+}
+
+} // namespace brisk
