@@ -1,0 +1,129 @@
+// Fault injection at the import table. A test program writes, once for every call it wants to fail,
+//
+//   BRISK_FAULT_POINT("advapi32.dll", RegSetValueExA)
+//
+// which replaces that import for all the code the program links and gives the test the object RegSetValueExAFault:
+//
+//   RegSetValueExAFault.fail(ERROR_ACCESS_DENIED);
+//
+// All rules end with reset().
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <windows.h>
+
+#include <winternl.h>
+
+extern "C" NTSTATUS NTAPI LdrGetProcedureAddress(PVOID module, PANSI_STRING name, ULONG ordinal, PVOID* address);
+
+namespace brisk::faults {
+
+class FaultPointBase {
+public:
+    FaultPointBase(const char* library, const char* function) : libraryName(library), functionName(function) {
+        all().push_back(this);
+    }
+    FaultPointBase(const FaultPointBase&) = delete;
+    FaultPointBase& operator=(const FaultPointBase&) = delete;
+
+    // Calls made since the last reset, failed ones included.
+    unsigned calls() const { return count; }
+    virtual void reset() { count = 0; }
+
+    static std::vector<FaultPointBase*>& all() {
+        static std::vector<FaultPointBase*> points;
+        return points;
+    }
+
+protected:
+    ~FaultPointBase() = default;
+
+    unsigned countCall() { return ++count; }
+
+    // The function itself. Not through GetProcAddress, which may be a fault point.
+    void* find() {
+        if (!address) {
+            ANSI_STRING name;
+            RtlInitAnsiString(&name, functionName);
+            if (LdrGetProcedureAddress(LoadLibraryA(libraryName), &name, 0, &address) != 0) {
+                throw std::runtime_error(std::string("no function ") + functionName + " in " + libraryName);
+            }
+        }
+        return address;
+    }
+
+private:
+    const char* libraryName;
+    const char* functionName;
+    void* address = nullptr;
+    std::atomic<unsigned> count = 0;
+};
+
+template <class Function>
+class FaultPoint;
+
+template <class Result, class... Arguments>
+class FaultPoint<Result WINAPI(Arguments...)> final : public FaultPointBase {
+public:
+    using Function = Result WINAPI(Arguments...);
+    using FaultPointBase::FaultPointBase;
+
+    // Every call fails with the result and last error, from the n-th on (1 is the next). A function that answers an
+    // error code gives it as its result.
+    void fail(Result result, DWORD lastError = ERROR_SUCCESS, unsigned fromCall = 1) {
+        const unsigned first = calls() + fromCall;
+        hook = [=, this](Arguments... arguments) -> Result {
+            if (calls() < first) {
+                return real(arguments...);
+            }
+            SetLastError(lastError);
+            return result;
+        };
+    }
+
+    // Every call goes to the hook, which may call real().
+    void intercept(std::function<Result(Arguments...)> function) { hook = std::move(function); }
+
+    Result real(Arguments... arguments) { return reinterpret_cast<Function*>(find())(arguments...); }
+
+    Result call(Arguments... arguments) {
+        countCall();
+        return hook ? hook(arguments...) : real(arguments...);
+    }
+
+    void reset() override {
+        FaultPointBase::reset();
+        hook = nullptr;
+    }
+
+private:
+    std::function<Result(Arguments...)> hook;
+};
+
+template <auto& Point, class Function>
+struct Import;
+
+template <auto& Point, class Result, class... Arguments>
+struct Import<Point, Result WINAPI(Arguments...)> {
+    static Result WINAPI call(Arguments... arguments) { return Point.call(arguments...); }
+};
+
+// No call fails any more; all counts are zero.
+inline void reset() {
+    for (FaultPointBase* point : FaultPointBase::all()) {
+        point->reset();
+    }
+}
+
+} // namespace brisk::faults
+
+#define BRISK_FAULT_POINT(library, function)                                                                           \
+    inline brisk::faults::FaultPoint<decltype(::function)> function##Fault{library, #function};                        \
+    extern "C" {                                                                                                       \
+    decltype(&::function) __imp_##function = &brisk::faults::Import<function##Fault, decltype(::function)>::call;      \
+    }
