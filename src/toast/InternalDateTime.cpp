@@ -2,11 +2,18 @@
 
 namespace WinToastLib {
 
+namespace {
+
+// Not in every import library.
+constexpr IID kInspectableIid{0xaf86e2e0, 0xb12d, 0x4c6a, {0x9c, 0x5a, 0xd7, 0xaa, 0x65, 0x10, 0x1e, 0x90}};
+
+} // namespace
+
 HRESULT InternalDateTime::QueryInterface(REFIID iid, void** object) {
     if (!object) {
         return E_POINTER;
     }
-    if (iid != IID_IUnknown && iid != IID_IInspectable && iid != IID_IAgileObject &&
+    if (iid != IID_IUnknown && iid != kInspectableIid && iid != IID_IAgileObject &&
         iid != abi::IReferenceDateTime::kIid) {
         *object = nullptr;
         return E_NOINTERFACE;
