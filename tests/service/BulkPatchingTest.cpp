@@ -1,0 +1,144 @@
+#include "service/ServiceFixture.h"
+
+namespace brisk::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+
+using Lines = std::vector<std::string>;
+
+constexpr char kTitle[] = "Orlan Software: Meridian Edition Game Adjustments";
+
+class BulkPatchingTest : public ServiceFixture {
+protected:
+    // Four titles in files of this machine's folder, in the order of the walk.
+    std::string database() const {
+        std::string folder = toNarrow(machine.path());
+        for (std::size_t i = 0; (i = folder.find('\\', i)) != std::string::npos; i += 2) {
+            folder.insert(i, "\\");
+        }
+        const auto title = [&folder](const std::string& name, const std::string& file, const std::string& more) {
+            return R"json({"config_type": "txt", "title_name": ")json" + name + R"json(", "binary_name": ")json" +
+                   file + R"json(.exe", "config_locations": [")json" + folder + "\\\\" + file +
+                   R"json(.ini"], "config_fields": [{"key": "(Width=)(\\d+)()", "meta": "width", "text": "LUMA Sharp"}])json" +
+                   more + "}";
+        };
+        return "[" + title("Alder", "a", "") + "," + title("Birch", "b", R"(, "luma_version": 1)") + "," +
+               title("Cedar", "c", "") + "," + title("Dogwood", "d", "") + "]";
+    }
+
+    void writeConfig(const char* name, const char* width) const {
+        writeFile(machine / (std::string(name) + ".ini"), "Width=" + std::string(width) + "\r\n");
+    }
+
+    std::string checkedPath(const char* name) const {
+        return "Brisk : checking path '" + machine.narrow() + "\\" + name + ".ini'.";
+    }
+};
+
+TEST_F(BulkPatchingTest, WholePassWithAFailureReportsEveryTitleThatWasFound) {
+    Service service(database().c_str());
+    writeConfig("a", "1024");
+    writeConfig("b", "1024");
+    writeConfig("c", "800");
+    // d is not installed; a is open elsewhere.
+    const UniqueHandle editor(
+        CreateFileW((machine / "a.ini").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    service.startAndWait();
+    service.post(BRISK_MASSIVE_PATCHING);
+    toasts.waitForShows(1);
+    toasts.press(1, 0);
+    toasts.waitForShows(2);
+    service.quit();
+    EXPECT_THAT(service.logFrom(startLines().size()),
+                ElementsAreArray(Lines{"Brisk : onMassivePatching",
+                                       "Brisk : doMassivePatching",
+                                       "Brisk : get current display info.",
+                                       "Brisk : native resolution: 1024x768",
+                                       "Brisk : aspect ratio: 0.75",
+                                       "Brisk : get available display info modes.",
+                                       displayModesLine(),
+                                       "Brisk : optimal resolution: 800x600",
+                                       "Brisk : publisher: '', binary name: 'a.exe'.",
+                                       checkedPath("a"),
+                                       "Brisk : config found.",
+                                       "Brisk : game setting '1024' is not optimal '800'.",
+                                       "Brisk : failed to patch a.exe",
+                                       "Brisk : publisher: '', binary name: 'b.exe'.",
+                                       checkedPath("b"),
+                                       "Brisk : config found.",
+                                       "Brisk : game setting '1024' is not optimal '800'.",
+                                       "Brisk : 'Birch' optimized.",
+                                       "Brisk : patch marker set for b.exe",
+                                       "Brisk : publisher: '', binary name: 'c.exe'.",
+                                       checkedPath("c"),
+                                       "Brisk : config found.",
+                                       "Brisk : c.exe doesn't need optimization. Skip.",
+                                       "Brisk : publisher: '', binary name: 'd.exe'.",
+                                       checkedPath("d"),
+                                       "Brisk : config not found.",
+                                       "Brisk : config for d.exe was not found. Skip.",
+                                       "Brisk : Toast : Read more",
+                                       "Brisk : finished"}));
+    EXPECT_THAT(
+        shownToasts(),
+        ElementsAre(toastDocument(kTitle,
+                                  "Orlan Software: Meridian Edition has encountered some errors while adjusting "
+                                  "game settings. This may be resolved by starting and stopping the game, or by "
+                                  "changing graphics settings. ",
+                                  "<text></text>", {"Read More", "Dismiss"}),
+                    toastDocument(kTitle,
+                                  "Orlan Software: Meridian Edition made adjustments to improve your gaming "
+                                  "experience for:",
+                                  "<group><subgroup>"
+                                  "<text  hint-style=\"base\">Alder</text>\\n"
+                                  "<text  hint-style=\"captionSubtle\">An unexpected issue was encountered."
+                                  "</text>\\n"
+                                  "<text  hint-style=\"base\">Birch</text>\\n"
+                                  "<text  hint-style=\"captionSubtle\">Enabled LUMA using LUMA Sharp.</text>\\n"
+                                  "<text  hint-style=\"base\">Cedar</text>\\n"
+                                  "<text  hint-style=\"captionSubtle\">No additional adjustments required."
+                                  "</text>\\n"
+                                  "</subgroup></group>",
+                                  {})));
+    EXPECT_EQ(readFile(machine / "a.ini"), "Width=1024\r\n");
+    EXPECT_EQ(readFile(machine / "b.ini"), "Width=800\r\n");
+    EXPECT_EQ(stateValue("PatchedApps", "a.exe"), -1);
+    EXPECT_EQ(stateValue("PatchedApps", "b.exe"), 1);
+}
+
+TEST_F(BulkPatchingTest, PassThatPatchesSaysSoAndReadsOnDemand) {
+    Service service(database().c_str());
+    writeConfig("a", "1024");
+    service.startAndWait();
+    service.post(BRISK_MASSIVE_PATCHING);
+    toasts.waitForShows(1);
+    toasts.press(1, 1); // Dismiss does nothing
+    service.quit();
+    // The hint's quotes make no attribute: they stand in a text.
+    EXPECT_THAT(shownToasts(),
+                ElementsAre(toastDocument(kTitle,
+                                          "Orlan Software: Meridian Edition made adjustments to improve your gaming "
+                                          "experience for some games.",
+                                          "<text>Use \"Read More\" to find details on the adjustments made.</text>",
+                                          {"Read More", "Dismiss"})));
+    EXPECT_EQ(readFile(machine / "a.ini"), "Width=800\r\n");
+}
+
+TEST_F(BulkPatchingTest, EverythingSetUpAlreadyIsSaidWithoutButtons) {
+    Service service(database().c_str());
+    writeConfig("a", "800");
+    writeConfig("c", "800");
+    service.startAndWait();
+    service.post(BRISK_MASSIVE_PATCHING);
+    toasts.waitForShows(1);
+    service.quit();
+    EXPECT_THAT(shownToasts(), ElementsAre(toastDocument(kTitle,
+                                                         "Orlan Software: Meridian Edition has detected that optimal "
+                                                         "settings have already been applied for supported games.",
+                                                         "<text></text>", {})));
+}
+
+} // namespace
+} // namespace brisk::testing

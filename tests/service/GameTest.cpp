@@ -1,0 +1,422 @@
+#include "service/ServiceFixture.h"
+#include "support/fakegame/FakeGame.h"
+
+#include <sstream>
+
+namespace brisk::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+using Lines = std::vector<std::string>;
+
+constexpr char kOfferTitle[] = "Orlan Software: Meridian Edition Suggested Game Settings";
+constexpr char kOfferSubtitle[] =
+    "Recommendations are available for Starlit Harbour to improve your gaming experience.";
+const std::vector<std::string> kOfferButtons{"Configure Settings", "Not Now", "Don't ask again"};
+
+constexpr char kSettings[] = "[Display]\r\nWidth=1024\r\nHeight=768\r\n[Quality]\r\nUpscaling=Off\r\n";
+constexpr char kAdjustedSettings[] = "[Display]\r\nWidth=800\r\nHeight=600\r\n[Quality]\r\nUpscaling=On\r\n";
+
+std::string hexadecimal(std::uintptr_t number) {
+    std::ostringstream text;
+    text << std::hex << std::showbase << number;
+    return text.str();
+}
+
+// One installed game whose title the database knows as 1001. Short intervals: warming 2, tracking 3, pausing 1,
+// 4 samples to be valid.
+class GameTest : public ServiceFixture {
+protected:
+    GameTest()
+        : service(R"json([{
+                "id": 1001,
+                "config_type": "txt",
+                "title_name": "Starlit Harbour",
+                "publisher": "Brackwater Games",
+                "binary_name": "StarlitHarbour.exe",
+                "config_locations": [ "%APPDIR%\\Settings.ini" ],
+                "config_fields": [
+                  { "key": "(Width=)(\\d+)()", "meta": "width", "value": 0 },
+                  { "key": "(Height=)(\\d+)()", "meta": "height", "value": 0 },
+                  { "key": "(Upscaling=)(\\w+)()", "value": "On" } ] }])json"),
+          program(FakeGame::install(FakeGame::executable(), machine / "Game" / "StarlitHarbour.exe")) {
+        writeFile(settings(), kSettings);
+    }
+
+    void start(const std::string& fps = "-fps 40") {
+        service.startAndWait("-nw 2 -nt 3 -nn 1 -nv 4 " + fps);
+        linesBefore = service.log().size();
+    }
+
+    // The game's messages and ticks, handled in one go: found, warmed up, two measuring periods of three and one tick.
+    void play(const FakeGame& game) {
+        service.suspend();
+        announce(game);
+        service.tick(1 + 2 + 3 + 1 + 1);
+        service.post(BRISK_APP_FINISHED, 5, 0x1F);
+        service.resume();
+        service.waitForLog("Brisk : onAppFinished, p1 = 5, p2 = 0x1f");
+    }
+
+    void announce(const FakeGame& game) {
+        service.post(BRISK_APP_STARTED, 1001, static_cast<LPARAM>(game.processId()));
+    }
+
+    std::filesystem::path settings() const { return machine / "Game" / "Settings.ini"; }
+
+    Lines announcedLines(const FakeGame& game) const {
+        const std::string id = hexadecimal(game.processId());
+        return {"Brisk : onAppStarted, p1 = 1001, p2 = " + id, "Brisk : waiting for activation, GameID 1001, PID " + id,
+                "Brisk : switch to WAITING_APP"};
+    }
+
+    Lines foundLines(const FakeGame& game) const {
+        return {"Brisk : shouldStartTracking",
+                "Brisk : HWND = " + hexadecimal(reinterpret_cast<std::uintptr_t>(game.window())),
+                "Brisk : PID = " + hexadecimal(game.processId()),
+                "Brisk : publisher: 'Brackwater Games', binary name: 'StarlitHarbour.exe'.",
+                "Brisk : checking path '" + toNarrow(settings()) + "'.",
+                "Brisk : config found.",
+                "Brisk : switch to APP_WARMING"};
+    }
+
+    static Lines measuredLines(const std::string& fps) {
+        const std::string sample = "Brisk : FPS = " + fps;
+        return {"Brisk : switch to TRACKING", sample, sample, sample, "Brisk : switch to NOT_TRACKING",
+                "Brisk : switch to TRACKING", sample};
+    }
+
+    static Lines finishedLines(const std::string& fps) {
+        return {"Brisk : onAppFinished, p1 = 5, p2 = 0x1f",
+                "Brisk : switch to IDLE",
+                "Brisk : average fps = " + fps + ", intervals = 4",
+                "Brisk : get current display info.",
+                "Brisk : get current display info.",
+                "Brisk : native resolution: 1024x768",
+                "Brisk : aspect ratio: 0.75",
+                "Brisk : get available display info modes.",
+                displayModesLine(),
+                "Brisk : optimal resolution: 800x600"};
+    }
+
+    static Lines judgedLines(const std::string& shown) {
+        return {"Brisk : FPS ratio to optimal is 0.666667",
+                "Brisk : shouldShowToast",
+                "Brisk : game setting '768' is not optimal '600'.",
+                "Brisk : titleManager.isTitleNeedToBeOptimized = 1",
+                "Brisk : areToastsAllowed = 1",
+                "Brisk : getNumberOfToastsShown = " + shown};
+    }
+
+    static std::string offer() {
+        return toastDocument(kOfferTitle, kOfferSubtitle,
+                             "<text>Enabled TANO for Starlit Harbour using 800x600.</text>", kOfferButtons);
+    }
+
+    // The lines of this game, after the start's.
+    Lines log() const { return service.logFrom(linesBefore); }
+
+    Service service;
+    std::filesystem::path program;
+    std::size_t linesBefore = 0;
+};
+
+TEST_F(GameTest, WholeGameFromTheHostsMessageToTheAdjustedFile) {
+    start();
+    FakeGame game(program);
+    play(game);
+    toasts.waitForShows(1);
+    EXPECT_THAT(shownToasts(), ElementsAre(offer()));
+    EXPECT_EQ(readFile(settings()), kSettings);
+    game.end();
+
+    const auto press = toasts.press(1, 0);
+    EXPECT_EQ(press.handlers, 1u);
+    EXPECT_EQ(press.result, S_OK);
+    EXPECT_EQ(service.quit(), 0u);
+    EXPECT_THAT(log(),
+                ElementsAreArray(announcedLines(game) + foundLines(game) + measuredLines("40") + finishedLines("40") +
+                                 judgedLines("0") +
+                                 Lines{"Brisk : Toast : Configure Settings", "Brisk : 'Starlit Harbour' optimized.",
+                                       "Brisk : patch marker set for StarlitHarbour.exe", "Brisk : finished"}));
+    EXPECT_EQ(readFile(settings()), kAdjustedSettings);
+    EXPECT_EQ(stateValue("PatchedApps", "StarlitHarbour.exe"), 1);
+    EXPECT_EQ(stateValue("ToastsShown", "StarlitHarbour.exe"), -1);
+    EXPECT_THAT(shownToasts(), ElementsAre(offer()));
+}
+
+TEST_F(GameTest, AdjustedGameIsNotOfferedAgain) {
+    writeFile(settings(), kAdjustedSettings);
+    start();
+    FakeGame game(program);
+    play(game);
+    service.quit();
+    EXPECT_THAT(log(),
+                ElementsAreArray(announcedLines(game) + foundLines(game) + measuredLines("40") + finishedLines("40") +
+                                 Lines{"Brisk : FPS ratio to optimal is 0.666667", "Brisk : shouldShowToast",
+                                       "Brisk : titleManager.isTitleNeedToBeOptimized = 0", "Brisk : finished"}));
+    EXPECT_THAT(shownToasts(), IsEmpty());
+}
+
+TEST_F(GameTest, GameThatRunsAtTheRefreshRateIsNotOffered) {
+    // Without a vendor library the display's 60 Hz stand for the frame rate.
+    start("");
+    FakeGame game(program);
+    play(game);
+    service.quit();
+    EXPECT_THAT(log(),
+                ElementsAreArray(announcedLines(game) + foundLines(game) + measuredLines("60") + finishedLines("60") +
+                                 Lines{"Brisk : FPS ratio to optimal is 1", "Brisk : finished"}));
+    EXPECT_THAT(shownToasts(), IsEmpty());
+}
+
+TEST_F(GameTest, NotNowCountsUpToThreeAndThenThereIsNoOffer) {
+    start();
+    FakeGame game(program);
+    for (unsigned refusal = 1; refusal <= 3; ++refusal) {
+        play(game);
+        toasts.waitForShows(refusal);
+        toasts.press(refusal, 1);
+        EXPECT_EQ(stateValue("ToastsShown", "StarlitHarbour.exe"), refusal);
+    }
+    const std::size_t before = service.log().size();
+    play(game);
+    service.quit();
+    EXPECT_THAT(service.logFrom(before),
+                ElementsAreArray(announcedLines(game) + foundLines(game) + measuredLines("40") + finishedLines("40") +
+                                 judgedLines("3") + Lines{"Brisk : finished"}));
+    EXPECT_THAT(shownToasts(), ElementsAre(offer(), offer(), offer()));
+    EXPECT_EQ(readFile(settings()), kSettings);
+}
+
+TEST_F(GameTest, NotNowIsLoggedWithTheTitle) {
+    start();
+    FakeGame game(program);
+    play(game);
+    toasts.waitForShows(1);
+    const std::size_t before = service.log().size();
+    toasts.press(1, 1);
+    service.quit();
+    EXPECT_THAT(service.logFrom(before),
+                ElementsAre("Brisk : Toast : Not now", "Brisk : increment toasts counter for StarlitHarbour.exe",
+                            "Brisk : finished"));
+}
+
+TEST_F(GameTest, DismissedOfferCountsNothingAndItsButtonCanStillBePressed) {
+    start();
+    FakeGame game(program);
+    play(game);
+    toasts.waitForShows(1);
+    toasts.dismiss(1, 2);
+    EXPECT_EQ(stateValue("ToastsShown", "StarlitHarbour.exe"), -1);
+    toasts.press(1, 0);
+    service.quit();
+    EXPECT_EQ(readFile(settings()), kAdjustedSettings);
+}
+
+TEST_F(GameTest, DontAskAgainEndsOffersUntilTheHostResetsTheAnswers) {
+    start();
+    FakeGame game(program);
+    play(game);
+    toasts.waitForShows(1);
+    std::size_t before = service.log().size();
+    toasts.press(1, 2);
+    EXPECT_THAT(service.logFrom(before), ElementsAre("Brisk : Toast : Don't ask again", "Brisk : toasts disabled"));
+    EXPECT_EQ(stateValue("", "ToastsNotAllowed"), 1);
+
+    before = service.log().size();
+    play(game);
+    service.post(BRISK_RESET_PROMPT_COUNTERS);
+    service.waitForLog("Brisk : onResetPromptCounters");
+    EXPECT_THAT(shownToasts(), ElementsAre(offer()));
+    play(game);
+    toasts.waitForShows(2);
+    service.quit();
+    const Lines again = announcedLines(game) + foundLines(game) + measuredLines("40") + finishedLines("40");
+    Lines refused = judgedLines("0");
+    refused.resize(4);
+    EXPECT_THAT(service.logFrom(before),
+                ElementsAreArray(again + refused +
+                                 Lines{"Brisk : areToastsAllowed = 0", "Brisk : onResetPromptCounters"} + again +
+                                 judgedLines("0") + Lines{"Brisk : finished"}));
+}
+
+TEST_F(GameTest, FileThatCannotBeWrittenGivesTheErrorToast) {
+    start();
+    FakeGame game(program);
+    play(game);
+    toasts.waitForShows(1);
+    const std::size_t before = service.log().size();
+    // Others may read the file meanwhile, but not write it.
+    const UniqueHandle editor(CreateFileW(settings().c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                          OPEN_EXISTING, 0, nullptr));
+    ASSERT_NE(editor.get(), INVALID_HANDLE_VALUE);
+    toasts.press(1, 0);
+    service.quit();
+    EXPECT_THAT(service.logFrom(before), ElementsAre("Brisk : Toast : Configure Settings",
+                                                     "Brisk : failed to patch StarlitHarbour.exe", "Brisk : finished"));
+    EXPECT_THAT(shownToasts(),
+                ElementsAre(offer(), toastDocument("Orlan Software: Meridian Edition Game Adjustments",
+                                                   "Orlan Software: Meridian Edition has encountered some errors while "
+                                                   "adjusting game settings. This may be resolved by starting and "
+                                                   "stopping the game, or by changing graphics settings.",
+                                                   "<text></text>", {})));
+    EXPECT_EQ(readFile(settings()), kSettings);
+    EXPECT_EQ(stateValue("PatchedApps", "StarlitHarbour.exe"), -1);
+}
+
+TEST_F(GameTest, TicksOutsideTheForegroundDoNotCount) {
+    start();
+    FakeGame game(program);
+    game.giveForegroundAway();
+    service.suspend();
+    announce(game);
+    service.tick(2);
+    service.resume();
+    // Found out of the foreground twice, then in it.
+    waitUntil("two ticks", [this] { return log().size() >= 3 + 2 * 4; });
+    game.takeForeground();
+    service.suspend();
+    service.tick(1 + 2);
+    service.resume();
+    service.waitForLog("Brisk : switch to TRACKING");
+    game.giveForegroundAway();
+    const std::size_t before = service.log().size();
+    service.suspend();
+    service.tick(5);
+    service.post(BRISK_APP_FINISHED);
+    service.resume();
+    service.quit();
+    const Lines away(5, "Brisk : foreground window doesn't belong to tracked process.");
+    EXPECT_THAT(
+        service.logFrom(before),
+        ElementsAreArray(away + Lines{"Brisk : onAppFinished, p1 = 0, p2 = 0", "Brisk : switch to IDLE",
+                                      "Brisk : average fps = 0, intervals = 0", "Brisk : get current display info.",
+                                      "Brisk : get current display info.", "Brisk : native resolution: 1024x768",
+                                      "Brisk : aspect ratio: 0.75", "Brisk : get available display info modes.",
+                                      displayModesLine(), "Brisk : optimal resolution: 800x600",
+                                      "Brisk : insufficient data collected (0 intervals).", "Brisk : finished"}));
+}
+
+TEST_F(GameTest, SecondGameEndsAllTracking) {
+    start();
+    FakeGame game(program);
+    service.suspend();
+    announce(game);
+    service.tick(1);
+    announce(game);
+    service.tick(3);
+    service.post(BRISK_APP_FINISHED);
+    announce(game);
+    service.resume();
+    service.quit();
+    EXPECT_THAT(
+        log(), ElementsAreArray(announcedLines(game) + foundLines(game) +
+                                Lines{announcedLines(game)[0], "Brisk : stop tracking, doesn't track more than one app",
+                                      "Brisk : switch to IDLE", "Brisk : onAppFinished, p1 = 0, p2 = 0",
+                                      "Brisk : got BRISK_APP_FINISHED message in IDLE state."} +
+                                announcedLines(game) + Lines{"Brisk : finished"}));
+}
+
+TEST_F(GameTest, GameThatDiesStopsTheTicksUntilTheHostReportsItsEnd) {
+    start();
+    FakeGame game(program);
+    service.suspend();
+    announce(game);
+    service.tick(1);
+    service.resume();
+    service.waitForLog("Brisk : switch to APP_WARMING");
+    const std::size_t before = service.log().size();
+    game.die();
+    // The real timer notices.
+    service.waitForLog("Brisk : tracked process is closed. Skip tracking, waiting for BRISK_APP_FINISHED message.");
+    service.post(BRISK_APP_FINISHED);
+    service.quit();
+    Lines lines = service.logFrom(before);
+    // A tick or two may still have found the dying game in the foreground, or nothing there.
+    std::erase(lines, "Brisk : foreground window doesn't belong to tracked process.");
+    std::erase(lines, "Brisk : switch to TRACKING");
+    EXPECT_THAT(Lines(lines.begin(), lines.begin() + 4),
+                ElementsAre("Brisk : tracked process is closed. Skip tracking, waiting for BRISK_APP_FINISHED message.",
+                            "Brisk : onAppFinished, p1 = 0, p2 = 0", "Brisk : switch to IDLE",
+                            "Brisk : average fps = 0, intervals = 0"));
+}
+
+TEST_F(GameTest, RealTimerTicksOnceASecond) {
+    start();
+    FakeGame game(program);
+    const auto begin = std::chrono::steady_clock::now();
+    announce(game);
+    service.waitForLog("Brisk : switch to TRACKING"); // found in one tick, warmed up in two more
+    const auto duration = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(duration, std::chrono::milliseconds(2900));
+    service.quit();
+}
+
+TEST_F(GameTest, UnknownGameIsSkipped) {
+    start();
+    service.post(BRISK_APP_STARTED, 1002, 0x10);
+    service.tick(2);
+    service.quit();
+    EXPECT_THAT(log(), ElementsAre("Brisk : onAppStarted, p1 = 1002, p2 = 0x10",
+                                   "Brisk : GameID 1002 is not supported. Skip.", "Brisk : finished"));
+}
+
+TEST_F(GameTest, GameWithoutAPublisherMatchesByItsNameAlone) {
+    FakeGame::install(FakeGame::plainExecutable(), program);
+    start();
+    FakeGame game(program);
+    service.suspend();
+    announce(game);
+    service.tick(1);
+    service.resume();
+    service.quit();
+    Lines found = foundLines(game);
+    found[3] = "Brisk : couldn't get file properties for StarlitHarbour.exe";
+    found.insert(found.begin() + 4, "Brisk : publisher: '', binary name: 'StarlitHarbour.exe'.");
+    EXPECT_THAT(log(), ElementsAreArray(announcedLines(game) + found + Lines{"Brisk : finished"}));
+}
+
+TEST_F(GameTest, GameWithoutItsConfigurationIsNotTracked) {
+    std::filesystem::remove(settings());
+    start();
+    FakeGame game(program);
+    service.suspend();
+    announce(game);
+    service.tick(1);
+    service.resume();
+    service.quit();
+    Lines found = foundLines(game);
+    found.resize(5);
+    EXPECT_THAT(log(), ElementsAreArray(announcedLines(game) + found +
+                                        Lines{"Brisk : config not found.",
+                                              "Brisk : config for StarlitHarbour.exe was not found. Skip.",
+                                              "Brisk : finished"}));
+}
+
+TEST_F(GameTest, NewGameTakesTheOldOfferAway) {
+    start();
+    FakeGame game(program);
+    play(game);
+    toasts.waitForShows(1);
+    announce(game);
+    standin::waitForRecordLine(record, "Hide 1");
+    service.quit();
+}
+
+TEST_F(GameTest, ToastThatCannotBeShownIsLogged) {
+    SetEnvironmentVariableW(standin::kFailVariable, L"Show=0x80070005");
+    start();
+    FakeGame game(program);
+    play(game);
+    service.quit();
+    EXPECT_THAT(log(), ElementsAreArray(announcedLines(game) + foundLines(game) + measuredLines("40") +
+                                        finishedLines("40") + judgedLines("0") +
+                                        Lines{"Brisk : ToastManager: Can't show notification", "Brisk : finished"}));
+}
+
+} // namespace
+} // namespace brisk::testing

@@ -1,0 +1,94 @@
+#include "service/ServiceFixture.h"
+
+namespace brisk::testing {
+
+namespace {
+
+constexpr char kStateKey[] = "SOFTWARE\\Orlan";
+
+bool isWine() {
+    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+std::wstring uniqueName() {
+    return L"brisk-service-test-" + std::to_wstring(GetCurrentProcessId());
+}
+
+} // namespace
+
+ServiceFixture::ServiceFixture() : record(machine / "toasts.txt"), toasts(uniqueName()) {
+    if (!isWine()) {
+        throw std::runtime_error("service tests run under Wine, in a prefix of their own");
+    }
+    static const bool registered = (standin::registerStandin(), true);
+    static_cast<void>(registered);
+    RegDeleteTreeA(HKEY_CURRENT_USER, kStateKey);
+    // The service inherits them.
+    SetEnvironmentVariableW(standin::kFailVariable, nullptr);
+    SetEnvironmentVariableW(standin::kRecordVariable, record.c_str());
+    SetEnvironmentVariableW(standin::kPipeVariable, uniqueName().c_str());
+}
+
+std::vector<std::string> ServiceFixture::shownToasts() const {
+    std::vector<std::string> documents;
+    std::string last;
+    for (const std::string& line : standin::readRecord(record)) {
+        if (line.starts_with("LoadXml ")) {
+            last = line.substr(8);
+        } else if (line.starts_with("Show ")) {
+            documents.push_back(last);
+        }
+    }
+    return documents;
+}
+
+std::int64_t ServiceFixture::stateValue(const std::string& subkey, const std::string& name) {
+    const std::string path = std::string(kStateKey) + "\\briskGCT" + (subkey.empty() ? "" : "\\") + subkey;
+    DWORD number = 0;
+    DWORD size = sizeof number;
+    return RegGetValueA(HKEY_CURRENT_USER, path.c_str(), name.c_str(), RRF_RT_REG_DWORD, nullptr, &number, &size) ==
+                   ERROR_SUCCESS
+               ? std::int64_t{number}
+               : -1;
+}
+
+std::vector<std::string> startLines() {
+    return {"Brisk 1.09 : started",
+            "Brisk : titles DB processed.",
+            "Brisk : access to the Windows Registry granted.",
+            "Brisk : initializing GfxInfoKestrel.",
+            "Brisk : initializing Kestrel.",
+            "Brisk : failed to initialize Kestrel.",
+            "Brisk : initializing GfxInfoGen.",
+            "Brisk : get current display info."};
+}
+
+std::string displayModesLine() {
+    DEVMODEA mode{};
+    mode.dmSize = sizeof mode;
+    DWORD count = 0;
+    while (EnumDisplaySettingsA(nullptr, count, &mode)) {
+        ++count;
+    }
+    return "Brisk : found " + std::to_string(count) + " display modes.";
+}
+
+std::vector<std::string> operator+(std::vector<std::string> lines, const std::vector<std::string>& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+    return lines;
+}
+
+std::string toastDocument(const std::string& title, const std::string& subtitle, const std::string& body,
+                          const std::vector<std::string>& buttons) {
+    // As the record writes it: a line end is "\n" in two characters.
+    std::string xml = R"(\n<toast template="ToastGeneric" duration="long" scenario="Default">)"
+                      R"(<visual><binding template="ToastGeneric">)"
+                      R"(<image placement="appLogoOverride" hint-crop="circle" src=""/>)";
+    xml += "<text>" + title + "</text><text>" + subtitle + "</text>\\n" + body + "</binding></visual><actions>";
+    for (std::size_t k = 0; k < buttons.size(); ++k) {
+        xml += "<action content=\"" + buttons[k] + "\" arguments=\"" + std::to_string(k) + "\"/>";
+    }
+    return xml + "</actions></toast>";
+}
+
+} // namespace brisk::testing

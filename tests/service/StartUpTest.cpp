@@ -1,0 +1,217 @@
+#include "service/ServiceFixture.h"
+
+namespace brisk::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+constexpr char kOneTitle[] = R"([{"config_type": "txt", "id": 7, "binary_name": "game.exe"}])";
+
+class StartUpTest : public ServiceFixture {};
+
+TEST_F(StartUpTest, StartsAndQuitsWithEveryLineInOrder) {
+    Service service(kOneTitle);
+    service.startAndWait();
+    EXPECT_EQ(service.quit(), 0u);
+    EXPECT_THAT(service.log(), ElementsAreArray(startLines() + std::vector<std::string>{"Brisk : finished"}));
+    EXPECT_THAT(shownToasts(), IsEmpty());
+}
+
+TEST_F(StartUpTest, ParametersAreNotLoggedToTheFile) {
+    Service service(kOneTitle);
+    service.startAndWait("-nw 1 -fps 60");
+    service.quit();
+    EXPECT_THAT(service.log(), ElementsAreArray(startLines() + std::vector<std::string>{"Brisk : finished"}));
+}
+
+TEST_F(StartUpTest, HiddenWindowIsADisabledTopLevelWindowNamedAsItsClass) {
+    Service service(kOneTitle);
+    service.startAndWait();
+    const HWND window = service.window();
+    char name[32] = "";
+    GetWindowTextA(window, name, sizeof name);
+    EXPECT_STREQ(name, "BriskClass");
+    EXPECT_FALSE(IsWindowVisible(window));
+    EXPECT_FALSE(IsWindowEnabled(window));
+    EXPECT_EQ(GetAncestor(window, GA_PARENT), GetDesktopWindow());
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    EXPECT_EQ(owner, service.processId());
+    service.quit();
+    EXPECT_EQ(service.window(), nullptr);
+}
+
+TEST_F(StartUpTest, StartedEventIsSetWhileTheServiceRunsAndGoneAfterwards) {
+    Service service(kOneTitle);
+    service.startAndWait();
+    {
+        const UniqueHandle started(OpenEventA(SYNCHRONIZE, FALSE, "BriskStarted"));
+        ASSERT_TRUE(started);
+        // Manual reset: it stays set.
+        EXPECT_EQ(WaitForSingleObject(started.get(), 10'000), WAIT_OBJECT_0);
+        EXPECT_EQ(WaitForSingleObject(started.get(), 0), WAIT_OBJECT_0);
+    }
+    service.quit();
+    EXPECT_EQ(UniqueHandle(OpenEventA(SYNCHRONIZE, FALSE, "BriskStarted")), nullptr);
+}
+
+TEST_F(StartUpTest, SecondInstanceLogsThatOneIsRunningAndExitsWithOne) {
+    Service first(kOneTitle);
+    first.startAndWait();
+    Service second(kOneTitle);
+    second.start();
+    EXPECT_EQ(second.waitForEnd(), 1u);
+    EXPECT_THAT(second.log(), ElementsAre("Brisk 1.09 : started", "Brisk : running already. Exiting."));
+    EXPECT_TRUE(first.isRunning());
+    EXPECT_EQ(first.quit(), 0u);
+}
+
+// A start that finds a service missing says what it found and ends without a window.
+struct FailedLoad {
+    const char* database;
+    std::vector<std::string> lines;
+    std::uint32_t exitCode;
+};
+
+class UnusableDatabaseTest : public ServiceFixture, public ::testing::WithParamInterface<FailedLoad> {};
+
+TEST_P(UnusableDatabaseTest, EndsWithoutAWindow) {
+    Service service(GetParam().database);
+    service.start();
+    EXPECT_EQ(service.waitForEnd(), GetParam().exitCode);
+    EXPECT_THAT(service.log(), ElementsAreArray(GetParam().lines));
+}
+
+std::vector<std::string> linesWithoutTitles(const std::vector<std::string>& loaderLines) {
+    return std::vector<std::string>{"Brisk 1.09 : started"} + loaderLines +
+           std::vector<std::string>{"Brisk : access to the Windows Registry granted.",
+                                    "Brisk : initializing GfxInfoKestrel.",
+                                    "Brisk : initializing Kestrel.",
+                                    "Brisk : failed to initialize Kestrel.",
+                                    "Brisk : initializing GfxInfoGen.",
+                                    "Brisk : get current display info.",
+                                    "Brisk : finished"};
+}
+
+std::string nameOfFailedLoad(const ::testing::TestParamInfo<FailedLoad>& parameter) {
+    static const char* const names[] = {"Missing",     "Null",         "Object",    "Empty",
+                                        "UnknownType", "Unterminated", "EmptyFile", "LocationThatIsANumber"};
+    return names[parameter.index];
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    StartUp, UnusableDatabaseTest,
+    ::testing::Values(
+        FailedLoad{nullptr, linesWithoutTitles({"Brisk : unable to open title database."}), 0},
+        FailedLoad{"null", linesWithoutTitles({"Brisk : unable to parse title database."}), 0},
+        FailedLoad{R"({"id": 1})", linesWithoutTitles({"Brisk : unable to parse title database."}), 0},
+        FailedLoad{"[]", linesWithoutTitles({}), 0},
+        FailedLoad{R"([{"config_type": "ini", "binary_name": "game.exe"}])",
+                   linesWithoutTitles({"Brisk : unknown adaper type '\"ini\"'."}), 0},
+        FailedLoad{"[1, 2",
+                   {"Brisk 1.09 : started",
+                    "Brisk : [json.exception.parse_error.101] parse error at line 1, column 6: syntax error while "
+                    "parsing array - unexpected end of input; expected ']'"},
+                   1},
+        FailedLoad{"",
+                   {"Brisk 1.09 : started",
+                    "Brisk : [json.exception.parse_error.101] parse error at line 1, column 1: syntax error while "
+                    "parsing value - unexpected end of input; expected '[', '{', or a literal"},
+                   1},
+        FailedLoad{
+            R"([{"config_type": "txt", "config_locations": [5]}])",
+            {"Brisk 1.09 : started", "Brisk : [json.exception.type_error.302] type must be string, but is number"},
+            1}),
+    nameOfFailedLoad);
+
+TEST_F(StartUpTest, RegistryThatCannotBeWrittenEndsTheServiceQuietly) {
+    // No key that outlives the session can be made below a volatile one.
+    HKEY parent = nullptr;
+    ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "SOFTWARE\\Orlan", 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
+                              nullptr, &parent, nullptr),
+              ERROR_SUCCESS);
+    RegCloseKey(parent);
+    Service service(kOneTitle);
+    service.start();
+    EXPECT_EQ(service.waitForEnd(), 0u);
+    std::vector<std::string> lines = startLines();
+    lines[2] = "Brisk : access to the Windows Registry not granted.";
+    EXPECT_THAT(service.log(), ElementsAreArray(lines + std::vector<std::string>{"Brisk : finished"}));
+}
+
+TEST_F(StartUpTest, NumberBeyond32BitsEndsTheProcessBeforeTheStartLine) {
+    Service service(kOneTitle);
+    service.start("-nw 99999999999");
+    EXPECT_EQ(service.waitForEnd(), 1u);
+    EXPECT_THAT(service.log(), IsEmpty());
+}
+
+TEST_F(StartUpTest, LogIsAppendedAcrossRestarts) {
+    Service service(kOneTitle);
+    const std::vector<std::string> run = startLines() + std::vector<std::string>{"Brisk : finished"};
+    for (int i = 0; i < 2; ++i) {
+        service.startAndWait();
+        service.quit();
+    }
+    EXPECT_THAT(service.log(), ElementsAreArray(run + run));
+}
+
+TEST_F(StartUpTest, ResetForgetsTheAnswersAndLogsWhatWasNotThere) {
+    Service service(kOneTitle);
+    service.startAndWait();
+    service.post(BRISK_RESET_PROMPT_COUNTERS);
+    service.waitForLog("Brisk : resetToastsShown couldn't delete tree");
+    HKEY key = nullptr;
+    RegCreateKeyExA(HKEY_CURRENT_USER, "SOFTWARE\\Orlan\\briskGCT\\ToastsShown", 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                    &key, nullptr);
+    const DWORD count = 3;
+    RegSetValueExA(key, "game.exe", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&count), sizeof count);
+    RegCloseKey(key);
+    service.post(BRISK_RESET_PROMPT_COUNTERS);
+    service.quit();
+    EXPECT_THAT(
+        service.logFrom(startLines().size()),
+        ElementsAre("Brisk : onResetPromptCounters", "Brisk : resetToastsAllowed : RegDeleteValue failed. Error 2.",
+                    "Brisk : resetToastsAllowed couldn't delete key",
+                    "Brisk : resetToastsShown : RegOpenKeyEx failed. Error 2.",
+                    "Brisk : resetToastsShown couldn't delete tree",
+                    // The second time there are counts, which go although the permission is not there.
+                    "Brisk : onResetPromptCounters", "Brisk : resetToastsAllowed : RegDeleteValue failed. Error 2.",
+                    "Brisk : resetToastsAllowed couldn't delete key", "Brisk : finished"));
+    EXPECT_EQ(stateValue("ToastsShown", "game.exe"), -1);
+}
+
+TEST_F(StartUpTest, OtherMessagesAndOtherTimersHaveNoEffect) {
+    Service service(kOneTitle);
+    service.startAndWait();
+    service.post(WM_USER + 4, 1, 2);
+    service.post(WM_USER, 1, 2);
+    service.post(WM_USER + 7, 1, 2);
+    service.post(WM_TIMER, 1, 0);
+    service.tick(); // idle
+    EXPECT_EQ(SendMessageA(service.window(), WM_USER + 4, 1, 2), 0);
+    EXPECT_EQ(service.quit(), 0u);
+    EXPECT_THAT(service.logFrom(startLines().size()), ElementsAre("Brisk : finished"));
+}
+
+TEST_F(StartUpTest, TitleInformationIsParsedAndDiscardedAndTheSenderGetsTheDefaultAnswer) {
+    Service service(kOneTitle);
+    service.startAndWait();
+    EXPECT_EQ(service.sendTitleInfo(0x404, 0x404, R"([{"id": 8, "config_type": "txt", "binary_name": "b.exe"}])"), 0);
+    EXPECT_EQ(service.sendTitleInfo(0x404, 0x404, "[1, 2"), 0);
+    EXPECT_EQ(service.sendTitleInfo(0x404, 0x404, ""), 0);
+    EXPECT_EQ(service.sendTitleInfo(0x405, 0x404, "[1, 2"), 0);
+    service.post(BRISK_APP_STARTED, 8, 1);
+    service.quit();
+    EXPECT_THAT(service.logFrom(startLines().size()),
+                ElementsAre("Brisk : receiveTitleInfo", "Brisk : receiveTitleInfo",
+                            "Brisk : got exception while processing titles info", "Brisk : receiveTitleInfo",
+                            "Brisk : got exception while processing titles info", "Brisk : receiveTitleInfo",
+                            "Brisk : onAppStarted, p1 = 8, p2 = 0x1", "Brisk : GameID 8 is not supported. Skip.",
+                            "Brisk : finished"));
+}
+
+} // namespace
+} // namespace brisk::testing
