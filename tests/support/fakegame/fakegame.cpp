@@ -17,6 +17,7 @@ constexpr DWORD kLimitMilliseconds = 10'000;
 constexpr char kHelp[] = "fakegame: runs a fake game until it is told to end, or talks to the one that runs.\n"
                          "\n"
                          "usage: fakegame                        run, the window in the foreground\n"
+                         "       fakegame --hold FILE            the same, while nobody else can write the file\n"
                          "       fakegame --send pid             print the running game's process id (decimal)\n"
                          "       fakegame --send take            put the game's window in the foreground\n"
                          "       fakegame --send give            put the desktop in the foreground instead\n"
@@ -158,6 +159,12 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE /*previous*/, LPSTR /*commandLi
     const std::vector<std::string> arguments(__argv + 1, __argv + __argc);
     if (arguments.empty()) {
         return brisk::play(instance);
+    }
+    if (arguments.size() == 2 && arguments[0] == "--hold") {
+        // Held until the process ends.
+        const HANDLE file = CreateFileA(arguments[1].c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                        OPEN_EXISTING, 0, nullptr);
+        return file == INVALID_HANDLE_VALUE ? EXIT_FAILURE : brisk::play(instance);
     }
     if (arguments[0] == "--help") {
         std::fputs(brisk::kHelp, stdout);
