@@ -4,7 +4,7 @@
 
 namespace brisk {
 
-std::filesystem::path toPath(const std::string& narrow) {
+std::wstring toWide(const std::string& narrow) {
     const int length = static_cast<int>(narrow.size());
     std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, narrow.data(), length, nullptr, 0)),
                       L'\0');
@@ -12,8 +12,7 @@ std::filesystem::path toPath(const std::string& narrow) {
     return wide;
 }
 
-std::string toNarrow(const std::filesystem::path& path) {
-    const std::wstring& wide = path.native();
+std::string toNarrow(const std::wstring& wide) {
     const int length = static_cast<int>(wide.size());
     std::string narrow(
         static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, wide.data(), length, nullptr, 0, nullptr, nullptr)),
@@ -21,6 +20,10 @@ std::string toNarrow(const std::filesystem::path& path) {
     WideCharToMultiByte(CP_ACP, 0, wide.data(), length, narrow.data(), static_cast<int>(narrow.size()), nullptr,
                         nullptr);
     return narrow;
+}
+
+std::filesystem::path toPath(const std::string& narrow) {
+    return toWide(narrow);
 }
 
 } // namespace brisk

@@ -11,8 +11,6 @@ namespace brisk {
 
 namespace {
 
-using std::filesystem::path;
-
 constexpr std::string_view kAppDirectory = "%APPDIR%";
 
 void replaceFirst(std::string& text, std::string_view placeholder, const std::string& replacement) {
@@ -27,7 +25,7 @@ bool meansAbsent(DWORD error) {
 }
 
 // The attributes of an entry, nothing when it is absent.
-std::optional<DWORD> getAttributes(const path& entry, const char* operation) {
+std::optional<DWORD> getAttributes(const std::wstring& entry, const char* operation) {
     const DWORD attributes = GetFileAttributesW(entry.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES) {
         return attributes;
@@ -40,7 +38,7 @@ std::optional<DWORD> getAttributes(const path& entry, const char* operation) {
 }
 
 // Whether a link leads to a directory. A dangling link does not.
-bool leadsToDirectory(const path& link) {
+bool leadsToDirectory(const std::wstring& link) {
     const HANDLE opened =
         CreateFileW(link.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                     OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
@@ -59,17 +57,25 @@ bool leadsToDirectory(const path& link) {
     return information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
 }
 
-bool isDirectory(const path& directory, const WIN32_FIND_DATAW& entry) {
+// A separator goes between the two where the folder brings none.
+std::wstring join(std::wstring folder, const wchar_t* name) {
+    if (!folder.ends_with(L'\\') && !folder.ends_with(L'/') && !folder.ends_with(L':')) {
+        folder += L'\\';
+    }
+    return folder + name;
+}
+
+bool isDirectory(const std::wstring& directory, const WIN32_FIND_DATAW& entry) {
     if (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) {
-        return leadsToDirectory(directory / entry.cFileName);
+        return leadsToDirectory(join(directory, entry.cFileName));
     }
     return entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
 }
 
 // The name of the first subdirectory in the order of the listing; nothing when there is none.
-std::optional<std::wstring> findFirstSubdirectory(const path& directory) {
+std::optional<std::wstring> findFirstSubdirectory(const std::wstring& directory) {
     WIN32_FIND_DATAW entry{};
-    const HANDLE found = FindFirstFileW((directory / L"*").c_str(), &entry);
+    const HANDLE found = FindFirstFileW(join(directory, L"*").c_str(), &entry);
     if (found == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
         if (error == ERROR_FILE_NOT_FOUND) {
@@ -109,7 +115,7 @@ bool resolveWildcard(std::string& location) {
     if (star == std::string::npos) {
         return true;
     }
-    const path prefix = toPath(location.substr(0, star));
+    const std::wstring prefix = toWide(location.substr(0, star));
     const std::optional<DWORD> attributes = getAttributes(prefix, "status");
     if (!attributes || !(*attributes & FILE_ATTRIBUTE_DIRECTORY)) {
         return false;
@@ -120,6 +126,8 @@ bool resolveWildcard(std::string& location) {
     return true;
 }
 
-bool locationExists(const std::string& location) { return getAttributes(toPath(location), "exists").has_value(); }
+bool locationExists(const std::string& location) {
+    return getAttributes(toWide(location), "exists").has_value();
+}
 
 } // namespace brisk
