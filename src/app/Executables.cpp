@@ -63,7 +63,9 @@ ProcessImage getProcessImage(std::uint32_t processId) {
         return {};
     }
     char buffer[kPathCharacters];
-    const std::string path(buffer, K32GetModuleFileNameExA(process.get(), nullptr, buffer, kPathCharacters));
+    const DWORD length = K32GetModuleFileNameExA(process.get(), nullptr, buffer, kPathCharacters);
+    // A path that is cut off ends in a zero within the length.
+    const std::string path(buffer, strnlen(buffer, length));
     const std::size_t separator = path.find_last_of(kSeparators);
     if (separator == std::string::npos) {
         return {};

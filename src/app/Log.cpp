@@ -8,7 +8,7 @@
 
 namespace brisk {
 
-Log processLog;
+Log& processLog = *new Log;
 
 void Log::setFilePath(const std::string& path) {
     const std::lock_guard lock(mutex);

@@ -10,8 +10,7 @@ namespace brisk {
 // The process-wide diagnostic log. A line is composed in one shared text stream and committed as a whole, either to the
 // debugger output or, once a file path is set, appended to that file. No levels, no time stamps.
 //
-// The stream's number base is sticky: a line that writes numbers says std::dec or std::hex itself, unless it is meant
-// to inherit the base of the line before it.
+// The stream's number base is sticky: a line that writes numbers says std::dec or std::hex itself.
 //
 // Any thread may log: a mutex keeps the stream whole while one line is composed and committed.
 class Log {
@@ -45,8 +44,8 @@ private:
     std::ostringstream buffer;
 };
 
-// Constructed before WinMain runs.
-extern Log processLog;
+// Constructed before WinMain runs and never destroyed: a button's action may log until the process ends.
+extern Log& processLog;
 
 // Shorthands for processLog. The text of a line begins with "Brisk : ".
 template <class... Pieces>

@@ -38,6 +38,7 @@ int run(HINSTANCE instance, const char* commandLine) {
     // Without one of the three the service ends quietly: there is nothing it could do.
     if (titlesLoaded && registryAccessible && gfxInfo) {
         runServiceWindow(instance);
+        titleManager().close();
     }
     logLine("Brisk : finished");
     return 0;

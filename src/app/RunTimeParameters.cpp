@@ -38,9 +38,15 @@ const std::array<Parameter, 6>& parameterTable() {
     return table;
 }
 
-void store(std::uint64_t& count, const std::string& value) { count = static_cast<std::uint64_t>(stringToInt(value)); }
-void store(std::optional<std::int32_t>& number, const std::string& value) { number = stringToInt(value); }
-void store(std::optional<std::string>& text, const std::string& value) { text = value; }
+void store(std::uint64_t& count, const std::string& value) {
+    count = static_cast<std::uint64_t>(stringToInt(value));
+}
+void store(std::optional<std::int32_t>& number, const std::string& value) {
+    number = stringToInt(value);
+}
+void store(std::optional<std::string>& text, const std::string& value) {
+    text = value;
+}
 
 } // namespace
 

@@ -10,6 +10,7 @@
 #include "tracking/Tracking.h"
 
 #include <stdexcept>
+#include <utility>
 
 namespace brisk {
 
@@ -26,7 +27,8 @@ void onCreate() {
 
 void onQuit() {
     ToastManager::instance()->cleanup();
-    CloseHandle(startedEvent);
+    // A second quit message may be in the queue already.
+    CloseHandle(std::exchange(startedEvent, nullptr));
     PostQuitMessage(0);
 }
 
@@ -77,7 +79,9 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
 
 } // namespace
 
-bool isServiceWindowPresent() { return FindWindowA(BRISK_WINDOW_CLASS, nullptr) != nullptr; }
+bool isServiceWindowPresent() {
+    return FindWindowA(BRISK_WINDOW_CLASS, nullptr) != nullptr;
+}
 
 void runServiceWindow(HINSTANCE instance) {
     WNDCLASSA windowClass{};
@@ -92,7 +96,7 @@ void runServiceWindow(HINSTANCE instance) {
                          CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, instance, nullptr)) {
         throw std::runtime_error("CreateWindowEx failed");
     }
-    MSG message;
+    MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0)) {
         TranslateMessage(&message);
         DispatchMessageA(&message);

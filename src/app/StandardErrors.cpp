@@ -22,11 +22,12 @@ std::int32_t stringToInt(const std::string& text) {
     return static_cast<std::int32_t>(number);
 }
 
-void throwInvalidVectorSubscript() { throw std::out_of_range("invalid vector subscript"); }
+void throwInvalidVectorSubscript() {
+    throw std::out_of_range("invalid vector subscript");
+}
 
 void throwFileSystemError(const char* operation, const std::filesystem::path& path, unsigned long windowsError) {
-    throw std::filesystem::filesystem_error(operation, path,
-                                            {static_cast<int>(windowsError), std::system_category()});
+    throw std::filesystem::filesystem_error(operation, path, {static_cast<int>(windowsError), std::system_category()});
 }
 
 } // namespace brisk

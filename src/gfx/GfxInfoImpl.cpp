@@ -12,17 +12,16 @@ namespace brisk {
 
 namespace {
 
-// The names of the display devices that are flagged as primary.
-std::vector<std::string> findPrimaryDevices() {
-    std::vector<std::string> names;
+// The next display device from the index on that is flagged as primary; the index then stands behind it.
+std::optional<std::string> findPrimaryDevice(DWORD& index) {
     DISPLAY_DEVICEA device{};
     device.cb = sizeof device;
-    for (DWORD index = 0; EnumDisplayDevicesA(nullptr, index, &device, 0); ++index) {
+    while (EnumDisplayDevicesA(nullptr, index++, &device, 0)) {
         if (device.StateFlags & DISPLAY_DEVICE_PRIMARY_DEVICE) {
-            names.emplace_back(device.DeviceName);
+            return device.DeviceName;
         }
     }
-    return names;
+    return std::nullopt;
 }
 
 // One of a device's modes by number, or ENUM_CURRENT_SETTINGS; nothing when there is no such mode.
@@ -40,8 +39,9 @@ std::optional<DisplayInfo> readMode(const std::string& device, DWORD number) {
 DisplayInfo GfxInfoImpl::getCurrentDisplayInfo() {
     logLine("Brisk : get current display info.");
     DisplayInfo current;
-    for (const std::string& device : findPrimaryDevices()) {
-        current = readMode(device, ENUM_CURRENT_SETTINGS).value_or(current);
+    DWORD index = 0;
+    while (const auto device = findPrimaryDevice(index)) {
+        current = readMode(*device, ENUM_CURRENT_SETTINGS).value_or(current);
     }
     return current;
 }
@@ -49,8 +49,9 @@ DisplayInfo GfxInfoImpl::getCurrentDisplayInfo() {
 std::vector<DisplayInfo> GfxInfoImpl::getDisplayModes() const {
     logLine("Brisk : get available display info modes.");
     std::vector<DisplayInfo> modes;
-    if (const std::vector<std::string> devices = findPrimaryDevices(); !devices.empty()) {
-        for (DWORD number = 0; const auto mode = readMode(devices.front(), number); ++number) {
+    DWORD index = 0;
+    if (const auto device = findPrimaryDevice(index)) {
+        for (DWORD number = 0; const auto mode = readMode(*device, number); ++number) {
             modes.push_back(*mode);
         }
     }

@@ -16,8 +16,7 @@ GfxInfoKestrel::GfxInfoKestrel() {
     logLine("Brisk : Kestrel initialized.");
     logLine("Brisk : get Kestrel performance monitoring services.");
     kestrel::ISystemServices* system = helper.getSystemServices();
-    if (!system ||
-        !kestrel::succeeded(system->GetPerformanceMonitoringServices(performanceMonitoring.receive())) ||
+    if (!system || !kestrel::succeeded(system->GetPerformanceMonitoringServices(performanceMonitoring.receive())) ||
         !performanceMonitoring) {
         logLine("Brisk : failed to get Kestrel performance monitoring services.");
         return;
@@ -35,7 +34,7 @@ GfxInfoKestrel::~GfxInfoKestrel() {
 
 std::uint32_t GfxInfoKestrel::getCurrentFps() {
     ComReference<kestrel::IFps> fps;
-    if (!kestrel::succeeded(performanceMonitoring->GetCurrentFps(fps.receive())) || !fps) {
+    if (!performanceMonitoring || !kestrel::succeeded(performanceMonitoring->GetCurrentFps(fps.receive())) || !fps) {
         logLine("Brisk : failed to get current FPS from Kestrel.");
         return 0;
     }
@@ -47,6 +46,8 @@ std::uint32_t GfxInfoKestrel::getCurrentFps() {
     return static_cast<std::uint32_t>(framesPerSecond);
 }
 
-DisplayInfo GfxInfoKestrel::getNativeDisplayInfo() { return readNativeMode(helper.getSystemServices()); }
+DisplayInfo GfxInfoKestrel::getNativeDisplayInfo() {
+    return readNativeMode(helper.getSystemServices());
+}
 
 } // namespace brisk

@@ -1,4 +1,4 @@
-// The service's view of Kestrel, the vendor's device library: the operations it calls and nothing more. The library is
+// The service's view of Kestrel, the vendor's device library: the operations it needs and nothing more. The library is
 // loaded at run time (KestrelHelper.h).
 #pragma once
 
@@ -11,7 +11,9 @@ using Result = std::uint32_t;
 
 constexpr Result kFailure = 3;
 
-constexpr bool succeeded(Result result) { return result < kFailure; }
+constexpr bool succeeded(Result result) {
+    return result < kFailure;
+}
 
 // Reference-counted: whoever obtains an object releases it. The destructor is the library's own.
 struct IObject {

@@ -13,7 +13,7 @@ using namespace kestrel;
 
 // The desktop whose top-left point is the origin, which is the primary display's.
 ComReference<IDesktop> findPrimaryDesktop(IDesktopList& desktops) {
-    for (std::uint32_t index = desktops.Begin(); index != desktops.End(); ++index) {
+    for (std::uint32_t index = desktops.Begin(); index < desktops.End(); ++index) {
         ComReference<IDesktop> desktop;
         if (!succeeded(desktops.At(index, desktop.receive())) || !desktop) {
             logLine("Brisk : failed to get Kestrel desktop.");

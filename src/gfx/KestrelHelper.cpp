@@ -18,7 +18,9 @@ void find(HMODULE module, const char* name, Function& function) {
 
 } // namespace
 
-KestrelHelper::~KestrelHelper() { terminate(); }
+KestrelHelper::~KestrelHelper() {
+    terminate();
+}
 
 bool KestrelHelper::load() {
     if (!module) {

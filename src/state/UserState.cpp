@@ -44,9 +44,9 @@ std::optional<std::int32_t> readNumber(const RegistryKey& key, const std::string
 }
 
 bool writeNumber(const char* operation, const RegistryKey& key, const std::string& name, std::uint32_t number) {
-    return check(operation, "RegSetValueEx",
-                 RegSetValueExA(key.get(), name.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
-                                sizeof number));
+    return check(
+        operation, "RegSetValueEx",
+        RegSetValueExA(key.get(), name.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number));
 }
 
 } // namespace

@@ -23,7 +23,7 @@ std::int32_t getNumberOfToastsShown(const std::string& title); // 0 on failure
 bool incNumberOfToastsShown(const std::string& title);
 bool setPatched(const std::string& title);
 
-// Forget the answers. False also when there is nothing to forget.
+// Forget the answers. False also when the value or the key does not exist.
 bool resetToastsAllowed();
 bool resetToastsShown();
 

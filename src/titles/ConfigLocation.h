@@ -6,8 +6,8 @@
 
 namespace brisk {
 
-// Locations of configurations may hold placeholders: the user's folders, replaced when the title database is loaded, and
-// for text files the game's folder and one wildcard folder, replaced when the configuration is looked for.
+// Locations of configurations may hold placeholders: the user's folders, replaced when the title database is loaded,
+// and for text files the game's folder and one wildcard folder, replaced when the configuration is looked for.
 
 // Placeholders of the user's folders and what replaces them, in the order of replacement.
 using UserFolders = std::vector<std::pair<std::string, std::string>>;

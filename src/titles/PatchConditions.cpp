@@ -43,10 +43,10 @@ bool meetsConditions(TitleConfigAdapter& title) {
         if (text == Verdict::Forbidden) {
             return false;
         }
-        const Verdict number = condition.presenceNumbers.empty()
-                                   ? Verdict::Met
-                                   : judge(condition, condition.presenceNumbers,
-                                           title.getIntValue(condition.key, kMissing), kMissing);
+        const Verdict number =
+            condition.presenceNumbers.empty()
+                ? Verdict::Met
+                : judge(condition, condition.presenceNumbers, title.getIntValue(condition.key, kMissing), kMissing);
         if (number == Verdict::Forbidden) {
             return false;
         }

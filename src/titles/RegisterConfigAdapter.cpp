@@ -51,9 +51,13 @@ bool RegisterConfigAdapter::findConfig(const std::string& /*appDirectory*/) {
     return true;
 }
 
-bool RegisterConfigAdapter::loadConfig() { return key != nullptr; }
+bool RegisterConfigAdapter::loadConfig() {
+    return key != nullptr;
+}
 
-bool RegisterConfigAdapter::saveConfig() { return true; }
+bool RegisterConfigAdapter::saveConfig() {
+    return true;
+}
 
 bool RegisterConfigAdapter::setValue(const std::string& name, const std::string& text) {
     return writeValue(key, name, REG_SZ, text.c_str(), text.size() + 1);

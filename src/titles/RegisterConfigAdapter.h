@@ -22,8 +22,8 @@ public:
     // The value's bytes up to the first zero, whatever its registry type.
     std::string getValue(const std::string& key, const std::string& defaultText) override;
 
-    // Null until found. Kept open for the life of the adapter and never closed by it: the adapters live as long as the
-    // process.
+    // Null until found. Kept open for the life of the adapter and never closed by it, nor when the key is found anew:
+    // another thread may be writing through it.
     HKEY key = nullptr;
 };
 

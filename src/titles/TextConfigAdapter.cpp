@@ -7,7 +7,6 @@
 #include "titles/SettingPattern.h"
 
 #include <fstream>
-#include <iterator>
 
 namespace brisk {
 
@@ -53,7 +52,10 @@ bool TextConfigAdapter::loadConfig() {
     file.seekg(0, std::ios::beg);
     std::string text;
     text.reserve(length > 0 ? static_cast<std::size_t>(length) : 0);
-    text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    char block[4096];
+    while (file.read(block, sizeof block), file.gcount() > 0) {
+        text.append(block, static_cast<std::size_t>(file.gcount()));
+    }
     content = std::move(text);
     return true;
 }

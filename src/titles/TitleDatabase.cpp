@@ -28,7 +28,9 @@ std::uint32_t toUint32(const json& number) {
     return value >= -kLimit && value < kLimit ? static_cast<std::uint32_t>(static_cast<std::int64_t>(value)) : 0;
 }
 
-std::int32_t toInt32(const json& number) { return static_cast<std::int32_t>(toUint32(number)); }
+std::int32_t toInt32(const json& number) {
+    return static_cast<std::int32_t>(toUint32(number));
+}
 
 void readString(const json& element, const char* name, std::string& text) {
     if (const json* member = findMember(element, name); member && member->is_string()) {

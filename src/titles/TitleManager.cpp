@@ -48,6 +48,7 @@ TitleManager::TitleManager()
 
 bool TitleManager::loadTitlesDatabase(const std::string& directory) {
     const std::lock_guard lock(mutex);
+    closed = false;
     std::ifstream file(toPath(directory + "\\titles_db.json"));
     if (!file) {
         logLine("Brisk : unable to open title database.");
@@ -116,7 +117,7 @@ bool TitleManager::hasDifference(TitleConfigAdapter& title) const {
 bool TitleManager::optimizeTitle(const std::string& binaryName) {
     const std::lock_guard lock(mutex);
     TitleConfigAdapter* title = findTitle(binaryName);
-    if (!title || !title->loadConfig() || title->configFields.empty()) {
+    if (closed || !title || !title->loadConfig() || title->configFields.empty()) {
         return false;
     }
     constexpr std::int32_t kMissing = std::numeric_limits<std::int32_t>::min();
@@ -138,6 +139,11 @@ bool TitleManager::optimizeTitle(const std::string& binaryName) {
     }
     logLine("Brisk : '", title->titleName, "' optimized.");
     return true;
+}
+
+void TitleManager::close() {
+    const std::lock_guard lock(mutex);
+    closed = true;
 }
 
 void TitleManager::setNativeResolution(std::uint32_t width, std::uint32_t height) {

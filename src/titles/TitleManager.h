@@ -40,6 +40,10 @@ public:
     // Writes every wanted setting. True when something was written and saved.
     bool optimizeTitle(const std::string& binaryName);
 
+    // Waits for the patch that a button's action runs, and lets none begin: the process is about to end, and a file
+    // must not be cut short. Loading titles opens the manager again.
+    void close();
+
     // The numbers behind the resolution names of the database.
     void setNativeResolution(std::uint32_t width, std::uint32_t height);
     void setResolution(std::uint32_t width, std::uint32_t height);
@@ -58,6 +62,7 @@ private:
     bool hasDifference(TitleConfigAdapter& title) const;
 
     mutable std::mutex mutex;
+    bool closed = false;
     std::map<std::string, std::shared_ptr<TitleConfigAdapter>> titles; // by binary name
     std::map<std::string, std::int32_t> resolutionValues;              // by the name that a field's `meta` gives
     Resolution resolution;

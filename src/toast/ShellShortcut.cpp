@@ -19,8 +19,8 @@ using brisk::ComReference;
 constexpr DWORD kPathCharacters = 260;
 constexpr wchar_t kProgramsFolder[] = L"\\Microsoft\\Windows\\Start Menu\\Programs\\";
 // System.AppUserModel.ID
-constexpr PROPERTYKEY kAppUserModelId{
-    {0x9F4C2855, 0x9F79, 0x4B39, {0xA8, 0xD0, 0xE1, 0xD4, 0x2D, 0xE1, 0xD5, 0xF3}}, 5};
+constexpr PROPERTYKEY kAppUserModelId{{0x9F4C2855, 0x9F79, 0x4B39, {0xA8, 0xD0, 0xE1, 0xD4, 0x2D, 0xE1, 0xD5, 0xF3}},
+                                      5};
 
 template <class Interface, class Object>
 HRESULT query(const ComReference<Object>& object, const IID& iid, ComReference<Interface>& result) {

@@ -44,6 +44,9 @@ public:
         return left;
     }
     HRESULT STDMETHODCALLTYPE Invoke(abi::IToastNotification* /*sender*/, Arguments* arguments) override {
+        // The event may take this handler off its toast.
+        AddRef();
+        const ComReference<EventHandler> self(this);
         try {
             forward(arguments);
             return S_OK;

@@ -17,9 +17,9 @@ using WinToastLib::WinToast;
 constexpr wchar_t kCompanyName[] = L"Orlan Software\uA789 Meridian Edition";
 constexpr char kAppName[] = "Orlan Game Performance Monitoring";
 
-// Button callbacks reach for the manager on the notification thread.
+// Button callbacks reach for the manager on the notification thread, until the process ends: never destroyed.
 std::mutex managerMutex;
-std::shared_ptr<ToastManager> manager;
+std::shared_ptr<ToastManager>& manager = *new std::shared_ptr<ToastManager>;
 
 std::wstring widen(const std::string& narrow) {
     std::wstring wide;
@@ -67,7 +67,9 @@ void ToastManager::show(const std::string& imagePath, const std::string& title, 
     }
 }
 
-void ToastManager::clear() { WinToast::instance().clear(); }
+void ToastManager::clear() {
+    WinToast::instance().clear();
+}
 
 void ToastManager::cleanup() {
     clear();

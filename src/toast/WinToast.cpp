@@ -4,6 +4,10 @@
 #include "toast/ShellShortcut.h"
 #include "toast/ToastDocument.h"
 
+#include <algorithm>
+#include <limits>
+#include <new>
+
 #include <objbase.h>
 
 namespace WinToastLib {
@@ -70,7 +74,9 @@ WinToast& WinToast::instance() {
     return winToast;
 }
 
-bool WinToast::isCompatible() { return functions.resolve(); }
+bool WinToast::isCompatible() {
+    return functions.resolve();
+}
 
 std::wstring WinToast::configureAUMI(const std::wstring& company, const std::wstring& product,
                                      const std::wstring& subProduct, const std::wstring& version) {
@@ -140,7 +146,11 @@ std::int64_t WinToast::showToast(const ToastTemplate& toast, const std::shared_p
         return -1;
     }
     const std::int64_t id = nextId++;
-    return SUCCEEDED(show(toast, handler, id)) ? id : -1;
+    try {
+        return SUCCEEDED(show(toast, handler, id)) ? id : -1;
+    } catch (const std::bad_alloc&) {
+        return -1;
+    }
 }
 
 HRESULT WinToast::show(const ToastTemplate& toast, const std::shared_ptr<IWinToastHandler>& handler, std::int64_t id) {
@@ -166,7 +176,9 @@ HRESULT WinToast::show(const ToastTemplate& toast, const std::shared_ptr<IWinToa
     std::int64_t expirationTime = 0;
     if (SUCCEEDED(result) && toast.expiration > 0) {
         constexpr std::int64_t kUnitsPerMillisecond = 10'000;
-        expirationTime = getSystemTime() + toast.expiration * kUnitsPerMillisecond;
+        const std::int64_t now = getSystemTime();
+        const std::int64_t longest = (std::numeric_limits<std::int64_t>::max() - now) / kUnitsPerMillisecond;
+        expirationTime = now + std::min(toast.expiration, longest) * kUnitsPerMillisecond;
         const ComReference<abi::IReferenceDateTime> time(new InternalDateTime(expirationTime));
         result = shown.notification->put_ExpirationTime(time.get());
     }

@@ -29,7 +29,7 @@ enum class WinToastError {
 enum class ShortcutPolicy { Ignore = 0, RequireCreate = 2 };
 
 // Registers the process with the Windows notification system and shows toasts. One instance for the process. Failures
-// are results, never exceptions. Called on one thread, except the release actions that handlers receive.
+// are results, never exceptions. Once initialised, any thread may show and clear.
 class WinToast {
 public:
     static WinToast& instance();

@@ -5,6 +5,8 @@
 #include "tracking/Services.h"
 #include "tracking/ToastTexts.h"
 
+#include <optional>
+
 namespace brisk {
 
 namespace {
@@ -12,8 +14,8 @@ namespace {
 constexpr char kSomePatched[] =
     "Orlan Software: Meridian Edition made adjustments to improve your gaming experience for some games.";
 constexpr char kReadMoreHint[] = "Use \"Read More\" to find details on the adjustments made.";
-constexpr char kAllOptimal[] =
-    "Orlan Software: Meridian Edition has detected that optimal settings have already been applied for supported games.";
+constexpr char kAllOptimal[] = "Orlan Software: Meridian Edition has detected that optimal settings have already been "
+                               "applied for supported games.";
 // Ends in a blank, other than the text of a single title's failure.
 constexpr char kSomeFailed[] =
     "Orlan Software: Meridian Edition has encountered some errors while adjusting game settings. This may be resolved "
@@ -21,13 +23,14 @@ constexpr char kSomeFailed[] =
 constexpr char kReportSubtitle[] =
     "Orlan Software: Meridian Edition made adjustments to improve your gaming experience for:";
 
-enum class TitleOutcome { NotFound, NothingToDo, Patched, Failed };
+enum class TitleOutcome { NothingToDo, Patched, Failed };
 
-TitleOutcome adjustTitle(const std::string& binaryName) {
+// Nothing when the title's configuration is not on this machine.
+std::optional<TitleOutcome> adjustTitle(const std::string& binaryName) {
     // An empty publisher matches any title; without a game directory only fixed locations are found.
     if (!titleManager().isTitleSupported("", binaryName, "")) {
         logLine("Brisk : config for ", binaryName, " was not found. Skip.");
-        return TitleOutcome::NotFound;
+        return std::nullopt;
     }
     if (!titleManager().isTitleNeedToBeOptimized(binaryName)) {
         logLine("Brisk : ", binaryName, " doesn't need optimization. Skip.");
@@ -40,15 +43,14 @@ std::string describe(TitleOutcome outcome, const std::string& binaryName, const 
     switch (outcome) {
     case TitleOutcome::NothingToDo:
         return "No additional adjustments required.";
-    case TitleOutcome::Patched:
-        return titleManager().isLumaSupported(binaryName)
-                   ? "Enabled LUMA using " + titleManager().getSettingText(binaryName) + "."
-                   : "Enabled TANO using " + resolution + ".";
     case TitleOutcome::Failed:
-    case TitleOutcome::NotFound:
+        return "An unexpected issue was encountered.";
+    case TitleOutcome::Patched:
         break;
     }
-    return "An unexpected issue was encountered.";
+    return titleManager().isLumaSupported(binaryName)
+               ? "Enabled LUMA using " + titleManager().getSettingText(binaryName) + "."
+               : "Enabled TANO using " + resolution + ".";
 }
 
 } // namespace
@@ -68,13 +70,13 @@ BulkOutcome doMassivePatching(std::string& report) {
     bool patched = false;
     bool failed = false;
     for (const std::string& binaryName : titleManager().getBinaryNames()) {
-        const TitleOutcome outcome = adjustTitle(binaryName);
-        if (outcome == TitleOutcome::NotFound) {
+        const std::optional<TitleOutcome> outcome = adjustTitle(binaryName);
+        if (!outcome) {
             continue;
         }
         patched |= outcome == TitleOutcome::Patched;
         failed |= outcome == TitleOutcome::Failed;
-        report += titleManager().getTitleName(binaryName) + "\n" + describe(outcome, binaryName, resolution) + "\n";
+        report += titleManager().getTitleName(binaryName) + "\n" + describe(*outcome, binaryName, resolution) + "\n";
     }
     if (failed) {
         return BulkOutcome::Failed;

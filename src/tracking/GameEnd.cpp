@@ -12,7 +12,7 @@ namespace brisk {
 namespace {
 
 constexpr float kFpsRatioLimit = 0.85f; // an offer needs less
-constexpr std::int32_t kMaximumRefusals = 3;
+constexpr std::uint32_t kMaximumRefusals = 3;
 
 constexpr char kOfferTitle[] = "Orlan Software: Meridian Edition Suggested Game Settings";
 constexpr char kPatchFailed[] =
@@ -37,7 +37,7 @@ bool shouldShowToast(const std::string& executableName) {
     if (!allowed) {
         return false;
     }
-    const std::int32_t shown = getNumberOfToastsShown(executableName);
+    const auto shown = static_cast<std::uint32_t>(getNumberOfToastsShown(executableName));
     logLine("Brisk : getNumberOfToastsShown = ", std::dec, shown);
     return shown < kMaximumRefusals;
 }

@@ -21,7 +21,7 @@ void dontAskAgain();
 // Writes the title's wanted settings and its patch marker. A failed marker does not make the patch fail. Any thread.
 bool patchTitle(const std::string& executableName);
 
-// The two lines that begin every adjustment.
+// The two lines that a judgement and a bulk pass begin with.
 void logNativeResolution(const DisplayInfo& native);
 
 } // namespace brisk

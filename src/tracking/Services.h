@@ -12,14 +12,14 @@ namespace brisk {
 
 // What start-up prepares for the handlers of host messages, process-wide.
 
-// The title database's owner, made on first use.
+// The title database's owner, made on first use and never destroyed.
 TitleManager& titleManager();
 
 // Set once by start-up; empty when no graphics information is available, and then no window exists. Window thread.
 extern std::shared_ptr<IGfxInfo> gfxInfo;
 
-// The logo of every toast. Empty: toasts carry no picture.
-extern std::string toastImagePath;
+// The source of every toast's logo. Empty and never assigned: a build that wants a logo sets an image file's path.
+extern std::string& toastImagePath;
 
 // Hide all of the service's toasts; show one more. Any thread.
 void clearToasts();

@@ -11,7 +11,8 @@
 namespace brisk {
 
 TrackingState trackingState = TrackingState::Idle;
-TrackingContext trackingContext;
+// Never destroyed: a button's action may ask for the name until the process ends.
+TrackingContext& trackingContext = *new TrackingContext;
 
 namespace {
 
@@ -29,11 +30,6 @@ DWORD getWindowProcess(HWND window) {
     return processId;
 }
 
-void stopTracking(HWND window) {
-    KillTimer(window, kTrackingTimerId);
-    switchToState(TrackingState::Idle);
-}
-
 void countInterval(std::uint64_t limit, TrackingState next) {
     if (++trackingContext.intervalCounter >= limit) {
         switchToState(next);
@@ -41,8 +37,8 @@ void countInterval(std::uint64_t limit, TrackingState next) {
 }
 
 void sampleFrameRate() {
-    const auto fps = static_cast<float>(fpsOverride ? static_cast<std::uint32_t>(*fpsOverride)
-                                                    : gfxInfo->getCurrentFps());
+    const auto fps =
+        static_cast<float>(fpsOverride ? static_cast<std::uint32_t>(*fpsOverride) : gfxInfo->getCurrentFps());
     logLine("Brisk : FPS = ", fps);
     addFpsSample(fps);
 }
@@ -92,7 +88,8 @@ void onAppStarted(HWND window, WPARAM wParam, LPARAM lParam) {
     logLine("Brisk : ", "onAppStarted, p1 = ", std::dec, gameId, ", p2 = ", std::hex, std::showbase, processId);
     if (trackingState != TrackingState::Idle) {
         logLine("Brisk : stop tracking, doesn't track more than one app");
-        stopTracking(window);
+        KillTimer(window, kTrackingTimerId);
+        switchToState(TrackingState::Idle);
         resetTrackingContext();
         return;
     }
@@ -150,8 +147,7 @@ bool shouldStartTracking(HWND /*window*/) {
     const DWORD processId = getWindowProcess(foreground);
     logLine("Brisk : PID = ", std::hex, processId);
     if (processId != trackingContext.processId) {
-        // In the base that the line before left set.
-        logLine("Brisk : expected PID ", trackingContext.processId, " instead of PID ", processId);
+        logLine("Brisk : expected PID ", std::hex, trackingContext.processId, " instead of PID ", processId);
         return false;
     }
     const ProcessImage image = getProcessImage(processId);

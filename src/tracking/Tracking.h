@@ -7,8 +7,8 @@
 
 namespace brisk {
 
-// Follows one game at a time from the host's app-started message to its app-finished message (GameEnd.h). Window thread,
-// unless said otherwise.
+// Follows one game at a time from the host's app-started message to its app-finished message (GameEnd.h). Window
+// thread, unless said otherwise.
 
 enum class TrackingState : std::uint32_t { Idle = 0, WaitingApp = 1, AppWarming = 2, Tracking = 3, NotTracking = 4 };
 
@@ -29,7 +29,7 @@ struct TrackingContext {
 };
 
 extern TrackingState trackingState;
-extern TrackingContext trackingContext;
+extern TrackingContext& trackingContext;
 
 // The tracking timer of the hidden window.
 inline constexpr UINT_PTR kTrackingTimerId = 0;

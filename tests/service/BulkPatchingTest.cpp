@@ -108,13 +108,13 @@ TEST_F(BulkPatchingTest, WholePassWithAFailureReportsEveryTitleThatWasFound) {
     EXPECT_EQ(stateValue("PatchedApps", "b.exe"), 1);
 }
 
-TEST_F(BulkPatchingTest, PassThatPatchesSaysSoAndReadsOnDemand) {
+TEST_F(BulkPatchingTest, PassThatPatchesSaysSoAndDismissDoesNothing) {
     Service service(database().c_str());
     writeConfig("a", "1024");
     service.startAndWait();
     service.post(BRISK_MASSIVE_PATCHING);
     toasts.waitForShows(1);
-    toasts.press(1, 1); // Dismiss does nothing
+    toasts.press(1, 1);
     service.quit();
     // The hint's quotes make no attribute: they stand in a text.
     EXPECT_THAT(shownToasts(),
@@ -138,6 +138,20 @@ TEST_F(BulkPatchingTest, EverythingSetUpAlreadyIsSaidWithoutButtons) {
                                                          "Orlan Software: Meridian Edition has detected that optimal "
                                                          "settings have already been applied for supported games.",
                                                          "<text></text>", {})));
+}
+
+TEST_F(BulkPatchingTest, PatternThatIsNoRegularExpressionEndsTheServiceWithItsError) {
+    std::string titles = database();
+    titles.replace(titles.find("(Width="), 1, "((");
+    Service service(titles.c_str());
+    writeConfig("a", "1024");
+    service.startAndWait();
+    service.post(BRISK_MASSIVE_PATCHING);
+    EXPECT_EQ(service.waitForEnd(), 1u);
+    Lines lines = service.log();
+    lines.erase(lines.begin(), lines.end() - 2);
+    EXPECT_THAT(lines, ElementsAre("Brisk : config found.", "Brisk : Mismatched '(' and ')' in regular expression"));
+    EXPECT_EQ(readFile(machine / "a.ini"), "Width=1024\r\n");
 }
 
 } // namespace

@@ -47,8 +47,11 @@ TEST_F(StartUpTest, StartedEventIsSetWhileTheServiceRunsAndGoneAfterwards) {
     Service service(kOneTitle);
     service.startAndWait();
     {
-        const UniqueHandle started(OpenEventA(SYNCHRONIZE, FALSE, "BriskStarted"));
-        ASSERT_TRUE(started);
+        UniqueHandle started;
+        waitUntil("the started event", [&started] {
+            started.reset(OpenEventA(SYNCHRONIZE, FALSE, "BriskStarted"));
+            return started != nullptr;
+        });
         // Manual reset: it stays set.
         EXPECT_EQ(WaitForSingleObject(started.get(), 10'000), WAIT_OBJECT_0);
         EXPECT_EQ(WaitForSingleObject(started.get(), 0), WAIT_OBJECT_0);
@@ -127,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(
     nameOfFailedLoad);
 
 TEST_F(StartUpTest, RegistryThatCannotBeWrittenEndsTheServiceQuietly) {
-    // No key that outlives the session can be made below a volatile one.
+    // No key that outlives the logon can be made below a volatile one.
     HKEY parent = nullptr;
     ASSERT_EQ(RegCreateKeyExA(HKEY_CURRENT_USER, "SOFTWARE\\Orlan", 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
                               nullptr, &parent, nullptr),
@@ -146,6 +149,17 @@ TEST_F(StartUpTest, NumberBeyond32BitsEndsTheProcessBeforeTheStartLine) {
     service.start("-nw 99999999999");
     EXPECT_EQ(service.waitForEnd(), 1u);
     EXPECT_THAT(service.log(), IsEmpty());
+}
+
+TEST_F(StartUpTest, SecondQuitMessageIsHarmless) {
+    Service service(kOneTitle);
+    service.startAndWait();
+    service.suspend();
+    service.post(BRISK_QUIT);
+    service.post(BRISK_QUIT);
+    service.resume();
+    EXPECT_EQ(service.waitForEnd(), 0u);
+    EXPECT_THAT(service.logFrom(startLines().size()), ElementsAre("Brisk : finished"));
 }
 
 TEST_F(StartUpTest, LogIsAppendedAcrossRestarts) {
@@ -189,11 +203,17 @@ TEST_F(StartUpTest, OtherMessagesAndOtherTimersHaveNoEffect) {
     service.post(WM_USER + 4, 1, 2);
     service.post(WM_USER, 1, 2);
     service.post(WM_USER + 7, 1, 2);
-    service.post(WM_TIMER, 1, 0);
     service.tick(); // idle
     EXPECT_EQ(SendMessageA(service.window(), WM_USER + 4, 1, 2), 0);
-    EXPECT_EQ(service.quit(), 0u);
-    EXPECT_THAT(service.logFrom(startLines().size()), ElementsAre("Brisk : finished"));
+    service.suspend();
+    service.post(BRISK_APP_STARTED, 7, 1);
+    service.post(WM_TIMER, 1, 0); // a tick would look for the game
+    service.post(BRISK_QUIT);
+    service.resume();
+    EXPECT_EQ(service.waitForEnd(), 0u);
+    EXPECT_THAT(service.logFrom(startLines().size()), ElementsAre("Brisk : onAppStarted, p1 = 7, p2 = 0x1",
+                                                                  "Brisk : waiting for activation, GameID 7, PID 0x1",
+                                                                  "Brisk : switch to WAITING_APP", "Brisk : finished"));
 }
 
 TEST_F(StartUpTest, TitleInformationIsParsedAndDiscardedAndTheSenderGetsTheDefaultAnswer) {

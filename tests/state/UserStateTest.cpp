@@ -96,6 +96,38 @@ TEST_F(UserStateTest, KeyThatAlreadyExistsCountsAsCreated) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
+TEST_F(UserStateTest, KeysArePermanentAndOpenedWithFullAccess) {
+    std::vector<std::string> created;
+    RegCreateKeyExAFault.intercept([&](HKEY root, LPCSTR path, DWORD reserved, LPSTR keyClass, DWORD options,
+                                       REGSAM access, const LPSECURITY_ATTRIBUTES security, PHKEY key,
+                                       LPDWORD disposition) {
+        EXPECT_EQ(root, HKEY_CURRENT_USER);
+        EXPECT_EQ(reserved, 0u);
+        EXPECT_EQ(keyClass, nullptr);
+        EXPECT_EQ(options, DWORD{REG_OPTION_NON_VOLATILE});
+        EXPECT_EQ(access, REGSAM{0xF003F});
+        EXPECT_EQ(security, nullptr);
+        created.emplace_back(path);
+        return RegCreateKeyExAFault.real(root, path, reserved, keyClass, options, access, security, key, disposition);
+    });
+    RegOpenKeyExAFault.intercept([](HKEY root, LPCSTR path, DWORD options, REGSAM access, PHKEY key) {
+        EXPECT_EQ(access, REGSAM{0xF003F});
+        return RegOpenKeyExAFault.real(root, path, options, access, key);
+    });
+    RegDeleteTreeAFault.intercept([](HKEY key, LPCSTR subkey) {
+        EXPECT_EQ(subkey, nullptr);
+        return RegDeleteTreeAFault.real(key, subkey);
+    });
+    isRegistryAccessible();
+    areToastsAllowed();
+    disallowToasts();
+    getNumberOfToastsShown("game.exe");
+    incNumberOfToastsShown("game.exe");
+    setPatched("game.exe");
+    EXPECT_TRUE(resetToastsShown());
+    EXPECT_THAT(created, ElementsAre(kMainKey, kMainKey, kMainKey, kToastsShownKey, kToastsShownKey, kPatchedAppsKey));
+}
+
 TEST_F(UserStateTest, WithNoKeyAtAllToastsAreAllowedAndTheKeyIsCreated) {
     EXPECT_TRUE(areToastsAllowed());
     EXPECT_THAT(values(kMainKey), IsEmpty());

@@ -13,6 +13,7 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <windows.h>
@@ -75,7 +76,8 @@ public:
 
     // Every call fails with the result and last error, from the n-th on (1 is the next). A function that answers an
     // error code gives it as its result.
-    void fail(Result result, DWORD lastError = ERROR_SUCCESS, unsigned fromCall = 1) {
+    void fail(std::conditional_t<std::is_void_v<Result>, int, Result> result, DWORD lastError = ERROR_SUCCESS,
+              unsigned fromCall = 1) {
         const unsigned first = calls() + fromCall;
         hook = [=, this](Arguments... arguments) -> Result {
             if (calls() < first) {

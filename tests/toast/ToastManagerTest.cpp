@@ -1,0 +1,139 @@
+#include "toast/ToastManager.h"
+
+#include "toast/ToastFixture.h"
+
+namespace brisk {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::StartsWith;
+
+class ToastManagerTest : public testing::ToastFixture {
+protected:
+    ~ToastManagerTest() override {
+        faults::reset();
+        ToastManager::instance()->cleanup();
+    }
+
+    // The document of the toast shown last, as the record writes it.
+    std::string shownDocument() {
+        std::string document;
+        for (const std::string& line : takeRecord()) {
+            if (line.starts_with("LoadXml ")) {
+                document = line.substr(8);
+            }
+        }
+        return document;
+    }
+};
+
+TEST_F(ToastManagerTest, FirstAccessRegistersTheServicesIdentity) {
+    std::wstring id;
+    static std::wstring* received;
+    received = &id;
+    faults::replaceFunction("SetCurrentProcessExplicitAppUserModelID", faults::asProcedure(+[](PCWSTR text) -> HRESULT {
+                                *received = text;
+                                return S_OK;
+                            }));
+    ToastManager::instance();
+    EXPECT_EQ(id, L"Orlan.Experience.Brisk.1.09");
+    EXPECT_TRUE(std::filesystem::exists(machine.path() / "Microsoft" / "Windows" / "Start Menu" / "Programs" /
+                                        L"Orlan Software\uA789 Meridian Edition" /
+                                        "Orlan Game Performance Monitoring.lnk"));
+}
+
+TEST_F(ToastManagerTest, UnsupportedSystemIsAnErrorAndThereIsNoManager) {
+    faults::replaceFunction("RoGetActivationFactory", nullptr);
+    for (int i = 0; i < 2; ++i) {
+        try {
+            ToastManager::instance();
+            ADD_FAILURE();
+        } catch (const std::runtime_error& error) {
+            EXPECT_STREQ(error.what(), "ToastManager: Error, system in not supported");
+        }
+    }
+}
+
+TEST_F(ToastManagerTest, IdentityThatCannotBeRegisteredIsAnErrorAndThereIsNoManager) {
+    SetEnvironmentVariableW(L"APPDATA", nullptr);
+    for (int i = 0; i < 2; ++i) {
+        try {
+            ToastManager::instance();
+            ADD_FAILURE();
+        } catch (const std::runtime_error& error) {
+            EXPECT_STREQ(error.what(), "ToastManager: Error, could not initialize the library");
+        }
+    }
+    SetEnvironmentVariableW(L"APPDATA", machine.path().c_str());
+}
+
+TEST_F(ToastManagerTest, ThereIsOneManagerUntilCleanup) {
+    const auto manager = ToastManager::instance();
+    EXPECT_EQ(ToastManager::instance(), manager);
+    manager->cleanup();
+    EXPECT_NE(ToastManager::instance(), manager);
+}
+
+TEST_F(ToastManagerTest, ToastIsShownWithItsTextsAndButtons) {
+    ToastManager::instance()->show("C:\\logo.png", "Title", "Subtitle", "Body", {{"Yes", [] {}}, {"No", [] {}}});
+    EXPECT_EQ(shownDocument(),
+              "\\n<toast template=\"ToastGeneric\" duration=\"long\" scenario=\"Default\"><visual>"
+              "<binding template=\"ToastGeneric\"><image placement=\"appLogoOverride\" hint-crop=\"circle\" "
+              "src=\"C:\\\\logo.png\"/><text>Title</text><text>Subtitle</text>\\n<text>Body</text></binding></visual>"
+              "<actions><action content=\"Yes\" arguments=\"0\"/><action content=\"No\" arguments=\"1\"/></actions>"
+              "</toast>");
+}
+
+TEST_F(ToastManagerTest, PressOfTheSecondButtonRunsOnlyItsCallbackAndReleasesTheToast) {
+    std::vector<std::string> pressed;
+    ToastManager::instance()->show(
+        "", "T", "S", "B",
+        {{"Yes", [&] { pressed.emplace_back("yes"); }}, {"No", [&] { pressed.emplace_back("no"); }}});
+    EXPECT_EQ(toasts.press(1, 1).result, S_OK);
+    EXPECT_THAT(pressed, ElementsAre("no"));
+    takeRecord();
+    ToastManager::instance()->clear();
+    EXPECT_THAT(takeRecord(), ::testing::Not(Contains("Hide 1")));
+}
+
+TEST_F(ToastManagerTest, DismissedToastIsStillHeldAndItsButtonWorks) {
+    int pressed = 0;
+    ToastManager::instance()->show("", "T", "S", "B", {{"Yes", [&] { ++pressed; }}});
+    toasts.dismiss(1, 2);
+    toasts.press(1, 0);
+    EXPECT_EQ(pressed, 1);
+    takeRecord();
+    ToastManager::instance()->clear();
+    EXPECT_THAT(takeRecord(), ::testing::Not(Contains("Hide 1")));
+}
+
+TEST_F(ToastManagerTest, IndexThatNoButtonHasFailsTheEventOnly) {
+    ToastManager::instance()->show("", "T", "S", "B", {{"Yes", [] {}}});
+    EXPECT_EQ(toasts.activate(1, "1").result, E_FAIL);
+    EXPECT_EQ(toasts.press(1, 0).result, S_OK);
+}
+
+TEST_F(ToastManagerTest, NonAsciiBytesAreSignExtended) {
+    ToastManager::instance()->show("", "T", "S", "B", {{"\x80\xFFz", [] {}}});
+    // U+FF80 and U+FFFF; the latter is no character of XML, so the system refuses the document.
+    const std::vector<std::string> record = takeRecord();
+    EXPECT_THAT(record,
+                Contains(::testing::AllOf(StartsWith("LoadXml "), ::testing::HasSubstr("content=\"\xEF\xBE\x80"))));
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : ToastManager: Can't show notification"));
+}
+
+TEST_F(ToastManagerTest, RefusedToastIsLoggedAndNothingElse) {
+    toasts.setFailures("Show=0x80070005");
+    EXPECT_NO_THROW(ToastManager::instance()->show("", "T", "S", "B", {}));
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : ToastManager: Can't show notification"));
+}
+
+TEST_F(ToastManagerTest, CleanupHidesWhatIsShown) {
+    ToastManager::instance()->show("", "T", "S", "B", {});
+    ToastManager::instance()->cleanup();
+    EXPECT_THAT(takeRecord(), Contains("Hide 1"));
+}
+
+} // namespace
+} // namespace brisk

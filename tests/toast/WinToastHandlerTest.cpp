@@ -1,0 +1,94 @@
+#include "toast/WinToastHandler.h"
+
+#include <gmock/gmock.h>
+
+namespace brisk {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using WinToastLib::ToastDismissalReason;
+
+class WinToastHandlerTest : public ::testing::Test {
+protected:
+    ToastAction action(const std::string& label) {
+        return {label, [this, label] { calls.push_back(label); }};
+    }
+    std::function<void()> release() {
+        return [this] { calls.emplace_back("release"); };
+    }
+
+    std::vector<std::string> calls;
+    WinToastHandler handler{{action("first"), action("second")}};
+};
+
+TEST_F(WinToastHandlerTest, PressRunsOnlyItsCallbackAndThenTheRelease) {
+    handler.toastActivated(1);
+    EXPECT_THAT(calls, ElementsAre("second"));
+    handler.toastCompleted(release());
+    EXPECT_THAT(calls, ElementsAre("second", "release"));
+}
+
+TEST_F(WinToastHandlerTest, DismissedToastKeepsItsReleaseUntilAButtonIsPressedLater) {
+    handler.toastDismissed(ToastDismissalReason::TimedOut);
+    handler.toastCompleted(release());
+    EXPECT_THAT(calls, IsEmpty());
+    handler.toastActivated(0);
+    EXPECT_THAT(calls, ElementsAre("first", "release"));
+}
+
+TEST_F(WinToastHandlerTest, BodyDismissalAndFailureRunNothing) {
+    handler.toastActivated();
+    handler.toastCompleted(release());
+    handler.toastDismissed(ToastDismissalReason::UserCanceled);
+    handler.toastCompleted(release());
+    handler.toastFailed();
+    handler.toastCompleted(release());
+    EXPECT_THAT(calls, IsEmpty());
+}
+
+TEST_F(WinToastHandlerTest, IndexThatNoButtonHasIsAnInvalidVectorSubscript) {
+    for (const int index : {2, 1000, -1}) {
+        try {
+            handler.toastActivated(index);
+            ADD_FAILURE() << index;
+        } catch (const std::out_of_range& error) {
+            EXPECT_STREQ(error.what(), "invalid vector subscript");
+        }
+    }
+    EXPECT_THAT(calls, IsEmpty());
+    // A button was pressed all the same: the release is not held back.
+    handler.toastCompleted(release());
+    EXPECT_THAT(calls, ElementsAre("release"));
+}
+
+TEST_F(WinToastHandlerTest, ButtonWithoutACallbackIsABadFunctionCall) {
+    WinToastHandler empty({{"label", nullptr}});
+    EXPECT_THROW(empty.toastActivated(0), std::bad_function_call);
+}
+
+TEST_F(WinToastHandlerTest, CallbackThatThrowsLeavesTheReleaseStored) {
+    bool fails = true;
+    WinToastHandler throwing({{"label", [&fails] {
+                                   if (fails) {
+                                       throw std::runtime_error("no");
+                                   }
+                               }}});
+    throwing.toastCompleted(release());
+    EXPECT_THROW(throwing.toastActivated(0), std::runtime_error);
+    EXPECT_THAT(calls, IsEmpty());
+    fails = false;
+    throwing.toastActivated(0);
+    EXPECT_THAT(calls, ElementsAre("release"));
+}
+
+TEST_F(WinToastHandlerTest, HandlerHoldsItsOwnCopyOfTheActions) {
+    std::vector<ToastAction> actions{action("kept")};
+    WinToastHandler copy(actions);
+    actions.clear();
+    copy.toastActivated(0);
+    EXPECT_THAT(calls, ElementsAre("kept"));
+}
+
+} // namespace
+} // namespace brisk
