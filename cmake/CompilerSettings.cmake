@@ -11,8 +11,11 @@ else()
   target_compile_options(brisk_settings INTERFACE
     $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror>
     # GCC 12 sees overlaps in std::string's operator+ where there are none.
-    $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual -Wno-restrict>
+    $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
+    $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict>
     $<$<COMPILE_LANGUAGE:C,CXX>:-ffunction-sections -fdata-sections>)
-  target_link_options(brisk_settings INTERFACE
-    -static -Wl,--gc-sections -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
+  if(WIN32)
+    target_link_options(brisk_settings INTERFACE
+      -static -Wl,--gc-sections -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
+  endif()
 endif()

@@ -15,16 +15,16 @@ namespace {
 namespace codes = std::regex_constants;
 
 // Boost.Regex compiles nested groups recursively. Settings need two or three levels.
-constexpr std::size_t maximumNesting = 200;
+constexpr std::size_t kMaximumNesting = 200;
 
 // Boost.Regex takes some group numbers from 9999 on for something else.
-constexpr std::size_t maximumGroups = 9000;
+constexpr std::size_t kMaximumGroups = 9000;
 
-constexpr std::size_t maximumRepetitions = std::numeric_limits<int>::max();
+constexpr std::size_t kMaximumRepetitions = std::numeric_limits<int>::max();
 
 std::string hexadecimal(std::size_t byte) {
-    constexpr char digits[] = "0123456789abcdef";
-    return {'\\', 'x', digits[byte / 16], digits[byte % 16]};
+    constexpr char kDigits[] = "0123456789abcdef";
+    return {'\\', 'x', kDigits[byte / 16], kDigits[byte % 16]};
 }
 
 bool isPlain(char byte) {
@@ -33,17 +33,17 @@ bool isPlain(char byte) {
 
 class Translator {
 public:
-    explicit Translator(std::string_view pattern) : reader_(pattern) {}
+    explicit Translator(std::string_view pattern) : reader(pattern) {}
 
     std::string translate() {
-        while (!reader_.atEnd()) {
-            translateTerm(reader_.take(codes::error_escape));
+        while (!reader.atEnd()) {
+            translateTerm(reader.take(codes::error_escape));
         }
-        if (!openGroups_.empty()) {
+        if (!openGroups.empty()) {
             throw std::regex_error(codes::error_paren);
         }
         endAlternative();
-        return std::move(output_);
+        return std::move(output);
     }
 
 private:
@@ -65,10 +65,10 @@ private:
             writeSet(bytesOfDot());
             break;
         case '[':
-            writeSet(takeBracketExpression(reader_));
+            writeSet(takeBracketExpression(reader));
             break;
         case '\\':
-            translateEscape(reader_.take(codes::error_escape));
+            translateEscape(reader.take(codes::error_escape));
             break;
         case '(':
             openGroup();
@@ -78,7 +78,7 @@ private:
             break;
         case '|':
             endAlternative();
-            output_ += '|';
+            output += '|';
             break;
         case '*':
         case '+':
@@ -97,8 +97,8 @@ private:
 
     void translateEscape(char letter) {
         if (letter >= '1' && letter <= '9') {
-            reader_.stepBack();
-            writeBackReference(reader_.takeNumber(maximumGroups + 1, codes::error_backref));
+            reader.stepBack();
+            writeBackReference(reader.takeNumber(kMaximumGroups + 1, codes::error_backref));
             return;
         }
         switch (letter) {
@@ -115,156 +115,156 @@ private:
             writeSet(bytesOfClassEscape(letter));
             break;
         default:
-            writeByte(reader_.takeCharacterEscape(letter));
+            writeByte(reader.takeCharacterEscape(letter));
         }
     }
 
     void openGroup() {
-        if (openGroups_.size() == maximumNesting) {
+        if (openGroups.size() == kMaximumNesting) {
             throw std::regex_error(codes::error_complexity);
         }
-        OpenGroup group{0, false, output_.size()};
-        if (!reader_.takeIf('?')) {
-            if (groupCount_ == maximumGroups) {
+        OpenGroup group{0, false, output.size()};
+        if (!reader.takeIf('?')) {
+            if (groupCount == kMaximumGroups) {
                 throw std::regex_error(codes::error_complexity);
             }
-            group.number = ++groupCount_;
-            output_ += '(';
+            group.number = ++groupCount;
+            output += '(';
         } else {
-            const char kind = reader_.take(codes::error_paren);
+            const char kind = reader.take(codes::error_paren);
             if (kind != ':' && kind != '=' && kind != '!') {
                 throw std::regex_error(codes::error_paren);
             }
             group.isLookahead = kind != ':';
-            output_ += {'(', '?', kind};
+            output += {'(', '?', kind};
         }
-        openGroups_.push_back(group);
-        last_ = Last::nothing;
+        openGroups.push_back(group);
+        last = Last::nothing;
     }
 
     void closeGroup() {
-        if (openGroups_.empty()) {
+        if (openGroups.empty()) {
             throw std::regex_error(codes::error_paren);
         }
         endAlternative();
-        output_ += ')';
-        last_ = openGroups_.back().isLookahead ? Last::assertion : Last::atom;
-        atomBegin_ = openGroups_.back().begin;
-        openGroups_.pop_back();
+        output += ')';
+        last = openGroups.back().isLookahead ? Last::assertion : Last::atom;
+        atomBegin = openGroups.back().begin;
+        openGroups.pop_back();
     }
 
     // An alternative without a term matches the empty text, which is said outright.
     void endAlternative() {
-        if (last_ == Last::nothing) {
-            output_ += "(?:)";
+        if (last == Last::nothing) {
+            output += "(?:)";
         }
-        last_ = Last::nothing;
+        last = Last::nothing;
     }
 
     void requireAtom() const {
-        if (last_ != Last::atom) {
+        if (last != Last::atom) {
             throw std::regex_error(codes::error_badrepeat);
         }
     }
 
     void takeCounts() {
-        const std::size_t minimum = reader_.takeNumber(maximumRepetitions, codes::error_badbrace);
+        const std::size_t minimum = reader.takeNumber(kMaximumRepetitions, codes::error_badbrace);
         std::string counts = '{' + std::to_string(minimum);
         bool isBounded = true;
-        if (reader_.takeIf(',')) {
+        if (reader.takeIf(',')) {
             counts += ',';
-            isBounded = !reader_.isNext('}');
+            isBounded = !reader.isNext('}');
             if (isBounded) {
-                const std::size_t maximum = reader_.takeNumber(maximumRepetitions, codes::error_badbrace);
+                const std::size_t maximum = reader.takeNumber(kMaximumRepetitions, codes::error_badbrace);
                 if (maximum < minimum) {
                     throw std::regex_error(codes::error_badbrace);
                 }
                 counts += std::to_string(maximum);
             }
         }
-        if (!reader_.takeIf('}')) {
+        if (!reader.takeIf('}')) {
             throw std::regex_error(codes::error_brace);
         }
         writeQuantifier(counts + '}', isBounded);
     }
 
     void writeQuantifier(const std::string& quantifier, bool isBounded) {
-        const bool isLazy = reader_.takeIf('?');
+        const bool isLazy = reader.takeIf('?');
         // Where an expression begins with a single byte repeated lazily up to a bound, Boost.Regex skips places at
         // which a match could begin. It does not look into groups.
         if (isLazy && isBounded) {
-            output_.insert(atomBegin_, "(?:");
-            output_ += ')';
+            output.insert(atomBegin, "(?:");
+            output += ')';
         }
-        output_ += quantifier;
+        output += quantifier;
         if (isLazy) {
-            output_ += '?';
+            output += '?';
         }
-        last_ = Last::quantifier;
+        last = Last::quantifier;
     }
 
     void writeAssertion(std::string_view assertion) {
-        output_ += assertion;
-        last_ = Last::assertion;
+        output += assertion;
+        last = Last::assertion;
     }
 
     void writeByte(char byte) {
-        atomBegin_ = output_.size();
+        atomBegin = output.size();
         if (isPlain(byte)) {
-            output_ += byte;
+            output += byte;
         } else {
-            output_ += hexadecimal(static_cast<unsigned char>(byte));
+            output += hexadecimal(static_cast<unsigned char>(byte));
         }
-        last_ = Last::atom;
+        last = Last::atom;
     }
 
     void writeSet(const ByteSet& bytes) {
-        atomBegin_ = output_.size();
+        atomBegin = output.size();
         if (bytes.none()) {
-            output_ += "(?:(?!))";
+            output += "(?:(?!))";
         } else {
-            output_ += '[';
+            output += '[';
             for (std::size_t first = 0; first < bytes.size(); ++first) {
                 if (!bytes[first]) {
                     continue;
                 }
-                std::size_t last = first;
-                while (last + 1 < bytes.size() && bytes[last + 1]) {
-                    ++last;
+                std::size_t end = first;
+                while (end + 1 < bytes.size() && bytes[end + 1]) {
+                    ++end;
                 }
-                output_ += hexadecimal(first);
-                if (last > first) {
-                    output_ += '-' + hexadecimal(last);
+                output += hexadecimal(first);
+                if (end > first) {
+                    output += '-' + hexadecimal(end);
                 }
-                first = last;
+                first = end;
             }
-            output_ += ']';
+            output += ']';
         }
-        last_ = Last::atom;
+        last = Last::atom;
     }
 
     // A reference to a group that took no part in the match so far matches the empty text.
     void writeBackReference(std::size_t number) {
-        const bool isOpen = std::any_of(openGroups_.begin(), openGroups_.end(),
+        const bool isOpen = std::any_of(openGroups.begin(), openGroups.end(),
                                         [number](const OpenGroup& group) { return group.number == number; });
-        if (number > groupCount_ || isOpen) {
+        if (number > groupCount || isOpen) {
             throw std::regex_error(codes::error_backref);
         }
-        atomBegin_ = output_.size();
+        atomBegin = output.size();
         const std::string digits = std::to_string(number);
-        output_ += "(?:(?(" + digits + ")\\g{" + digits + "}))";
-        last_ = Last::atom;
+        output += "(?:(?(" + digits + ")\\g{" + digits + "}))";
+        last = Last::atom;
     }
 
     // What the text written last is: it decides whether a quantifier may follow.
     enum class Last { nothing, assertion, atom, quantifier };
 
-    PatternReader reader_;
-    std::string output_;
-    std::vector<OpenGroup> openGroups_;
-    std::size_t groupCount_ = 0;
-    std::size_t atomBegin_ = 0; // where the last atom begins in the output
-    Last last_ = Last::nothing;
+    PatternReader reader;
+    std::string output;
+    std::vector<OpenGroup> openGroups;
+    std::size_t groupCount = 0;
+    std::size_t atomBegin = 0; // where the last atom begins in the output
+    Last last = Last::nothing;
 };
 
 } // namespace

@@ -20,7 +20,7 @@ bool PatternReader::takeIf(char byte) {
     if (!isNext(byte)) {
         return false;
     }
-    ++position_;
+    ++position;
     return true;
 }
 
@@ -28,27 +28,27 @@ char PatternReader::take(std::regex_constants::error_type codeAtEnd) {
     if (atEnd()) {
         throw std::regex_error(codeAtEnd);
     }
-    return pattern_[position_++];
+    return pattern[position++];
 }
 
 std::size_t PatternReader::takeNumber(std::size_t limit, std::regex_constants::error_type codeWithoutDigit) {
-    if (atEnd() || !isDigit(pattern_[position_])) {
+    if (atEnd() || !isDigit(pattern[position])) {
         throw std::regex_error(codeWithoutDigit);
     }
     std::size_t number = 0;
-    for (; !atEnd() && isDigit(pattern_[position_]); ++position_) {
-        number = std::min(limit, number * 10 + static_cast<std::size_t>(pattern_[position_] - '0'));
+    for (; !atEnd() && isDigit(pattern[position]); ++position) {
+        number = std::min(limit, number * 10 + static_cast<std::size_t>(pattern[position] - '0'));
     }
     return number;
 }
 
 std::string_view PatternReader::takeName(char closer, std::regex_constants::error_type codeIfUnclosed) {
-    const std::size_t end = pattern_.find(closer, position_);
-    if (end == std::string_view::npos || end + 1 == pattern_.size() || pattern_[end + 1] != ']') {
+    const std::size_t end = pattern.find(closer, position);
+    if (end == std::string_view::npos || end + 1 == pattern.size() || pattern[end + 1] != ']') {
         throw std::regex_error(codeIfUnclosed);
     }
-    const std::string_view name = pattern_.substr(position_, end - position_);
-    position_ = end + 2;
+    const std::string_view name = pattern.substr(position, end - position);
+    position = end + 2;
     return name;
 }
 
@@ -66,7 +66,7 @@ char PatternReader::takeCharacterEscape(char letter) {
         return '\v';
     case '0':
         // "\01" would be an octal number, which the grammar does not know.
-        if (!atEnd() && isDigit(pattern_[position_])) {
+        if (!atEnd() && isDigit(pattern[position])) {
             throw std::regex_error(std::regex_constants::error_escape);
         }
         return '\0';

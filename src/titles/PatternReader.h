@@ -10,12 +10,12 @@ namespace brisk {
 class PatternReader {
 public:
     // The pattern must outlive the reader.
-    explicit PatternReader(std::string_view pattern) : pattern_(pattern) {}
+    explicit PatternReader(std::string_view text) : pattern(text) {}
 
-    bool atEnd() const { return position_ == pattern_.size(); }
+    bool atEnd() const { return position == pattern.size(); }
 
     // Whether the next byte is this one.
-    bool isNext(char byte) const { return !atEnd() && pattern_[position_] == byte; }
+    bool isNext(char byte) const { return !atEnd() && pattern[position] == byte; }
 
     // Steps over the next byte if it is this one; answers whether it was.
     bool takeIf(char byte);
@@ -24,7 +24,7 @@ public:
     char take(std::regex_constants::error_type codeAtEnd);
 
     // Makes the byte taken last the next one again.
-    void stepBack() { --position_; }
+    void stepBack() { --position; }
 
     // Steps over a run of decimal digits and gives its number, which stops growing at the limit. There must be a digit,
     // otherwise throws std::regex_error with the given code.
@@ -41,8 +41,8 @@ public:
 private:
     unsigned takeHexadecimal(int digits);
 
-    std::string_view pattern_;
-    std::size_t position_ = 0;
+    std::string_view pattern;
+    std::size_t position = 0;
 };
 
 } // namespace brisk

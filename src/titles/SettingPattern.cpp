@@ -29,25 +29,25 @@ public:
     using reference = const char&;
 
     TextPosition() = default;
-    explicit TextPosition(const char* byte) : byte_(byte) {}
+    explicit TextPosition(const char* byte) : byte(byte) {}
 
-    const char* byte() const { return byte_; }
+    const char* byte() const { return byte; }
 
-    const char& operator*() const { return *byte_; }
+    const char& operator*() const { return *byte; }
     TextPosition& operator++() {
-        ++byte_;
+        ++byte;
         return *this;
     }
-    TextPosition operator++(int) { return TextPosition(byte_++); }
+    TextPosition operator++(int) { return TextPosition(byte++); }
     TextPosition& operator--() {
-        --byte_;
+        --byte;
         return *this;
     }
-    TextPosition operator--(int) { return TextPosition(byte_--); }
+    TextPosition operator--(int) { return TextPosition(byte--); }
     bool operator==(const TextPosition&) const = default;
 
 private:
-    const char* byte_ = nullptr;
+    const char* byte = nullptr;
 };
 
 // Boost.Regex would take the character classes of the user's Windows locale by default.
@@ -106,7 +106,7 @@ struct SettingPattern::Compiled {
 SettingPattern::SettingPattern(std::string_view pattern) {
     const std::string translated = translateEcmaScript(pattern);
     try {
-        compiled_ = std::make_unique<const Compiled>(translated);
+        compiled = std::make_unique<const Compiled>(translated);
     } catch (const boost::regex_error& error) {
         throwStandardError(error.code());
     }
@@ -118,7 +118,7 @@ SettingPattern& SettingPattern::operator=(SettingPattern&&) noexcept = default;
 
 std::optional<SettingPattern::Match> SettingPattern::search(std::string_view text) const {
     Results results;
-    if (!compiled_->search(text, 0, 0, boost::match_default, results)) {
+    if (!compiled->search(text, 0, 0, boost::match_default, results)) {
         return std::nullopt;
     }
     return matchOf(results);
@@ -130,7 +130,7 @@ std::string SettingPattern::replace(std::string_view text, std::string_view form
     Results results;
     std::size_t copied = 0;
     bool hasMovedOn = false;
-    bool isFound = compiled_->search(text, 0, 0, boost::match_default, results);
+    bool isFound = compiled->search(text, 0, 0, boost::match_default, results);
     while (isFound) {
         const Match match = matchOf(results);
         const std::size_t begin = static_cast<std::size_t>(match.front().data() - text.data());
@@ -147,15 +147,15 @@ std::string SettingPattern::replace(std::string_view text, std::string_view form
             }
             // After an empty match the same place may still begin a longer one. std::regex_iterator looks for it
             // without regard to what stands before, as long as all matches so far were such ones.
-            isFound = compiled_->search(text, hasMovedOn ? 0 : end, end,
-                                        boost::match_not_null | boost::match_continuous, results);
+            isFound = compiled->search(text, hasMovedOn ? 0 : end, end, boost::match_not_null | boost::match_continuous,
+                                       results);
             if (isFound) {
                 continue;
             }
             ++next;
         }
         hasMovedOn = true;
-        isFound = compiled_->search(text, 0, next, boost::match_default, results);
+        isFound = compiled->search(text, 0, next, boost::match_default, results);
     }
     return output.append(text.substr(copied));
 }

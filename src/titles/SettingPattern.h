@@ -36,7 +36,7 @@ public:
 
 private:
     struct Compiled;
-    std::unique_ptr<const Compiled> compiled_;
+    std::unique_ptr<const Compiled> compiled;
 };
 
 } // namespace brisk
