@@ -29,25 +29,25 @@ public:
     using reference = const char&;
 
     TextPosition() = default;
-    explicit TextPosition(const char* byte) : byte(byte) {}
+    explicit TextPosition(const char* byte) : current(byte) {}
 
-    const char* byte() const { return byte; }
+    const char* byte() const { return current; }
 
-    const char& operator*() const { return *byte; }
+    const char& operator*() const { return *current; }
     TextPosition& operator++() {
-        ++byte;
+        ++current;
         return *this;
     }
-    TextPosition operator++(int) { return TextPosition(byte++); }
+    TextPosition operator++(int) { return TextPosition(current++); }
     TextPosition& operator--() {
-        --byte;
+        --current;
         return *this;
     }
-    TextPosition operator--(int) { return TextPosition(byte--); }
+    TextPosition operator--(int) { return TextPosition(current--); }
     bool operator==(const TextPosition&) const = default;
 
 private:
-    const char* byte = nullptr;
+    const char* current = nullptr;
 };
 
 // Boost.Regex would take the character classes of the user's Windows locale by default.
