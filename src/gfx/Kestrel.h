@@ -101,8 +101,8 @@ protected:
     ~IDesktopServices() = default;
 };
 
-// The root of everything. Owned by the library from its start until Terminate; not counted.
-struct ISystemServices {
+// The root of everything, from the library's start to its end.
+struct ISystemServices : IObject {
     virtual Result GetDesktopServices(IDesktopServices** services) = 0;
     virtual Result GetPerformanceMonitoringServices(IPerformanceMonitoringServices** services) = 0;
 

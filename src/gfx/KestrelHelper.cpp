@@ -43,22 +43,24 @@ kestrel::Result KestrelHelper::initialize(void* tarnContext, void* tarnAdapter, 
     if (!load()) {
         return kestrel::kFailure;
     }
+    systemServices = {};
     queryFullVersion(&fullVersion);
     const char* text = nullptr;
     queryVersion(&text);
     version = text ? text : "";
     if (tarnContext && tarnAdapter) {
-        return initializeWithCallerTarn(kRequestedVersion, &systemServices, &tarnMapping, tarnContext, tarnAdapter);
+        return initializeWithCallerTarn(kRequestedVersion, systemServices.receive(), &tarnMapping, tarnContext,
+                                        tarnAdapter);
     }
-    return useIncompatibleDriver ? initializeWithIncompatibleDriver(kRequestedVersion, &systemServices)
-                                 : initializeLibrary(kRequestedVersion, &systemServices);
+    return useIncompatibleDriver ? initializeWithIncompatibleDriver(kRequestedVersion, systemServices.receive())
+                                 : initializeLibrary(kRequestedVersion, systemServices.receive());
 }
 
 kestrel::Result KestrelHelper::terminate() {
     if (!module) {
         return 0;
     }
-    systemServices = nullptr;
+    systemServices = {};
     tarnMapping = nullptr;
     const kestrel::Result result = terminateLibrary ? terminateLibrary() : 0;
     queryFullVersion = nullptr;

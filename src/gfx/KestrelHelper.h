@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/WindowsHandles.h"
 #include "gfx/Kestrel.h"
 
 #include <cstdint>
@@ -26,7 +27,7 @@ public:
     kestrel::Result terminate();
 
     // Valid between initialize and terminate; null otherwise.
-    kestrel::ISystemServices* getSystemServices() const { return systemServices; }
+    kestrel::ISystemServices* getSystemServices() const { return systemServices.get(); }
 
 private:
     bool load();
@@ -34,7 +35,7 @@ private:
     HMODULE module = nullptr;
     std::uint64_t fullVersion = 0;
     std::string version;
-    kestrel::ISystemServices* systemServices = nullptr;
+    ComReference<kestrel::ISystemServices> systemServices;
     void* tarnMapping = nullptr;
     kestrel::KestrelQueryFullVersion queryFullVersion = nullptr;
     kestrel::KestrelQueryVersion queryVersion = nullptr;

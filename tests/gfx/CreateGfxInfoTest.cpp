@@ -61,7 +61,7 @@ TEST_F(CreateGfxInfoTest, LibraryIsTerminatedAndUnloadedWithTheLastReference) {
     kestrel.takeRecord();
     EXPECT_TRUE(KestrelInThisProcess::isLoaded());
     other.reset();
-    EXPECT_THAT(kestrel.takeRecord(), ElementsAre("release PerformanceMonitoringServices",
+    EXPECT_THAT(kestrel.takeRecord(), ElementsAre("release PerformanceMonitoringServices", "release SystemServices",
                                                   "KestrelTerminate -> 0, 0 live", "unload, 0 live"));
 }
 
@@ -104,10 +104,11 @@ TEST_F(CreateGfxInfoTest, LibraryWithoutPerformanceMonitoringIsTerminatedAtOnceA
                             "Brisk : Kestrel initialized.", "Brisk : get Kestrel performance monitoring services.",
                             "Brisk : failed to get Kestrel performance monitoring services.",
                             "Brisk : initializing GfxInfoGen.", "Brisk : get current display info."));
-    EXPECT_THAT(kestrel.takeRecord(), ElementsAre("KestrelQueryFullVersion -> 0", "KestrelQueryVersion -> 0",
-                                                  "KestrelInitialize 0x000100000005001E -> 0",
-                                                  "SystemServices.GetPerformanceMonitoringServices -> 3",
-                                                  "KestrelTerminate -> 0, 0 live", "unload, 0 live"));
+    EXPECT_THAT(kestrel.takeRecord(),
+                ElementsAre("KestrelQueryFullVersion -> 0", "KestrelQueryVersion -> 0",
+                            "KestrelInitialize 0x000100000005001E -> 0",
+                            "SystemServices.GetPerformanceMonitoringServices -> 3", "release SystemServices",
+                            "KestrelTerminate -> 0, 0 live", "unload, 0 live"));
     EXPECT_EQ(info->getCurrentFps(), 75u);
 }
 

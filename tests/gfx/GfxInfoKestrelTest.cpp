@@ -35,6 +35,7 @@ constexpr char kCallInitialize[] = "KestrelInitialize 0x000100000005001E -> 0";
 constexpr char kCallMonitoring[] = "SystemServices.GetPerformanceMonitoringServices -> 0";
 constexpr char kCallFps[] = "PerformanceMonitoringServices.GetCurrentFps -> 0";
 constexpr char kReleaseMonitoring[] = "release PerformanceMonitoringServices";
+constexpr char kReleaseSystem[] = "release SystemServices";
 constexpr char kTerminate[] = "KestrelTerminate -> 0, 0 live";
 constexpr char kUnload[] = "unload, 0 live";
 
@@ -76,7 +77,7 @@ TEST_F(GfxInfoKestrelTest, DestructionReleasesPerformanceMonitoringThenTerminate
         log.take();
         takeRecord();
     }
-    EXPECT_THAT(takeRecord(), ElementsAre(kReleaseMonitoring, kTerminate, kUnload));
+    EXPECT_THAT(takeRecord(), ElementsAre(kReleaseMonitoring, kReleaseSystem, kTerminate, kUnload));
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
@@ -134,7 +135,7 @@ TEST_F(GfxInfoKestrelTest, WithoutPerformanceMonitoringItIsUninitializedAndTheLi
             EXPECT_EQ(info.getNativeDisplayInfo(), (DisplayInfo{2560, 1440, 0, 60}));
             takeRecord();
         }
-        EXPECT_THAT(takeRecord(), ElementsAre(kTerminate, kUnload));
+        EXPECT_THAT(takeRecord(), ElementsAre(kReleaseSystem, kTerminate, kUnload));
         log.take();
     }
 }
@@ -171,7 +172,7 @@ TEST_F(GfxInfoKestrelTest, FrameRateObjectIsReleasedAfterEveryCall) {
     info.getCurrentFps();
     EXPECT_THAT(takeRecord(),
                 ElementsAre(kCallFps, "Fps.GetFps -> 0", "release Fps", kCallFps, "Fps.GetFps -> 3", "release Fps"));
-    EXPECT_EQ(KestrelInThisProcess::liveReferences(), 1u);
+    EXPECT_EQ(KestrelInThisProcess::liveReferences(), 2u);
 }
 
 TEST_F(GfxInfoKestrelTest, FrameRateThatCannotBeMeasuredIsLoggedAndZero) {
@@ -213,7 +214,7 @@ TEST_F(GfxInfoKestrelTest, NativeModeIsTheLibrarysAndAskedAfreshOnEveryCall) {
                             "Brisk : Kestrel native display features fetched.",
                             "Brisk : failed to get Kestrel desktop services.", "Brisk : Kestrel primary display found.",
                             "Brisk : Kestrel native display features fetched."));
-    EXPECT_EQ(KestrelInThisProcess::liveReferences(), 1u);
+    EXPECT_EQ(KestrelInThisProcess::liveReferences(), 2u);
 }
 
 TEST_F(GfxInfoKestrelTest, DestructionAfterUseLeavesNoReferenceBehind) {
@@ -224,7 +225,7 @@ TEST_F(GfxInfoKestrelTest, DestructionAfterUseLeavesNoReferenceBehind) {
         info.getNativeDisplayInfo();
         takeRecord();
     }
-    EXPECT_THAT(takeRecord(), ElementsAre(kReleaseMonitoring, kTerminate, kUnload));
+    EXPECT_THAT(takeRecord(), ElementsAre(kReleaseMonitoring, kReleaseSystem, kTerminate, kUnload));
 }
 
 } // namespace

@@ -46,7 +46,7 @@ protected:
         EXPECT_EQ(helper.initialize(), 0u);
         kestrel.takeRecord();
         const DisplayInfo mode = readNativeMode(helper.getSystemServices());
-        EXPECT_EQ(KestrelInThisProcess::liveReferences(), 0u) << script;
+        EXPECT_EQ(KestrelInThisProcess::liveReferences(), 1u) << script;
         record = kestrel.takeRecord();
         EXPECT_THAT(record, Not(Contains(StartsWith("error")))) << script;
         return mode;

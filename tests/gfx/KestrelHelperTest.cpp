@@ -24,6 +24,7 @@ constexpr kestrel::Result kFailure = 3;
 constexpr char kQueryFullVersion[] = "KestrelQueryFullVersion -> 0";
 constexpr char kQueryVersion[] = "KestrelQueryVersion -> 0";
 constexpr char kInitialize[] = "KestrelInitialize 0x000100000005001E -> 0";
+constexpr char kReleaseSystem[] = "release SystemServices";
 constexpr char kTerminate[] = "KestrelTerminate -> 0, 0 live";
 constexpr char kUnload[] = "unload, 0 live";
 
@@ -96,7 +97,8 @@ TEST_F(KestrelHelperTest, LibraryBesideTheProgramIsFound) {
     EXPECT_EQ(runChild(), 1u) << "found without being there";
     installKestrel(folder.path());
     EXPECT_EQ(runChild(), 0u) << "not found";
-    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kQueryFullVersion, kQueryVersion, kInitialize, kTerminate, kUnload));
+    EXPECT_THAT(kestrel.takeRecord(),
+                ElementsAre(kQueryFullVersion, kQueryVersion, kInitialize, kReleaseSystem, kTerminate, kUnload));
 }
 
 TEST_F(KestrelHelperTest, MissingLibraryIsAFailureAndLeavesNothingToTerminate) {
@@ -137,10 +139,10 @@ TEST_F(KestrelHelperTest, TarnContextOrAdapterAloneIsNotUsed) {
     const KestrelInThisProcess here;
     EXPECT_EQ(KestrelHelper().initialize(reinterpret_cast<void*>(0xC0), nullptr, false), 0u);
     EXPECT_EQ(KestrelHelper().initialize(nullptr, reinterpret_cast<void*>(0xAD), true), 0u);
-    EXPECT_THAT(kestrel.takeRecord(),
-                ElementsAre(kQueryFullVersion, kQueryVersion, kInitialize, kTerminate, kUnload, kQueryFullVersion,
-                            kQueryVersion, "KestrelInitializeWithIncompatibleDriver 0x000100000005001E -> 0",
-                            kTerminate, kUnload));
+    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kQueryFullVersion, kQueryVersion, kInitialize, kReleaseSystem,
+                                                  kTerminate, kUnload, kQueryFullVersion, kQueryVersion,
+                                                  "KestrelInitializeWithIncompatibleDriver 0x000100000005001E -> 0",
+                                                  kReleaseSystem, kTerminate, kUnload));
 }
 
 TEST_F(KestrelHelperTest, TerminateStopsTheLibraryThenUnloadsItAndForgetsTheServices) {
@@ -155,7 +157,7 @@ TEST_F(KestrelHelperTest, TerminateStopsTheLibraryThenUnloadsItAndForgetsTheServ
     EXPECT_EQ(helper.terminate(), 0u);
     EXPECT_EQ(helper.getSystemServices(), nullptr);
     EXPECT_FALSE(KestrelInThisProcess::isLoaded());
-    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kTerminate, kUnload));
+    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kReleaseSystem, kTerminate, kUnload));
 }
 
 TEST_F(KestrelHelperTest, DestructionDoesWhatTerminateDoesAndNothingAfterIt) {
@@ -165,7 +167,7 @@ TEST_F(KestrelHelperTest, DestructionDoesWhatTerminateDoesAndNothingAfterIt) {
         helper.initialize();
         kestrel.takeRecord();
     }
-    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kTerminate, kUnload));
+    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kReleaseSystem, kTerminate, kUnload));
     {
         KestrelHelper helper;
         helper.initialize();
@@ -184,8 +186,8 @@ TEST_F(KestrelHelperTest, TerminateAnswersTheLibrarysResultOnceAndZeroWithoutALi
     helper.initialize();
     EXPECT_EQ(helper.terminate(), 7u);
     EXPECT_EQ(helper.terminate(), 0u);
-    EXPECT_THAT(kestrel.takeRecord(),
-                ElementsAre(kQueryFullVersion, kQueryVersion, kInitialize, "KestrelTerminate -> 7, 0 live", kUnload));
+    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kQueryFullVersion, kQueryVersion, kInitialize, kReleaseSystem,
+                                                  "KestrelTerminate -> 7, 0 live", kUnload));
 }
 
 TEST_F(KestrelHelperTest, TerminatedLibraryCanBeStartedAgain) {
@@ -195,8 +197,8 @@ TEST_F(KestrelHelperTest, TerminatedLibraryCanBeStartedAgain) {
     helper.terminate();
     EXPECT_EQ(helper.initialize(), 0u);
     EXPECT_NE(helper.getSystemServices(), nullptr);
-    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kQueryFullVersion, kQueryVersion, kInitialize, kTerminate, kUnload,
-                                                  kQueryFullVersion, kQueryVersion, kInitialize));
+    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kQueryFullVersion, kQueryVersion, kInitialize, kReleaseSystem,
+                                                  kTerminate, kUnload, kQueryFullVersion, kQueryVersion, kInitialize));
 }
 
 TEST_F(KestrelHelperTest, SecondStartDoesNotLoadTheLibraryAgain) {

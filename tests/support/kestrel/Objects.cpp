@@ -102,8 +102,10 @@ public:
     }
 };
 
-class SystemServices final : public ISystemServices {
+class SystemServices final : public Counted<ISystemServices> {
 public:
+    SystemServices() : Counted("SystemServices") {}
+
     Result GetDesktopServices(IDesktopServices** services) override {
         return give<DesktopServices>("SystemServices.GetDesktopServices", services);
     }
@@ -116,8 +118,7 @@ public:
 } // namespace
 
 ISystemServices* systemServices() {
-    static SystemServices services;
-    return &services;
+    return Library::instance().keep(std::make_unique<SystemServices>());
 }
 
 } // namespace brisk::kestrelstandin

@@ -60,7 +60,7 @@ kestrel::Result give(const std::string& call, Interface** output, const Argument
     return tell(call, output, [&] { return Library::instance().keep(std::make_unique<Object>(arguments...)); });
 }
 
-// The start calls give this one; it is not counted.
+// What the start calls give.
 kestrel::ISystemServices* systemServices();
 
 } // namespace brisk::kestrelstandin

@@ -1,0 +1,280 @@
+#include "titles/ConfigLocation.h"
+
+#include "FaultPoints.h"
+#include "support/Sandbox.h"
+
+#include <gmock/gmock.h>
+
+namespace brisk {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string withUserFolders(std::string location, const UserFolders& folders) {
+    expandUserFolders(location, folders);
+    return location;
+}
+
+std::string withAppDirectory(std::string location, const std::string& appDirectory) {
+    expandAppDirectory(location, appDirectory);
+    return location;
+}
+
+TEST(UserFolderPlaceholders, FirstOccurrenceOfEachIsReplacedAndASecondOneStays) {
+    const UserFolders folders{
+        {"%USERPROFILE%", "C:\\Me"}, {"%LOCALAPPDATA%", "C:\\Me\\Local"}, {"%APPDATA%", "C:\\Me\\Roaming"}};
+    EXPECT_EQ(withUserFolders("%APPDATA%\\Game\\a.ini", folders), "C:\\Me\\Roaming\\Game\\a.ini");
+    EXPECT_EQ(withUserFolders("%APPDATA%\\%APPDATA%\\a.ini", folders), "C:\\Me\\Roaming\\%APPDATA%\\a.ini");
+    EXPECT_EQ(withUserFolders("%APPDATA%;%LOCALAPPDATA%;D:\\%USERPROFILE%", folders),
+              "C:\\Me\\Roaming;C:\\Me\\Local;D:\\C:\\Me");
+    EXPECT_EQ(withUserFolders("D:\\a.ini", folders), "D:\\a.ini");
+    EXPECT_EQ(withUserFolders("", folders), "");
+}
+
+TEST(UserFolderPlaceholders, LetterCaseMatters) {
+    EXPECT_EQ(withUserFolders("%AppData%\\a.ini", {{"%APPDATA%", "C:\\X"}}), "%AppData%\\a.ini");
+}
+
+TEST(UserFolderPlaceholders, TheGameFolderIsKept) {
+    EXPECT_EQ(withUserFolders("%APPDIR%\\a.ini", {{"%APPDATA%", "C:\\X"}}), "%APPDIR%\\a.ini");
+}
+
+TEST(UserFolderPlaceholders, AFolderThatHoldsALaterPlaceholderIsExpandedFurther) {
+    EXPECT_EQ(withUserFolders("%A%", {{"%A%", "1%B%"}, {"%B%", "2%A%"}}), "12%A%");
+}
+
+TEST(UserFolderPlaceholders, AnUnknownFolderLeavesNothingInThePlaceholdersPlace) {
+    EXPECT_EQ(withUserFolders("%APPDATA%\\a.ini", {{"%APPDATA%", ""}}), "\\a.ini");
+}
+
+TEST(AppDirectoryPlaceholder, IsReplacedOnceInALocationThatBeginsWithAPercentSign) {
+    EXPECT_EQ(withAppDirectory("%APPDIR%\\cfg.ini", "D:\\Games\\X"), "D:\\Games\\X\\cfg.ini");
+    EXPECT_EQ(withAppDirectory("%APPDIR%\\%APPDIR%", "D:\\X"), "D:\\X\\%APPDIR%");
+    EXPECT_EQ(withAppDirectory("%DRIVE%\\%APPDIR%", "X"), "%DRIVE%\\X");
+}
+
+TEST(AppDirectoryPlaceholder, StaysInALocationThatBeginsOtherwise) {
+    EXPECT_EQ(withAppDirectory("C:\\%APPDIR%\\cfg.ini", "D:\\X"), "C:\\%APPDIR%\\cfg.ini");
+    EXPECT_EQ(withAppDirectory(" %APPDIR%\\cfg.ini", "D:\\X"), " %APPDIR%\\cfg.ini");
+    EXPECT_EQ(withAppDirectory("", "D:\\X"), "");
+}
+
+TEST(AppDirectoryPlaceholder, StaysWithoutADirectoryAndInAnotherLetterCase) {
+    EXPECT_EQ(withAppDirectory("%APPDIR%\\cfg.ini", ""), "%APPDIR%\\cfg.ini");
+    EXPECT_EQ(withAppDirectory("%AppDir%\\cfg.ini", "D:\\X"), "%AppDir%\\cfg.ini");
+}
+
+class LocationTest : public ::testing::Test {
+protected:
+    LocationTest() { faults::reset(); }
+    ~LocationTest() override { faults::reset(); }
+
+    // A location in the test's folder.
+    std::string in(const std::string& rest) const { return folder.narrow() + "\\" + rest; }
+
+    // What becomes of a location; "refused" when its wildcard cannot be resolved.
+    static std::string resolve(std::string location) { return resolveWildcard(location) ? location : "refused"; }
+
+    // The error that the action throws, whole, is the one of this operation.
+    template <class Action>
+    static void expectError(const char* operation, const fs::path& path, DWORD code, const Action& action) {
+        try {
+            action();
+            FAIL() << "no error";
+        } catch (const fs::filesystem_error& error) {
+            const std::error_code expected(static_cast<int>(code), std::system_category());
+            EXPECT_STREQ(error.what(), fs::filesystem_error(operation, path, expected).what());
+            EXPECT_EQ(error.code(), expected);
+            EXPECT_EQ(error.path1(), path);
+        }
+    }
+
+    struct Entry {
+        std::wstring name;
+        DWORD attributes;
+    };
+
+    // Any folder lists these entries.
+    void list(const std::vector<Entry>& entries) {
+        listing = entries;
+        const auto give = [this](WIN32_FIND_DATAW* data) {
+            *data = {};
+            data->dwFileAttributes = listing.front().attributes;
+            listing.front().name.copy(data->cFileName, MAX_PATH - 1);
+            listing.erase(listing.begin());
+        };
+        faults::findFirstFile.intercept([give](const wchar_t* pattern, WIN32_FIND_DATAW* data) {
+            const HANDLE search = faults::findFirstFile.real(pattern, data);
+            give(data);
+            return search;
+        });
+        faults::findNextFile.intercept([this, give](HANDLE, WIN32_FIND_DATAW* data) -> WINBOOL {
+            if (listing.empty()) {
+                SetLastError(ERROR_NO_MORE_FILES);
+                return FALSE;
+            }
+            give(data);
+            return TRUE;
+        });
+    }
+
+    static constexpr DWORD kFolder = FILE_ATTRIBUTE_DIRECTORY;
+    static constexpr DWORD kFolderLink = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+
+    testing::TemporaryFolder folder;
+    std::vector<Entry> listing;
+};
+
+TEST_F(LocationTest, ALocationWithoutAStarIsAcceptedUnchangedWithoutALook) {
+    EXPECT_EQ(resolve("C:\\no such folder\\a.ini"), "C:\\no such folder\\a.ini");
+    EXPECT_EQ(resolve(""), "");
+    EXPECT_EQ(faults::getFileAttributes.calls(), 0u);
+}
+
+TEST_F(LocationTest, TheFirstSubdirectoryTakesTheStarsPlace) {
+    testing::writeFile(folder / "aaa.txt", "");
+    testing::writeFile(folder / "bbb.ini", "");
+    fs::create_directory(folder / "profile 7");
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("profile 7\\cfg.ini"));
+    EXPECT_EQ(resolve(in("*")), in("profile 7"));
+    EXPECT_EQ(faults::findClose.calls(), 2u);
+}
+
+TEST_F(LocationTest, TheFirstOneIsTheFirstOneListed) {
+    list({{L".", kFolder}, {L"..", kFolder}, {L"file", FILE_ATTRIBUTE_NORMAL}, {L"123", kFolder}, {L"456", kFolder}});
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("123\\cfg.ini"));
+    list({{L".", kFolder}, {L"..", kFolder}, {L"456", kFolder}, {L"123", kFolder}});
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("456\\cfg.ini"));
+    list({{L"first of a drive's root", kFolder}});
+    EXPECT_EQ(resolve(in("*")), in("first of a drive's root"));
+}
+
+TEST_F(LocationTest, NamesThatOnlyBeginWithADotAreNamesLikeAnyOther) {
+    list({{L".", kFolder}, {L"..", kFolder}, {L".config", kFolder}});
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in(".config\\cfg.ini"));
+}
+
+TEST_F(LocationTest, HiddenSubdirectoriesCount) {
+    fs::create_directory(folder / "hidden");
+    ASSERT_TRUE(SetFileAttributesW((folder / "hidden").c_str(), FILE_ATTRIBUTE_HIDDEN));
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("hidden\\cfg.ini"));
+}
+
+TEST_F(LocationTest, ASecondStarStays) {
+    fs::create_directories(folder / "one" / "two");
+    EXPECT_EQ(resolve(in("*\\*\\cfg.ini")), in("one\\*\\cfg.ini"));
+}
+
+TEST_F(LocationTest, TheStarIsNoPattern) {
+    fs::create_directory(folder / "other");
+    EXPECT_EQ(resolve(in("*.profile\\cfg.ini")), in("other.profile\\cfg.ini"));
+    EXPECT_EQ(resolve(folder.narrow() + "*\\cfg.ini"), folder.narrow() + "other\\cfg.ini");
+    EXPECT_EQ(resolve(in("user*\\cfg.ini")), "refused");
+}
+
+TEST_F(LocationTest, ForwardSlashesAreAsGood) {
+    fs::create_directory(folder / "one");
+    EXPECT_EQ(resolve(folder.narrow() + "/*/cfg.ini"), folder.narrow() + "/one/cfg.ini");
+}
+
+TEST_F(LocationTest, ASubdirectorysNameIsGivenInTheProcessCodePage) {
+    fs::create_directories(folder / L"Pr\u00FCfung \u30D7\u30ED" / L"b");
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("Pr\u00FCfung \u30D7\u30ED\\cfg.ini"));
+    EXPECT_EQ(resolve(in("Pr\u00FCfung \u30D7\u30ED\\*\\cfg.ini")), in("Pr\u00FCfung \u30D7\u30ED\\b\\cfg.ini"));
+}
+
+TEST_F(LocationTest, AFolderWithoutSubdirectoriesLeavesTheStar) {
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("*\\cfg.ini"));
+    testing::writeFile(folder / "file", "");
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("*\\cfg.ini"));
+    // An empty drive lists not even "." and "..".
+    faults::findFirstFile.fail(INVALID_HANDLE_VALUE, ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("*\\cfg.ini"));
+}
+
+TEST_F(LocationTest, TextBeforeTheStarThatIsNoFolderIsRefused) {
+    testing::writeFile(folder / "file", "");
+    EXPECT_EQ(resolve(in("file*")), "refused");
+    EXPECT_EQ(resolve(in("missing\\*\\cfg.ini")), "refused");
+    EXPECT_EQ(resolve(in("missing\\too\\*\\cfg.ini")), "refused");
+    EXPECT_EQ(resolve("*\\cfg.ini"), "refused");
+    EXPECT_EQ(resolve("%APPDIR%\\*\\cfg.ini"), "refused");
+    EXPECT_EQ(faults::findFirstFile.calls(), 0u);
+}
+
+TEST_F(LocationTest, AFileSystemThatFailsOnTheTextBeforeTheStarIsAnErrorOfStatus) {
+    faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
+    expectError("status", folder / "", ERROR_ACCESS_DENIED, [this] { resolve(in("*\\cfg.ini")); });
+}
+
+TEST_F(LocationTest, AFolderThatCannotBeListedIsAnErrorOfTheIteratorsConstructor) {
+    faults::findFirstFile.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
+    expectError("directory_iterator::directory_iterator", folder / "", ERROR_ACCESS_DENIED,
+                [this] { resolve(in("*\\cfg.ini")); });
+}
+
+TEST_F(LocationTest, AListingThatBreaksOffIsAnErrorOfTheIteratorsIncrement) {
+    fs::create_directory(folder / "one");
+    faults::findNextFile.fail(FALSE, ERROR_NETNAME_DELETED);
+    expectError("directory_iterator::operator++", folder / "", ERROR_NETNAME_DELETED,
+                [this] { resolve(in("*\\cfg.ini")); });
+    EXPECT_EQ(faults::findClose.calls(), 1u);
+}
+
+TEST_F(LocationTest, ALinkCountsForWhatItLeadsTo) {
+    fs::create_directory(folder / "to a folder");
+    testing::writeFile(folder / "to a file", "");
+    list({{L".", kFolder},
+          {L"dangling", kFolderLink},
+          {L"to a file", FILE_ATTRIBUTE_REPARSE_POINT},
+          {L"to a folder", kFolderLink},
+          {L"one more", kFolder}});
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("to a folder\\cfg.ini"));
+    list({{L".", kFolder}, {L"dangling", kFolderLink}, {L"to a file", FILE_ATTRIBUTE_REPARSE_POINT}});
+    EXPECT_EQ(resolve(in("*\\cfg.ini")), in("*\\cfg.ini"));
+}
+
+TEST_F(LocationTest, ALinkThatCannotBeFollowedIsAnErrorOfTheEntrysStatus) {
+    fs::create_directory(folder / "link");
+    list({{L"link", kFolderLink}});
+    faults::createFile.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
+    expectError("directory_entry::status", folder / "link", ERROR_ACCESS_DENIED, [this] { resolve(in("*\\cfg.ini")); });
+    faults::reset();
+    list({{L"link", kFolderLink}});
+    faults::getFileInformation.fail(FALSE, ERROR_IO_DEVICE);
+    expectError("directory_entry::status", folder / "link", ERROR_IO_DEVICE, [this] { resolve(in("*\\cfg.ini")); });
+    EXPECT_EQ(faults::findClose.calls(), 1u);
+}
+
+TEST_F(LocationTest, FilesAndFoldersExist) {
+    testing::writeFile(folder / "file", "");
+    EXPECT_TRUE(locationExists(in("file")));
+    EXPECT_TRUE(locationExists(folder.narrow()));
+    EXPECT_TRUE(locationExists(in("")));
+}
+
+TEST_F(LocationTest, MissingEntriesAndMissingParentsAndImpossibleNamesDoNotExist) {
+    testing::writeFile(folder / "file", "");
+    EXPECT_FALSE(locationExists(in("missing")));
+    EXPECT_FALSE(locationExists(in("missing\\file")));
+    EXPECT_FALSE(locationExists(in("file\\below a file")));
+    EXPECT_FALSE(locationExists(in("*\\cfg.ini")));
+    EXPECT_FALSE(locationExists("%APPDIR%\\cfg.ini"));
+    EXPECT_FALSE(locationExists(""));
+    for (const DWORD absent : std::initializer_list<DWORD>{ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND,
+                                                           ERROR_INVALID_NAME, ERROR_BAD_NETPATH}) {
+        faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, absent);
+        EXPECT_FALSE(locationExists(folder.narrow())) << absent;
+    }
+}
+
+TEST_F(LocationTest, AnyOtherFailureIsAnErrorOfExists) {
+    for (const DWORD code :
+         std::initializer_list<DWORD>{ERROR_ACCESS_DENIED, ERROR_NOT_READY, ERROR_SHARING_VIOLATION}) {
+        faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, code);
+        expectError("exists", folder / "a.ini", code, [this] { locationExists(in("a.ini")); });
+    }
+}
+
+} // namespace
+} // namespace brisk

@@ -1,0 +1,247 @@
+// Loading titles_db.json from real folders.
+#include "titles/TitleManager.h"
+
+#include "FaultPoints.h"
+#include "support/Sandbox.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+namespace brisk {
+namespace {
+
+using nlohmann::json;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::StrEq;
+using ::testing::ThrowsMessage;
+
+class TitleLoadingTest : public ::testing::Test {
+protected:
+    ~TitleLoadingTest() override { faults::reset(); }
+
+    bool load(const std::string& text) {
+        testing::writeFile(folder / "titles_db.json", text);
+        return manager.loadTitlesDatabase(folder.narrow());
+    }
+
+    template <class Error>
+    void expectError(const std::string& text, const char* message) {
+        EXPECT_THAT([&] { load(text); }, ThrowsMessage<Error>(StrEq(message))) << text;
+    }
+
+    testing::TemporaryFolder folder;
+    testing::CapturedLog log;
+    TitleManager manager;
+};
+
+TEST_F(TitleLoadingTest, AMissingDatabaseCannotBeOpened) {
+    EXPECT_FALSE(manager.loadTitlesDatabase(folder.narrow()));
+    EXPECT_FALSE(manager.loadTitlesDatabase(folder.narrow() + "\\missing"));
+    EXPECT_FALSE(manager.loadTitlesDatabase(""));
+    EXPECT_THAT(log.take(),
+                ElementsAre("Brisk : unable to open title database.", "Brisk : unable to open title database.",
+                            "Brisk : unable to open title database."));
+}
+
+TEST_F(TitleLoadingTest, AFolderOfTheDatabasesNameCannotBeOpened) {
+    std::filesystem::create_directory(folder / "titles_db.json");
+    EXPECT_FALSE(manager.loadTitlesDatabase(folder.narrow()));
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : unable to open title database."));
+}
+
+TEST_F(TitleLoadingTest, ADatabaseThatIsHeldOpenUnsharedCannotBeOpenedAlsoWhenTitlesAreHeld) {
+    EXPECT_TRUE(load(R"([{"config_type": "txt", "binary_name": "a.exe"}])"));
+    const HANDLE owner =
+        CreateFileW((folder / "titles_db.json").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_FALSE(manager.loadTitlesDatabase(folder.narrow()));
+    CloseHandle(owner);
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : unable to open title database."));
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe"));
+}
+
+TEST_F(TitleLoadingTest, MalformedJsonIsTheLibrarysParseError) {
+    expectError<json::parse_error>(
+        "", "[json.exception.parse_error.101] parse error at line 1, column 1: syntax error while parsing value - "
+            "unexpected end of input; expected '[', '{', or a literal");
+    expectError<json::parse_error>(
+        "[{\"id\": 1},\r\n]",
+        "[json.exception.parse_error.101] parse error at line 2, column 1: syntax error while parsing value - "
+        "unexpected ']'; expected '[', '{', or a literal");
+    expectError<json::parse_error>(
+        "[] []", "[json.exception.parse_error.101] parse error at line 1, column 4: syntax error while parsing value - "
+                 "unexpected '['; expected end of input");
+    expectError<json::parse_error>(
+        "[\"C:\\Games\"]",
+        "[json.exception.parse_error.101] parse error at line 1, column 6: syntax error while parsing value - invalid "
+        "string: forbidden character after backslash; last read: '\"C:\\G'");
+    expectError<json::parse_error>(
+        "[\"\xFC\"]", "[json.exception.parse_error.101] parse error at line 1, column 3: syntax error while parsing "
+                      "value - invalid string: ill-formed UTF-8 byte; last read: '\"\xFC'");
+    expectError<json::parse_error>(
+        "// titles\n[]",
+        "[json.exception.parse_error.101] parse error at line 1, column 1: syntax error while parsing value - invalid "
+        "literal; last read: '/'");
+    expectError<json::out_of_range>("[1e400]", "[json.exception.out_of_range.406] number overflow parsing '1e400'");
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_THAT(manager.getBinaryNames(), IsEmpty());
+}
+
+TEST_F(TitleLoadingTest, AnythingButAnArrayIsRejected) {
+    for (const char* text : {"null", "{}", R"({"config_type": "txt"})", "1", "\"[]\"", "true"}) {
+        EXPECT_FALSE(load(text)) << text;
+        EXPECT_THAT(log.take(), ElementsAre("Brisk : unable to parse title database.")) << text;
+    }
+    EXPECT_TRUE(load(R"([{"config_type": "txt", "binary_name": "a.exe"}])"));
+    EXPECT_TRUE(load("null"));
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : unable to parse title database."));
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe"));
+}
+
+TEST_F(TitleLoadingTest, AnEmptyArrayLoadsNothing) {
+    EXPECT_FALSE(load("[]"));
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_THAT(manager.getBinaryNames(), IsEmpty());
+}
+
+TEST_F(TitleLoadingTest, ElementsWithoutAKnownTypeAreSkippedAndTheirIdsAreNotKnown) {
+    EXPECT_FALSE(load(R"([{"id": 1, "binary_name": "a.exe"}, {"id": 2, "config_type": 5}, null, "txt",
+                          {"id": 3, "config_type": "ini"}])"));
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : unknown adaper type '\"ini\"'."));
+    EXPECT_THAT(manager.getBinaryNames(), IsEmpty());
+    for (const std::uint32_t id : {0u, 1u, 2u, 3u}) {
+        EXPECT_FALSE(manager.isTitleIdKnown(id)) << id;
+    }
+}
+
+TEST_F(TitleLoadingTest, TitlesAreFiledByBinaryNameAndTheirIdsAreKnown) {
+    EXPECT_TRUE(load(R"([
+      {"id": 12, "config_type": "txt", "binary_name": "b.exe", "title_name": "B"},
+      {"id": 11, "config_type": "reg", "binary_name": "a.exe", "title_name": "A"},
+      {"config_type": "txt", "binary_name": "c.exe", "title_name": "C"},
+      {"id": "13", "config_type": "txt", "title_name": "without a name"}])"));
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("", "a.exe", "b.exe", "c.exe"));
+    EXPECT_EQ(manager.getTitleName("a.exe"), "A");
+    EXPECT_EQ(manager.getTitleName("b.exe"), "B");
+    EXPECT_EQ(manager.getTitleName(""), "without a name");
+    EXPECT_TRUE(manager.isTitleIdKnown(11));
+    EXPECT_TRUE(manager.isTitleIdKnown(12));
+    // A title without an id has id 0, which is not known for that.
+    EXPECT_FALSE(manager.isTitleIdKnown(0));
+    EXPECT_FALSE(manager.isTitleIdKnown(13));
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(TitleLoadingTest, ALaterTitleOfTheSameBinaryNameReplacesTheEarlierAndBothIdsAreKnown) {
+    EXPECT_TRUE(load(R"([
+      {"id": 1, "config_type": "txt", "binary_name": "a.exe", "title_name": "First", "luma_version": 1},
+      {"id": 2, "config_type": "txt", "binary_name": "a.exe", "title_name": "Second"}])"));
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe"));
+    EXPECT_EQ(manager.getTitleName("a.exe"), "Second");
+    EXPECT_FALSE(manager.isLumaSupported("a.exe"));
+    EXPECT_TRUE(manager.isTitleIdKnown(1));
+    EXPECT_TRUE(manager.isTitleIdKnown(2));
+}
+
+TEST_F(TitleLoadingTest, ASecondDatabaseAddsToTheFirst) {
+    EXPECT_TRUE(load(R"([{"id": 1, "config_type": "txt", "binary_name": "a.exe", "title_name": "Old"},
+                         {"id": 2, "config_type": "txt", "binary_name": "b.exe"}])"));
+    EXPECT_TRUE(load(R"([{"id": 3, "config_type": "txt", "binary_name": "a.exe", "title_name": "New"}])"));
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe", "b.exe"));
+    EXPECT_EQ(manager.getTitleName("a.exe"), "New");
+    EXPECT_TRUE(manager.isTitleIdKnown(1));
+    EXPECT_TRUE(manager.isTitleIdKnown(3));
+    EXPECT_TRUE(load("[]"));
+}
+
+TEST_F(TitleLoadingTest, ALocationThatIsNoTextEndsLoadingAndTitlesFiledBeforeStay) {
+    expectError<json::type_error>(
+        R"([{"id": 1, "config_type": "txt", "binary_name": "a.exe"},
+            {"id": 2, "config_type": "txt", "binary_name": "b.exe", "config_locations": [7]},
+            {"id": 3, "config_type": "txt", "binary_name": "c.exe"}])",
+        "[json.exception.type_error.302] type must be string, but is number");
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe"));
+    EXPECT_TRUE(manager.isTitleIdKnown(1));
+    EXPECT_TRUE(manager.isTitleIdKnown(2));
+    EXPECT_FALSE(manager.isTitleIdKnown(3));
+}
+
+TEST_F(TitleLoadingTest, AByteOrderMarkAndWindowsLineEndsAreAccepted) {
+    EXPECT_TRUE(load("\xEF\xBB\xBF[\r\n{\"config_type\": \"txt\",\r\n\"binary_name\": \"a.exe\"}\r\n]\r\n"));
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe"));
+}
+
+TEST_F(TitleLoadingTest, TheLastOfAMemberGivenTwiceCounts) {
+    EXPECT_TRUE(load(R"([{"config_type": "ini", "config_type": "txt", "binary_name": "a", "binary_name": "b"}])"));
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("b"));
+}
+
+TEST_F(TitleLoadingTest, AFolderOutsideTheAsciiNamesIsRead) {
+    testing::writeFile(folder / L"\u00DCber \u5B9A" / "titles_db.json",
+                       "[{\"config_type\": \"txt\", \"binary_name\": \"\u5B9A.exe\"}]");
+    EXPECT_TRUE(manager.loadTitlesDatabase(folder.narrow() + "\\\u00DCber \u5B9A"));
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("\u5B9A.exe"));
+}
+
+class UserFoldersTest : public ::testing::Test {
+protected:
+    ~UserFoldersTest() override { faults::reset(); }
+
+    // The locations, as looked for, of a title with one location for each placeholder.
+    std::vector<std::string> locations() {
+        testing::writeFile(folder / "titles_db.json", R"([{"config_type": "txt", "binary_name": "a.exe",
+          "config_locations": ["%USERPROFILE%\\?", "%LOCALAPPDATA%\\?", "%APPDATA%\\?"]}])");
+        TitleManager manager;
+        EXPECT_TRUE(manager.loadTitlesDatabase(folder.narrow()));
+        EXPECT_FALSE(manager.isTitleSupported("", "a.exe", ""));
+        std::vector<std::string> result;
+        for (const std::string& line : log.take()) {
+            const std::string start = "Brisk : checking path '";
+            if (line.starts_with(start)) {
+                result.push_back(line.substr(start.size(), line.size() - start.size() - 2));
+            }
+        }
+        return result;
+    }
+
+    testing::TemporaryFolder folder;
+    testing::CapturedLog log;
+};
+
+TEST_F(UserFoldersTest, ThePlaceholdersStandForTheUsersOwnFolders) {
+    const auto shellFolder = [](int csidl) {
+        char path[MAX_PATH] = "";
+        EXPECT_EQ(SHGetFolderPathA(nullptr, csidl, nullptr, 0, path), S_OK);
+        return std::string(path);
+    };
+    EXPECT_THAT(locations(),
+                ElementsAre(shellFolder(0x28) + "\\?", shellFolder(0x1C) + "\\?", shellFolder(0x1A) + "\\?"));
+}
+
+TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
+    std::vector<std::string> calls;
+    faults::getFolderPath.intercept([&](HWND window, int csidl, HANDLE token, DWORD flags, char* path) -> HRESULT {
+        calls.push_back(std::to_string(csidl) + (window || token || flags ? " with more" : ""));
+        strcpy(path, "C:\\Users\\J\u00F6rg \u5B9A");
+        return S_OK;
+    });
+    EXPECT_THAT(locations(), ElementsAre("C:\\Users\\J\u00F6rg \u5B9A\\?", "C:\\Users\\J\u00F6rg \u5B9A\\?",
+                                         "C:\\Users\\J\u00F6rg \u5B9A\\?"));
+    EXPECT_THAT(calls, ElementsAre("40", "28", "26"));
+}
+
+TEST_F(UserFoldersTest, AFolderThatCannotBeToldIsEmpty) {
+    faults::getFolderPath.fail(E_FAIL);
+    EXPECT_THAT(locations(), ElementsAre("\\?", "\\?", "\\?"));
+}
+
+TEST_F(UserFoldersTest, ResultCodesAreNotLookedAt) {
+    faults::getFolderPath.intercept([](HWND, int, HANDLE, DWORD, char* path) -> HRESULT {
+        strcpy(path, "D:\\Left");
+        return E_FAIL;
+    });
+    EXPECT_THAT(locations(), ElementsAre("D:\\Left\\?", "D:\\Left\\?", "D:\\Left\\?"));
+}
+
+} // namespace
+} // namespace brisk
