@@ -46,10 +46,12 @@ int run(HINSTANCE instance, const char* commandLine) {
 
 } // namespace
 
-int WINAPI WinMain(HINSTANCE instance, HINSTANCE /*previous*/, LPSTR commandLine, int /*showCommand*/) {
+int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE /*hPrevInstance*/, LPSTR lpCmdLine, int /*nShowCmd*/) {
     try {
-        return run(instance, commandLine);
+        return run(hInstance, lpCmdLine);
     } catch (const std::exception& error) {
+        // A handler may have failed while a button's action is patching.
+        titleManager().close();
         logLine("Brisk : ", error.what());
         return 1;
     }

@@ -84,7 +84,8 @@ std::string RegisterConfigAdapter::getValue(const std::string& name, const std::
         ERROR_SUCCESS) {
         return defaultText;
     }
-    return data.c_str();
+    data.resize(std::strlen(data.c_str()));
+    return data;
 }
 
 } // namespace brisk

@@ -15,12 +15,12 @@ public:
     // True when the key was found.
     bool loadConfig() override;
     bool saveConfig() override;
-    bool setValue(const std::string& key, const std::string& text) override;
-    bool setIntValue(const std::string& key, std::int32_t number) override;
+    bool setValue(const std::string& name, const std::string& text) override;
+    bool setIntValue(const std::string& name, std::int32_t number) override;
     // The value's bytes as a number, whatever its registry type; the default for data longer than four bytes.
-    std::int32_t getIntValue(const std::string& key, std::int32_t defaultNumber) override;
+    std::int32_t getIntValue(const std::string& name, std::int32_t defaultNumber) override;
     // The value's bytes up to the first zero, whatever its registry type.
-    std::string getValue(const std::string& key, const std::string& defaultText) override;
+    std::string getValue(const std::string& name, const std::string& defaultText) override;
 
     // Null until found. Kept open for the life of the adapter and never closed by it, nor when the key is found anew:
     // another thread may be writing through it.

@@ -28,7 +28,7 @@ HRESULT query(const ComReference<Object>& object, const IID& iid, ComReference<I
 }
 
 // A new shell link with its two other faces.
-struct ShellLink {
+struct LinkObject {
     ComReference<IShellLinkW> link;
     ComReference<IPersistFile> file;
     ComReference<IPropertyStore> properties;
@@ -46,7 +46,7 @@ struct ShellLink {
     }
 };
 
-HRESULT writeId(const ShellLink& link, const std::wstring& id) {
+HRESULT writeId(const LinkObject& link, const std::wstring& id) {
     PROPVARIANT value{};
     value.vt = VT_LPWSTR;
     // The store copies the text; it is not the variant's to free.
@@ -55,7 +55,7 @@ HRESULT writeId(const ShellLink& link, const std::wstring& id) {
     return SUCCEEDED(result) ? link.properties->Commit() : result;
 }
 
-HRESULT readId(const DynamicFunctions& functions, const ShellLink& link, std::wstring& id) {
+HRESULT readId(const DynamicFunctions& functions, const LinkObject& link, std::wstring& id) {
     PROPVARIANT value{};
     HRESULT result = link.properties->GetValue(kAppUserModelId, &value);
     if (FAILED(result)) {
@@ -91,7 +91,7 @@ HRESULT validateShortcut(const DynamicFunctions& functions, const std::wstring& 
     if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
         return E_FAIL;
     }
-    ShellLink link;
+    LinkObject link;
     HRESULT result = link.create();
     if (SUCCEEDED(result)) {
         result = link.file->Load(path.c_str(), STGM_READWRITE);
@@ -114,7 +114,7 @@ HRESULT writeShortcut(const std::wstring& path, const std::wstring& id) {
     if (length == 0 || length >= kPathCharacters) {
         return E_FAIL;
     }
-    ShellLink link;
+    LinkObject link;
     HRESULT result = link.create();
     if (SUCCEEDED(result)) {
         result = link.link->SetPath(executable);

@@ -81,7 +81,7 @@ std::wstring readArguments(const DynamicFunctions& functions, IInspectable* argu
     }
     UINT32 length = 0;
     const wchar_t* buffer = functions.windowsGetStringRawBuffer(text, &length);
-    const std::wstring result(buffer ? buffer : L"", buffer ? length : 0);
+    std::wstring result(buffer ? buffer : L"", buffer ? length : 0);
     functions.windowsDeleteString(text);
     return result;
 }

@@ -2,34 +2,9 @@
 
 #include "app/StandardErrors.h"
 
-#include <shared_mutex>
-
 namespace brisk {
 
-namespace {
-
-// Shared by the callbacks that run.
-std::shared_mutex& runningCallbacks() {
-    // Never destroyed: late callbacks wait at it until the process is gone.
-    static std::shared_mutex& mutex = *new std::shared_mutex;
-    return mutex;
-}
-
-// Takes the mutex for good when the process ends: static objects that callbacks use are destroyed then, and what a
-// callback has begun to write must be whole.
-struct CallbacksEnd {
-    ~CallbacksEnd() { runningCallbacks().lock(); }
-};
-
-} // namespace
-
-WinToastHandler::WinToastHandler(std::vector<ToastAction> toastActions) : actions(std::move(toastActions)) {
-    // Made with the first toast, later than all that its callbacks use: it is destroyed before them.
-    static const CallbacksEnd callbacksEnd;
-}
-
 void WinToastHandler::toastActivated(int actionIndex) {
-    const std::shared_lock running(runningCallbacks());
     {
         const std::lock_guard lock(mutex);
         actionTaken = true;

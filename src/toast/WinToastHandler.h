@@ -19,7 +19,7 @@ struct ToastAction {
 // stays in the notification centre, from where its buttons can still be pressed.
 class WinToastHandler final : public WinToastLib::IWinToastHandler {
 public:
-    explicit WinToastHandler(std::vector<ToastAction> toastActions);
+    explicit WinToastHandler(std::vector<ToastAction> toastActions) : actions(std::move(toastActions)) {}
 
     // Throws std::out_of_range "invalid vector subscript" for an index that no button has, std::bad_function_call for a
     // button without a callback, and whatever the callback throws.
