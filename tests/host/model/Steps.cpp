@@ -1,0 +1,113 @@
+#include "host/model/Steps.h"
+
+#include "host/model/Random.h"
+
+#include <iterator>
+
+namespace brisk::model {
+
+namespace {
+
+constexpr const char* kNames[] = {"Tick",      "LateTick",   "AppStarted",  "AppFinished",  "Bulk",       "Reset",
+                                  "Quit",      "TitleInfo",  "OtherMessage", "Launch",      "EndProcess", "Foreground",
+                                  "Company",   "Press",      "ToastEvent",  "Install",   "WriteFile",    "RemoveFile", "LockFile",
+                                  "SaveFolders", "WriteValue", "RemoveKey", "UserState",    "Display",    "Fps",
+                                  "BreakCall", "MendCalls",  "BreakFiles",  "BreakToasts"};
+
+static_assert(std::size(kNames) == static_cast<std::size_t>(StepKind::Count));
+
+class Generator {
+public:
+    Generator(std::uint64_t seed, std::size_t stepCount) : random(seed), count(stepCount) {}
+
+    std::vector<Step> make() {
+        while (steps.size() < count) {
+            if (random.oneIn(3)) {
+                game();
+            } else {
+                anything();
+            }
+        }
+        steps.resize(count);
+        return std::move(steps);
+    }
+
+private:
+    void add(StepKind kind, std::uint64_t a, std::uint64_t b) { steps.push_back({kind, a, b}); }
+    void add(StepKind kind) { add(kind, random.next(), random.next()); }
+    void add(StepKind kind, std::uint64_t a) { add(kind, a, random.next()); }
+
+    // Rare things are rare, so that games are often played to their end.
+    void anything() {
+        const StepKind kind = static_cast<StepKind>(random.below(static_cast<unsigned>(StepKind::Count)));
+        switch (kind) {
+        case StepKind::Quit:
+            if (random.oneIn(8)) {
+                add(kind);
+            }
+            break;
+        case StepKind::Reset:
+        case StepKind::BreakCall:
+        case StepKind::BreakFiles:
+        case StepKind::BreakToasts:
+            if (random.oneIn(3)) {
+                add(kind);
+            }
+            break;
+        default:
+            add(kind);
+            break;
+        }
+    }
+
+    void game() {
+        const std::uint64_t slot = random.below(4);
+        const std::uint64_t title = random.below(5);
+        add(StepKind::Launch, slot, title + 8 * random.below(1u << 16));
+        if (!random.oneIn(4)) {
+            add(StepKind::Install, title);
+        }
+        if (random.oneIn(4)) {
+            add(StepKind::Display);
+        }
+        if (!random.oneIn(4)) {
+            add(StepKind::MendCalls);
+        }
+        add(StepKind::Fps);
+        add(StepKind::Foreground, slot);
+        add(StepKind::AppStarted, slot);
+        for (unsigned ticks = random.below(48); ticks > 0; --ticks) {
+            add(StepKind::Tick);
+            if (random.oneIn(8)) {
+                add(StepKind::Fps);
+            }
+            if (random.oneIn(24)) {
+                anything();
+                add(StepKind::Foreground, slot);
+            }
+        }
+        if (random.oneIn(3)) {
+            add(StepKind::EndProcess, slot);
+            add(StepKind::Tick);
+        }
+        add(StepKind::AppFinished);
+        for (unsigned presses = random.below(4); presses > 0; --presses) {
+            add(StepKind::Press, 0);
+        }
+    }
+
+    Random random;
+    std::size_t count;
+    std::vector<Step> steps;
+};
+
+} // namespace
+
+std::vector<Step> makeSteps(std::uint64_t seed, std::size_t count) { return Generator(seed, count).make(); }
+
+std::string describe(const Step& step) {
+    return std::string(kNames[static_cast<std::size_t>(step.kind)]) + " " + std::to_string(step.a) + " " +
+           std::to_string(step.b);
+}
+
+} // namespace brisk::model

@@ -1,0 +1,103 @@
+#include "host/simulation/System.h"
+
+#include "host/simulation/Findings.h"
+#include "host/simulation/Handles.h"
+#include "host/simulation/SimulatedCall.h"
+
+#include <cstring>
+
+#include <shlobj.h>
+
+namespace brisk::host {
+
+System::System()
+    : folders{{CSIDL_PROFILE, "C:\\Users\\Player"},
+              {CSIDL_LOCAL_APPDATA, "C:\\Users\\Player\\AppData\\Local"},
+              {CSIDL_APPDATA, "C:\\Users\\Player\\AppData\\Roaming"}},
+      module("C:\\Program Files\\Brisk\\brisk.exe") {}
+
+System& simulatedSystem() {
+    static System theSystem;
+    return theSystem;
+}
+
+} // namespace brisk::host
+
+using namespace brisk::host;
+
+HRESULT SHGetFolderPathA(HWND window, int csidl, HANDLE token, DWORD flags, LPSTR path) {
+    return simulate<SHGetFolderPathA>(
+        [&]() -> HRESULT {
+            const auto folder = simulatedSystem().folders.find(csidl);
+            if (folder == simulatedSystem().folders.end()) {
+                return E_FAIL;
+            }
+            std::strcpy(path, folder->second.c_str());
+            return S_OK;
+        },
+        window, csidl, token, flags, path);
+}
+
+DWORD GetModuleFileNameA(HMODULE module, LPSTR path, DWORD characters) {
+    return simulate<GetModuleFileNameA>(
+        [&] {
+            const std::string cut = simulatedSystem().module.substr(0, characters - 1);
+            std::strcpy(path, cut.c_str());
+            return static_cast<DWORD>(cut.size());
+        },
+        module, path, characters);
+}
+
+// The vendor's library is not on this machine; a test that wants it puts itself in the place of these three.
+HMODULE LoadLibraryExA(LPCSTR name, HANDLE reserved, DWORD flags) {
+    return simulate<LoadLibraryExA>(
+        []() -> HMODULE {
+            SetLastError(ERROR_MOD_NOT_FOUND);
+            return nullptr;
+        },
+        name, reserved, flags);
+}
+
+FARPROC GetProcAddress(HMODULE module, LPCSTR name) {
+    return simulate<GetProcAddress>(
+        []() -> FARPROC {
+            SetLastError(ERROR_PROC_NOT_FOUND);
+            return nullptr;
+        },
+        module, name);
+}
+
+BOOL FreeLibrary(HMODULE module) {
+    return simulate<FreeLibrary>(
+        []() -> BOOL {
+            addFinding("FreeLibrary: nothing is loaded");
+            return FALSE;
+        },
+        module);
+}
+
+HANDLE CreateEventA(SECURITY_ATTRIBUTES* security, BOOL manualReset, BOOL signalled, LPCSTR name) {
+    return simulate<CreateEventA>(
+        [&] {
+            simulatedSystem().events[name] = signalled;
+            return handles().open(HandleKind::Event, std::string(name));
+        },
+        security, manualReset, signalled, name);
+}
+
+BOOL SetEvent(HANDLE event) {
+    return simulate<SetEvent>(
+        [&]() -> BOOL {
+            const auto* name = handles().find<std::string>(HandleKind::Event, event, "SetEvent");
+            if (!name) {
+                return FALSE;
+            }
+            simulatedSystem().events[*name] = true;
+            return TRUE;
+        },
+        event);
+}
+
+void OutputDebugStringA(LPCSTR text) {
+    simulate<OutputDebugStringA>([&] { simulatedSystem().debuggerOutput.emplace_back(text); }, text);
+}

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <cstdint>
+
+struct EventRegistrationToken {
+    std::int64_t value;
+};

@@ -1,0 +1,4 @@
+#pragma once
+
+using HSTRING = struct HSTRING__*;
+struct HSTRING_HEADER;

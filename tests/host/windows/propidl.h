@@ -1,0 +1,6 @@
+#pragma once
+
+#include "inspectable.h"
+
+struct PROPVARIANT;
+using REFPROPVARIANT = const PROPVARIANT&;

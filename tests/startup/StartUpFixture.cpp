@@ -1,0 +1,154 @@
+#include "StartUpFixture.h"
+
+#include "app/BriskHost.h"
+#include "app/RunTimeParameters.h"
+#include "tracking/Services.h"
+#include "tracking/Tracking.h"
+
+#include <memory>
+
+#include <nlohmann/json.hpp>
+
+namespace brisk::testing {
+
+namespace {
+
+struct Mode {
+    DWORD width;
+    DWORD height;
+};
+constexpr Mode kModes[] = {{1280, 720}, {1920, 1080}};
+constexpr char kDisplay[] = "\\\\.\\DISPLAY1";
+
+void scriptDisplay() {
+    faults::enumDisplayDevices.intercept([](const char*, DWORD index, DISPLAY_DEVICEA* device, DWORD) -> BOOL {
+        device->StateFlags = DISPLAY_DEVICE_PRIMARY_DEVICE;
+        std::copy(std::begin(kDisplay), std::end(kDisplay), device->DeviceName);
+        return index == 0;
+    });
+    faults::enumDisplaySettings.intercept([](const char*, DWORD number, DEVMODEA* mode) -> BOOL {
+        if (number != ENUM_CURRENT_SETTINGS && number >= std::size(kModes)) {
+            return FALSE;
+        }
+        const Mode& found = kModes[number == ENUM_CURRENT_SETTINGS ? 1 : number];
+        mode->dmPelsWidth = found.width;
+        mode->dmPelsHeight = found.height;
+        mode->dmBitsPerPel = 32;
+        mode->dmDisplayFrequency = 60;
+        return TRUE;
+    });
+}
+
+void renewProcessState() {
+    TitleManager& manager = titleManager();
+    std::destroy_at(&manager);
+    std::construct_at(&manager);
+    gfxInfo.reset();
+    NumberOfIntervalsForWarming = 120;
+    fpsOverride.reset();
+    logToFile.reset();
+    processLog.setFilePath({});
+    processLog.text(std::dec, std::noshowbase);
+    trackingState = TrackingState::Idle;
+    resetTrackingContext();
+}
+
+} // namespace
+
+Lines operator+(Lines lines, const Lines& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+    return lines;
+}
+
+StartUpFixture::StartUpFixture() {
+    renewProcessState();
+    scriptDisplay();
+    faults::outputDebugString.intercept([this](const char* text) {
+        const std::lock_guard lock(mutex);
+        for (const std::string& line : splitLines(text)) {
+            recorded.push_back(line);
+        }
+    });
+    faults::getModuleFileName.intercept([this](HMODULE module, char* buffer, DWORD size) {
+        if (!isStarting) {
+            return faults::getModuleFileName.real(module, buffer, size);
+        }
+        const std::string path = folder.narrow() + "\\brisk.exe";
+        return static_cast<DWORD>(path.copy(buffer, path.size()));
+    });
+    faults::createWindow.intercept([this](auto... arguments) {
+        serviceWindow = faults::createWindow.real(arguments...);
+        if (whenCreated) {
+            whenCreated(serviceWindow);
+        }
+        PostMessageA(serviceWindow, BRISK_QUIT, 0, 0);
+        return serviceWindow;
+    });
+    faults::getForegroundWindow.fail(nullptr);
+    faults::regCreateKey.reset(); // the hive's call does not count
+}
+
+StartUpFixture::~StartUpFixture() {
+    faults::reset();
+    if (serviceWindow) {
+        DestroyWindow(serviceWindow);
+    }
+    UnregisterClassA("BriskClass", GetModuleHandleA(nullptr));
+    for (MSG message; PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);) {
+    }
+    renewProcessState();
+}
+
+void StartUpFixture::writeGame(const std::string& key) const {
+    writeFile(settings(), "Width=1920\r\n");
+    writeDatabase(R"json([{"config_type": "txt", "id": 1001, "title_name": "The Game", "binary_name": "game.exe",
+                           "config_locations": [)json" +
+                  nlohmann::json(toNarrow(settings())).dump() + R"json(],
+                           "config_fields": [{"key": ")json" +
+                  key + R"json(", "meta": "width", "value": 0}]}])json");
+}
+
+int StartUpFixture::start(const std::string& commandLine) {
+    isStarting = true;
+    std::string arguments = commandLine;
+    return WinMain(GetModuleHandleA(nullptr), nullptr, arguments.data(), SW_SHOWNORMAL);
+}
+
+Lines StartUpFixture::record() const {
+    const std::lock_guard lock(mutex);
+    return recorded;
+}
+
+Lines StartUpFixture::recordAfterParameters() const {
+    const Lines all = record();
+    const Lines first = parameterLines();
+    EXPECT_GE(all.size(), first.size());
+    return {all.begin() + static_cast<std::ptrdiff_t>(std::min(all.size(), first.size())), all.end()};
+}
+
+void StartUpFixture::note(const std::string& line) {
+    const std::lock_guard lock(mutex);
+    recorded.push_back(line);
+}
+
+Lines StartUpFixture::startLines() {
+    return {"Brisk 1.09 : started",
+            "Brisk : titles DB processed.",
+            "Brisk : access to the Windows Registry granted.",
+            "Brisk : initializing GfxInfoKestrel.",
+            "Brisk : initializing Kestrel.",
+            "Brisk : failed to initialize Kestrel.",
+            "Brisk : initializing GfxInfoGen.",
+            "Brisk : get current display info."};
+}
+
+Lines StartUpFixture::parameterLines() {
+    return {"Brisk : looking for command line parameter -nw (NumberOfIntervalsForWarming)",
+            "Brisk : looking for command line parameter -nt (NumberOfIntervalsForTracking)",
+            "Brisk : looking for command line parameter -nn (NumberOfIntervalsForNotTracking)",
+            "Brisk : looking for command line parameter -nv (NumberOfTrackingIntervalsToBeValid)",
+            "Brisk : looking for command line parameter -fps (fpsOverride)",
+            "Brisk : looking for command line parameter -log (logToFile)"};
+}
+
+} // namespace brisk::testing

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "FaultPoints.h"
+#include "support/Sandbox.h"
+#include "tracking/Toasts.h"
+
+#include <functional>
+#include <mutex>
+
+#include <gmock/gmock.h>
+
+namespace brisk::testing {
+
+using Lines = std::vector<std::string>;
+
+Lines operator+(Lines lines, const Lines& more);
+
+// A process that is just starting: WinMain can be called as often as a test likes. The executable's directory is the
+// folder, there is one display of 1920x1080 (and 1280x720) at 60 Hz and a user without any state.
+class StartUpFixture : public ::testing::Test {
+protected:
+    StartUpFixture();
+    ~StartUpFixture() override;
+
+    // The title database beside the executable.
+    void writeDatabase(const std::string& json) const { writeFile(folder / "titles_db.json", json); }
+    // One text title, The Game, 1001, whose width is in settings().
+    void writeGame(const std::string& key = "(Width=)(\\\\d+)()") const;
+    std::filesystem::path settings() const { return folder / "game.ini"; }
+
+    // Runs WinMain; its exit code. Once the window exists, whenCreated is called on its thread and then the quit
+    // message is posted.
+    int start(const std::string& commandLine = {});
+
+    // What reached the debugger output, a line each, and the notes of the tests' own hooks in between.
+    Lines record() const;
+    // The same without the lines that a start without parameters begins with.
+    Lines recordAfterParameters() const;
+    void note(const std::string& line);
+
+    // The lines of a start that goes well: from the started line to the message loop.
+    static Lines startLines();
+    // The first lines of every start.
+    static Lines parameterLines();
+
+    TemporaryFolder folder;
+    Toasts toasts;
+    SandboxHive hive;
+    std::function<void(HWND)> whenCreated;
+
+private:
+    mutable std::mutex mutex;
+    Lines recorded;
+    HWND serviceWindow = nullptr;
+    bool isStarting = false;
+};
+
+} // namespace brisk::testing

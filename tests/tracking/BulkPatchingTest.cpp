@@ -1,0 +1,294 @@
+// Adjusting every installed title in one pass.
+#include "tracking/BulkPatching.h"
+
+#include "ServicesFixture.h"
+
+#include "app/WindowsHandles.h"
+#include "state/UserState.h"
+
+namespace brisk {
+namespace {
+
+using testing::Lines;
+using testing::operator+;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+using testing::plainToast;
+using testing::toastDocument;
+
+constexpr char kTitle[] = "Orlan Software: Meridian Edition Game Adjustments";
+constexpr char kSomeFailed[] =
+    "Orlan Software: Meridian Edition has encountered some errors while adjusting game settings. This may be resolved "
+    "by starting and stopping the game, or by changing graphics settings. ";
+constexpr char kReportSubtitle[] =
+    "Orlan Software: Meridian Edition made adjustments to improve your gaming experience for:";
+
+std::string pair(const std::string& title, const std::string& detail) {
+    return R"(<text  hint-style="base">)" + title + R"(</text>\n<text  hint-style="captionSubtle">)" + detail +
+           R"(</text>\n)";
+}
+
+std::string reportToast(const std::string& pairs) {
+    return toastDocument(kTitle, kReportSubtitle, "<group><subgroup>" + pairs + "</subgroup></group>", {});
+}
+
+class BulkPatchingTest : public testing::ServicesFixture {
+protected:
+    // Alder to be adjusted, Birch with LUMA to be adjusted, Cedar as it should be, Dogwood not installed, Elm under its
+    // game's directory.
+    void loadFive() {
+        nlohmann::json birch = textTitle("Birch", "b.exe", "b.ini");
+        birch["luma_version"] = 1;
+        birch["config_fields"][0]["text"] = "LUMA Sharp";
+        nlohmann::json elm = textTitle("Elm", "e.exe", "e.ini");
+        elm["config_locations"] = nlohmann::json::array({"%APPDIR%\\e.ini"});
+        loadTitles({elm, textTitle("Dogwood", "d.exe", "d.ini"), textTitle("Cedar", "c.exe", "c.ini"), birch,
+                    textTitle("Alder", "a.exe", "a.ini")});
+        writeWidth("a", "1920");
+        writeWidth("b", "1920");
+        writeWidth("c", "1280");
+        writeWidth("e", "1920");
+    }
+
+    void writeWidth(const std::string& name, const std::string& width) const {
+        testing::writeFile(folder / (name + ".ini"), "Width=" + width + "\r\n");
+    }
+
+    std::string read(const std::string& name) const { return testing::readFile(folder / (name + ".ini")); }
+
+    Lines findingLines(const std::string& name) const {
+        return {"Brisk : publisher: '', binary name: '" + name + ".exe'.",
+                "Brisk : checking path '" + toNarrow(folder / (name + ".ini")) + "'."};
+    }
+
+    Lines foundLines(const std::string& name) const { return findingLines(name) + Lines{"Brisk : config found."}; }
+
+    Lines patchedLines(const std::string& name, const std::string& title) const {
+        return foundLines(name) + Lines{"Brisk : game setting '1920' is not optimal '1280'.",
+                                        "Brisk : '" + title + "' optimized.",
+                                        "Brisk : patch marker set for " + name + ".exe"};
+    }
+
+    Lines doneLines(const std::string& name) const {
+        return foundLines(name) + Lines{"Brisk : " + name + ".exe doesn't need optimization. Skip."};
+    }
+
+    Lines missingLines(const std::string& name) const {
+        return findingLines(name) +
+               Lines{"Brisk : config not found.", "Brisk : config for " + name + ".exe was not found. Skip."};
+    }
+
+    static Lines beginLines() {
+        return {"Brisk : onMassivePatching", "Brisk : doMassivePatching", "Brisk : native resolution: 1920x1080",
+                "Brisk : aspect ratio: 0.5625"};
+    }
+
+    // Lets the file be read but not written while it lives.
+    static UniqueHandle protect(const std::filesystem::path& file) {
+        return UniqueHandle(
+            CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    }
+};
+
+TEST_F(BulkPatchingTest, PassVisitsEveryTitleInTheOrderOfExecutableNamesAndPatchesThoseThatNeedIt) {
+    loadFive();
+    onMassivePatching();
+    EXPECT_THAT(log.take(),
+                ElementsAreArray(beginLines() + patchedLines("a", "Alder") + patchedLines("b", "Birch") +
+                                 doneLines("c") + missingLines("d") +
+                                 Lines{"Brisk : publisher: '', binary name: 'e.exe'.",
+                                       "Brisk : checking path '%APPDIR%\\e.ini'.", "Brisk : config not found.",
+                                       "Brisk : config for e.exe was not found. Skip."}));
+    EXPECT_EQ(read("a"), "Width=1280\r\n");
+    EXPECT_EQ(read("b"), "Width=1280\r\n");
+    EXPECT_EQ(read("c"), "Width=1280\r\n");
+    EXPECT_EQ(read("e"), "Width=1920\r\n");
+    EXPECT_EQ(stateValue("PatchedApps", "a.exe"), 1);
+    EXPECT_EQ(stateValue("PatchedApps", "b.exe"), 1);
+    EXPECT_EQ(stateValue("PatchedApps", "c.exe"), -1);
+    EXPECT_THAT(
+        toasts.shown(),
+        ElementsAre(toastDocument(
+            kTitle,
+            "Orlan Software: Meridian Edition made adjustments to improve your gaming experience for some "
+            "games.",
+            R"(<text>Use "Read More" to find details on the adjustments made.</text>)", {"Read More", "Dismiss"})));
+}
+
+TEST_F(BulkPatchingTest, ReportTellsOfEveryTitleThatWasFound) {
+    loadFive();
+    std::string report;
+    EXPECT_EQ(doMassivePatching(report), BulkOutcome::Patched);
+    EXPECT_EQ(report, "Alder\nEnabled TANO using 1280x720.\n"
+                      "Birch\nEnabled LUMA using LUMA Sharp.\n"
+                      "Cedar\nNo additional adjustments required.\n");
+}
+
+TEST_F(BulkPatchingTest, OutcomesAreTheNumbersFromZeroToThree) {
+    loadFive();
+    std::string report;
+    EXPECT_EQ(static_cast<int>(doMassivePatching(report)), 0);
+    EXPECT_EQ(static_cast<int>(doMassivePatching(report)), 1);
+    gfx->optimal = {};
+    EXPECT_EQ(static_cast<int>(doMassivePatching(report)), 2);
+    gfx->optimal = {1280, 720, 0, 0};
+    writeWidth("a", "1920");
+    const UniqueHandle editor = protect(folder / "a.ini");
+    EXPECT_EQ(static_cast<int>(doMassivePatching(report)), 3);
+}
+
+TEST_F(BulkPatchingTest, ReadMoreShowsTheReportInPlaceOfTheOutcome) {
+    loadFive();
+    onMassivePatching();
+    log.take();
+    toasts.control.press(1, 0);
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Read more"));
+    EXPECT_EQ(toasts.shown().at(1), reportToast(pair("Alder", "Enabled TANO using 1280x720.") +
+                                                pair("Birch", "Enabled LUMA using LUMA Sharp.") +
+                                                pair("Cedar", "No additional adjustments required.")));
+    EXPECT_THAT(toasts.control.list(), ElementsAre(std::string("2 screen ") + kTitle));
+}
+
+TEST_F(BulkPatchingTest, DismissOnlyClosesTheToast) {
+    loadFive();
+    onMassivePatching();
+    log.take();
+    EXPECT_EQ(toasts.control.press(1, 1).result, S_OK);
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Activated 1 1"));
+}
+
+TEST_F(BulkPatchingTest, EverythingSetUpAlreadyGivesOutcomeOneAlthoughTheReportHasAPairPerTitle) {
+    loadFive();
+    writeWidth("a", "1280");
+    writeWidth("b", "1280");
+    std::string report;
+    EXPECT_EQ(doMassivePatching(report), BulkOutcome::NothingToDo);
+    EXPECT_EQ(report, "Alder\nNo additional adjustments required.\nBirch\nNo additional adjustments required.\n"
+                      "Cedar\nNo additional adjustments required.\n");
+    onMassivePatching();
+    EXPECT_THAT(toasts.shown(),
+                ElementsAre(plainToast(kTitle, "Orlan Software: Meridian Edition has detected that optimal settings "
+                                               "have already been applied for supported games.")));
+}
+
+TEST_F(BulkPatchingTest, EmptyTitleListGivesOutcomeOneAndAnEmptyReport) {
+    onMassivePatching();
+    EXPECT_THAT(log.take(), ElementsAreArray(beginLines()));
+    EXPECT_THAT(toasts.shown(),
+                ElementsAre(plainToast(kTitle, "Orlan Software: Meridian Edition has detected that optimal settings "
+                                               "have already been applied for supported games.")));
+    std::string report;
+    EXPECT_EQ(doMassivePatching(report), BulkOutcome::NothingToDo);
+    EXPECT_EQ(report, "");
+}
+
+TEST_F(BulkPatchingTest, MissingOptimalResolutionStopsBeforeAnyTitleIsTouched) {
+    loadFive();
+    gfx->optimal = {0, 720, 0, 0};
+    onMassivePatching();
+    EXPECT_THAT(log.take(),
+                ElementsAreArray(beginLines() + Lines{"Brisk : couldn't get optimal display resolution. Skip."}));
+    EXPECT_EQ(read("b"), "Width=1920\r\n"); // not even one with LUMA
+    EXPECT_THAT(toasts.shown(), ElementsAre(plainToast(kTitle, "Game adjustments have not been applied due to an "
+                                                               "unexpected issue while obtaining the optimal "
+                                                               "configuration.")));
+}
+
+TEST_F(BulkPatchingTest, OneFailedTitleGivesTheErrorToastWhoseReportStillListsTheOthers) {
+    loadFive();
+    const UniqueHandle editor = protect(folder / "a.ini");
+    onMassivePatching();
+    EXPECT_THAT(log.take(),
+                ElementsAreArray(
+                    beginLines() + foundLines("a") +
+                    Lines{"Brisk : game setting '1920' is not optimal '1280'.", "Brisk : failed to patch a.exe"} +
+                    patchedLines("b", "Birch") + doneLines("c") + missingLines("d") +
+                    Lines{"Brisk : publisher: '', binary name: 'e.exe'.", "Brisk : checking path '%APPDIR%\\e.ini'.",
+                          "Brisk : config not found.", "Brisk : config for e.exe was not found. Skip."}));
+    EXPECT_EQ(stateValue("PatchedApps", "a.exe"), -1);
+    EXPECT_EQ(read("b"), "Width=1280\r\n");
+    toasts.control.press(1, 0);
+    EXPECT_THAT(toasts.shown(),
+                ElementsAre(toastDocument(kTitle, kSomeFailed, "<text></text>", {"Read More", "Dismiss"}),
+                            reportToast(pair("Alder", "An unexpected issue was encountered.") +
+                                        pair("Birch", "Enabled LUMA using LUMA Sharp.") +
+                                        pair("Cedar", "No additional adjustments required."))));
+}
+
+TEST_F(BulkPatchingTest, OnlyTheNativeModeIsAskedForAndNotCompared) {
+    loadFive();
+    gfx->current = {640, 480, 32, 60};
+    onMassivePatching();
+    EXPECT_THAT(gfx->questions, ElementsAre("native", "optimal"));
+    EXPECT_EQ(gfx->reference, (DisplayInfo{1920, 1080, 32, 60}));
+    EXPECT_EQ(read("a"), "Width=1280\r\n");
+}
+
+TEST_F(BulkPatchingTest, AnswersToOffersAreNeitherAskedNorChanged) {
+    loadFive();
+    disallowToasts();
+    for (int refusal = 0; refusal < 3; ++refusal) {
+        incNumberOfToastsShown("a.exe");
+    }
+    onMassivePatching();
+    EXPECT_EQ(read("a"), "Width=1280\r\n");
+    EXPECT_EQ(toasts.shown().size(), 1u);
+    EXPECT_EQ(stateValue("", "ToastsNotAllowed"), 1);
+    EXPECT_EQ(stateValue("ToastsShown", "a.exe"), 3);
+}
+
+TEST_F(BulkPatchingTest, TrackingGoesOn) {
+    trackingState = TrackingState::Tracking;
+    trackingContext = {1, 2, testing::Desktop::kGameHandle, 3, 4, 5, 6, "Studio", "game.exe"};
+    loadFive();
+    onMassivePatching();
+    EXPECT_EQ(trackingState, TrackingState::Tracking);
+    EXPECT_EQ(trackingContext.intervalCounter, 5u);
+    EXPECT_EQ(trackingContext.executableName, "game.exe");
+    EXPECT_THAT(desktop.takeCalls(), IsEmpty());
+}
+
+TEST_F(BulkPatchingTest, OutcomeReplacesWhatIsStillShown) {
+    showToast("Old", "", "", {});
+    onMassivePatching();
+    EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Hide 1", "Show 2"));
+}
+
+TEST_F(BulkPatchingTest, BrokenPatternEndsThePassWithAnException) {
+    nlohmann::json broken = textTitle("Birch", "b.exe", "b.ini");
+    broken["config_fields"][0]["key"] = "(";
+    loadTitles({textTitle("Alder", "a.exe", "a.ini"), broken});
+    writeWidth("a", "1920");
+    writeWidth("b", "1920");
+    EXPECT_THROW(onMassivePatching(), std::runtime_error);
+    EXPECT_EQ(read("a"), "Width=1280\r\n");
+    EXPECT_THAT(toasts.events(), IsEmpty());
+}
+
+TEST_F(BulkPatchingTest, ReportOfManyTitlesIsOneToast) {
+    readMore("A\n1\nB\n2\nC\n3\nD\n4\n");
+    EXPECT_THAT(toasts.shown(), ElementsAre(reportToast(pair("A", "1") + pair("B", "2") + pair("C", "3") +
+                                                        "</subgroup></group><group><subgroup>" + pair("D", "4"))));
+}
+
+TEST_F(BulkPatchingTest, ReportOfOneLineIsAPlainBody) {
+    readMore("Alder");
+    readMore("");
+    EXPECT_THAT(toasts.shown(), ElementsAre(toastDocument(kTitle, kReportSubtitle, "<text>Alder</text>", {}),
+                                            plainToast(kTitle, kReportSubtitle)));
+}
+
+TEST_F(BulkPatchingTest, ReportWithAnUnevenNumberOfLinesCannotBeShown) {
+    showToast("Old", "", "", {});
+    // As of a title whose name has a line end.
+    readMore("Alder\nGold\nEnabled TANO using 1280x720.\n");
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Read more",
+                                        "Passed wrong number of lines to toast. Must be divisible by two",
+                                        "Brisk : ToastManager: Can't show notification"));
+    EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Hide 1"));
+}
+
+} // namespace
+} // namespace brisk

@@ -1,0 +1,77 @@
+#include "ServicesFixture.h"
+
+#include "app/RunTimeParameters.h"
+
+#include <memory>
+
+namespace brisk::testing {
+
+namespace {
+
+// A title manager keeps what it has loaded; this gives the process a new one.
+void renewTitleManager() {
+    TitleManager& manager = titleManager();
+    std::destroy_at(&manager);
+    std::construct_at(&manager);
+}
+
+} // namespace
+
+Lines operator+(Lines lines, const Lines& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+    return lines;
+}
+
+ServicesFixture::ServicesFixture() {
+    renewTitleManager();
+    NumberOfIntervalsForWarming = 120;
+    NumberOfIntervalsForTracking = 30;
+    NumberOfIntervalsForNotTracking = 120;
+    NumberOfTrackingIntervalsToBeValid = 120;
+    fpsOverride.reset();
+    gfxInfo = gfx;
+    trackingState = TrackingState::Idle;
+    resetTrackingContext();
+    desktop.executable = toNarrow(folder / "game.exe");
+    desktop.publisher = "Studio";
+}
+
+ServicesFixture::~ServicesFixture() {
+    gfxInfo.reset();
+    faults::reset();
+}
+
+void ServicesFixture::loadTitles(const std::vector<nlohmann::json>& titles) {
+    renewTitleManager();
+    writeFile(folder / "titles_db.json", nlohmann::json(titles).dump());
+    titleManager().loadTitlesDatabase(folder.narrow());
+}
+
+nlohmann::json ServicesFixture::textTitle(const std::string& name, const std::string& binaryName,
+                                          const std::string& file) const {
+    return {{"config_type", "txt"},
+            {"title_name", name},
+            {"publisher", "Studio"},
+            {"binary_name", binaryName},
+            {"config_locations", nlohmann::json::array({toNarrow(folder / file)})},
+            {"config_fields", {{{"key", R"((Width=)(\d+)())"}, {"meta", "width"}, {"value", 0}}}}};
+}
+
+void ServicesFixture::loadGame() {
+    nlohmann::json title = textTitle("The Game", "game.exe", "game.ini");
+    title["id"] = 1001;
+    loadTitles({title});
+    writeFile(settings(), "Width=1920\r\n");
+}
+
+std::int64_t ServicesFixture::stateValue(const std::string& subkey, const std::string& name) {
+    const std::string path = "SOFTWARE\\Orlan\\briskGCT" + (subkey.empty() ? "" : "\\" + subkey);
+    DWORD number = 0;
+    DWORD size = sizeof number;
+    return RegGetValueA(HKEY_CURRENT_USER, path.c_str(), name.c_str(), RRF_RT_REG_DWORD, nullptr, &number, &size) ==
+                   ERROR_SUCCESS
+               ? std::int64_t{number}
+               : -1;
+}
+
+} // namespace brisk::testing

@@ -1,0 +1,69 @@
+#include "Toasts.h"
+
+#include "toast/ToastManager.h"
+
+namespace brisk::testing {
+
+namespace {
+
+bool isWine() {
+    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+}
+
+} // namespace
+
+Toasts::Toasts() {
+    if (!isWine()) {
+        throw std::runtime_error("these tests run under Wine, in a prefix of their own");
+    }
+    static const bool registered = (standin::registerStandin(), true);
+    static_cast<void>(registered);
+    control.reset();
+    SetEnvironmentVariableW(standin::kRecordVariable, record.c_str());
+}
+
+Toasts::~Toasts() {
+    ToastManager::instance()->cleanup();
+    control.reset();
+    SetEnvironmentVariableW(standin::kRecordVariable, nullptr);
+}
+
+std::vector<std::string> Toasts::shown() const {
+    std::vector<std::string> documents;
+    std::string last;
+    for (const std::string& line : standin::readRecord(record)) {
+        if (line.starts_with("LoadXml ")) {
+            last = line.substr(8);
+        } else if (line.starts_with("Show ")) {
+            documents.push_back(last);
+        }
+    }
+    return documents;
+}
+
+std::vector<std::string> Toasts::events() const {
+    std::vector<std::string> lines = standin::readRecord(record);
+    std::erase_if(lines, [](const std::string& line) {
+        return !line.starts_with("Show ") && !line.starts_with("Hide ") && !line.starts_with("Activated ") &&
+               !line.starts_with("Dismissed ") && !line.starts_with("Failed ");
+    });
+    return lines;
+}
+
+std::string toastDocument(const std::string& title, const std::string& subtitle, const std::string& body,
+                          const std::vector<std::string>& buttons) {
+    std::string xml = R"(\n<toast template="ToastGeneric" duration="long" scenario="Default">)"
+                      R"(<visual><binding template="ToastGeneric">)"
+                      R"(<image placement="appLogoOverride" hint-crop="circle" src=""/>)";
+    xml += "<text>" + title + "</text><text>" + subtitle + "</text>\\n" + body + "</binding></visual><actions>";
+    for (std::size_t k = 0; k < buttons.size(); ++k) {
+        xml += "<action content=\"" + buttons[k] + "\" arguments=\"" + std::to_string(k) + "\"/>";
+    }
+    return xml + "</actions></toast>";
+}
+
+std::string plainToast(const std::string& title, const std::string& subtitle) {
+    return toastDocument(title, subtitle, "<text></text>", {});
+}
+
+} // namespace brisk::testing

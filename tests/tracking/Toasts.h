@@ -1,0 +1,40 @@
+// The toasts that the code under test shows, taken by the notification stand-in in this process.
+#pragma once
+
+#include "support/Sandbox.h"
+#include "support/notifications/NotificationStandinControl.h"
+
+#include <string>
+#include <vector>
+
+namespace brisk::testing {
+
+// A notification service without any toast while it lives. Only under Wine: elsewhere the service's shortcut would be
+// put into the user's own Start menu.
+class Toasts {
+public:
+    Toasts();
+    Toasts(const Toasts&) = delete;
+    Toasts& operator=(const Toasts&) = delete;
+    // Lets the toast manager go, too.
+    ~Toasts();
+
+    // The document of every toast that was shown, in order.
+    std::vector<std::string> shown() const;
+    // What was done with toasts, in order: "Show 1", "Hide 1", "Activated 1 0" and so on.
+    std::vector<std::string> events() const;
+
+    const standin::NotificationStandinControl control = standin::NotificationStandinControl::inProcess();
+
+private:
+    TemporaryFolder folder;
+    std::filesystem::path record = folder / "toasts.txt";
+};
+
+// A toast's document as shown() gives it, a line end as "\n" in two characters; the body is XML.
+std::string toastDocument(const std::string& title, const std::string& subtitle, const std::string& body,
+                          const std::vector<std::string>& buttons);
+// The document of a toast without a body and buttons.
+std::string plainToast(const std::string& title, const std::string& subtitle);
+
+} // namespace brisk::testing
