@@ -7,12 +7,16 @@ namespace brisk::testing {
 
 namespace {
 
-constexpr std::chrono::seconds kLimit{10};
+std::chrono::seconds waitLimit{10};
 
 } // namespace
 
+void setWaitLimit(std::chrono::seconds limit) {
+    waitLimit = limit;
+}
+
 void waitUntil(const std::string& what, const std::function<bool()>& condition) {
-    const auto deadline = std::chrono::steady_clock::now() + kLimit;
+    const auto deadline = std::chrono::steady_clock::now() + waitLimit;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
             throw std::runtime_error("waited in vain: " + what);
@@ -90,7 +94,7 @@ std::uint32_t Service::quit() {
 }
 
 std::uint32_t Service::waitForEnd() {
-    if (WaitForSingleObject(process.get(), static_cast<DWORD>(std::chrono::milliseconds(kLimit).count())) !=
+    if (WaitForSingleObject(process.get(), static_cast<DWORD>(std::chrono::milliseconds(waitLimit).count())) !=
         WAIT_OBJECT_0) {
         throw std::runtime_error("waited in vain: the service's end");
     }

@@ -13,11 +13,14 @@
 
 namespace brisk::testing {
 
-// Waits until the condition holds; throws std::runtime_error naming what was waited for after ten seconds.
+// How long waitUntil and a Service's operations wait: ten seconds unless this was called.
+void setWaitLimit(std::chrono::seconds limit);
+
+// Waits until the condition holds; throws std::runtime_error naming what was waited for after the limit.
 void waitUntil(const std::string& what, const std::function<bool()>& condition);
 
 // The service in a folder of its own, with its log in a file there. Every operation that waits throws
-// std::runtime_error after ten seconds. The process is ended with the object.
+// std::runtime_error after the limit. The process is ended with the object.
 class Service {
 public:
     // The folder holds the executable and, unless it is null, this title database.

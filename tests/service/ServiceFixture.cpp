@@ -78,17 +78,4 @@ std::vector<std::string> operator+(std::vector<std::string> lines, const std::ve
     return lines;
 }
 
-std::string toastDocument(const std::string& title, const std::string& subtitle, const std::string& body,
-                          const std::vector<std::string>& buttons) {
-    // As the record writes it: a line end is "\n" in two characters.
-    std::string xml = R"(\n<toast template="ToastGeneric" duration="long" scenario="Default">)"
-                      R"(<visual><binding template="ToastGeneric">)"
-                      R"(<image placement="appLogoOverride" hint-crop="circle" src=""/>)";
-    xml += "<text>" + title + "</text><text>" + subtitle + "</text>\\n" + body + "</binding></visual><actions>";
-    for (std::size_t k = 0; k < buttons.size(); ++k) {
-        xml += "<action content=\"" + buttons[k] + "\" arguments=\"" + std::to_string(k) + "\"/>";
-    }
-    return xml + "</actions></toast>";
-}
-
 } // namespace brisk::testing

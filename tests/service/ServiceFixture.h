@@ -1,6 +1,7 @@
 #pragma once
 
 #include "service/Service.h"
+#include "support/ToastXml.h"
 #include "support/notifications/NotificationStandinControl.h"
 
 #include <gmock/gmock.h>
@@ -31,9 +32,5 @@ std::vector<std::string> startLines();
 std::string displayModesLine();
 
 std::vector<std::string> operator+(std::vector<std::string> lines, const std::vector<std::string>& more);
-
-// A toast's document.
-std::string toastDocument(const std::string& title, const std::string& subtitle, const std::string& body,
-                          const std::vector<std::string>& buttons);
 
 } // namespace brisk::testing

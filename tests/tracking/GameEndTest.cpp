@@ -1,101 +1,21 @@
-// The end of a game: its judgement, the offer and the offer's buttons.
-#include "tracking/GameEnd.h"
-
-#include "ServicesFixture.h"
+// The end of a game: its judgement and the offer.
+#include "GameEndFixture.h"
 
 #include "app/RunTimeParameters.h"
-#include "state/UserState.h"
 
 namespace brisk {
 namespace {
 
 using testing::Desktop;
+using testing::kAdjustmentsTitle;
 using testing::Lines;
 using testing::operator+;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 using testing::plainToast;
-using testing::toastDocument;
 
-constexpr char kOfferTitle[] = "Orlan Software: Meridian Edition Suggested Game Settings";
-constexpr char kAdjustmentsTitle[] = "Orlan Software: Meridian Edition Game Adjustments";
-constexpr char kOfferSubtitle[] = "Recommendations are available for The Game to improve your gaming experience.";
-
-class GameEndTest : public testing::ServicesFixture {
-protected:
-    // A game of 120 samples at 40 frames per second, 60 Hz, a width to adjust.
-    GameEndTest() {
-        loadGame();
-        playAt(40);
-    }
-
-    static void playAt(std::uint32_t averageFps) {
-        trackingState = TrackingState::Tracking;
-        trackingContext.processHandle = Desktop::kGameHandle;
-        trackingContext.executableName = "game.exe";
-        trackingContext.averageFps = averageFps;
-        trackingContext.sampleCount = 120;
-    }
-
-    static void finish() { onAppFinished(Desktop::kServiceWindow, 5, 0x1F); }
-
-    // A title that needs no lower resolution: its wanted setting is the upscaling.
-    void loadLumaGame() {
-        nlohmann::json title = textTitle("The Game", "game.exe", "game.ini");
-        title["luma_version"] = 2;
-        title["config_fields"] = nlohmann::json::parse(
-            R"json([{"key": "(Upscaling=)(\\w+)()", "value": "On", "text": "LUMA Quality"}])json");
-        loadTitles({title});
-        testing::writeFile(settings(), "Upscaling=Off\r\n");
-    }
-
-    void refuse(int times) {
-        for (int i = 0; i < times; ++i) {
-            incNumberOfToastsShown("game.exe");
-        }
-    }
-
-    static Lines finishedLines(const std::string& average = "40", const std::string& samples = "120") {
-        return {"Brisk : onAppFinished, p1 = 5, p2 = 0x1f", "Brisk : switch to IDLE",
-                "Brisk : average fps = " + average + ", intervals = " + samples, "Brisk : native resolution: 1920x1080",
-                "Brisk : aspect ratio: 0.5625"};
-    }
-
-    static Lines neededLines(const std::string& ratio = "0.666667") {
-        return {"Brisk : FPS ratio to optimal is " + ratio, "Brisk : shouldShowToast",
-                "Brisk : game setting '1920' is not optimal '1280'.",
-                "Brisk : titleManager.isTitleNeedToBeOptimized = 1"};
-    }
-
-    static Lines allowedLines(const std::string& shown = "0") {
-        return {"Brisk : areToastsAllowed = 1", "Brisk : getNumberOfToastsShown = " + shown};
-    }
-
-    static std::string offer(const std::string& detail = "Enabled TANO for The Game using 1280x720.") {
-        return toastDocument(kOfferTitle, kOfferSubtitle, "<text>" + detail + "</text>",
-                             {"Configure Settings", "Not Now", "Don't ask again"});
-    }
-
-    static std::string errorToast() {
-        return plainToast(kAdjustmentsTitle,
-                          "Orlan Software: Meridian Edition has encountered some errors while adjusting game settings. "
-                          "This may be resolved by starting and stopping the game, or by changing graphics settings.");
-    }
-
-    // Finishes the game, which is offered, and forgets the lines.
-    void finishWithOffer() {
-        finish();
-        ASSERT_THAT(toasts.shown(), ElementsAre(offer()));
-        log.take();
-    }
-
-    void press(unsigned button) {
-        const auto result = toasts.control.press(1, button);
-        EXPECT_EQ(result.handlers, 1u);
-        EXPECT_EQ(result.result, S_OK);
-    }
-};
+class GameEndTest : public testing::GameEndFixture {};
 
 TEST_F(GameEndTest, SlowGameIsOfferedWithEveryLineInOrder) {
     finish();
@@ -314,105 +234,6 @@ TEST_F(GameEndTest, OfferThatCannotBeShownIsOnlyLogged) {
     finish();
     EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() + allowedLines() +
                                              Lines{"Brisk : ToastManager: Can't show notification"}));
-}
-
-TEST_F(GameEndTest, ConfigureSettingsPatchesTheTitleAndSaysNothingMore) {
-    finishWithOffer();
-    press(0);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : 'The Game' optimized.",
-                                        "Brisk : patch marker set for game.exe"));
-    EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
-    EXPECT_EQ(stateValue("PatchedApps", "game.exe"), 1);
-    EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Activated 1 0"));
-}
-
-TEST_F(GameEndTest, MarkerThatCannotBeSetDoesNotMakeThePatchFail) {
-    finishWithOffer();
-    faults::regSetValue.fail(ERROR_ACCESS_DENIED);
-    press(0);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : 'The Game' optimized.",
-                                        "Brisk : setPatched : RegSetValueEx failed. Error 5.",
-                                        "Brisk : failed to set patch marker for game.exe"));
-    EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
-    EXPECT_THAT(toasts.shown(), ElementsAre(offer()));
-}
-
-TEST_F(GameEndTest, PatchThatFailsIsToldInAToastAndSetsNoMarker) {
-    finishWithOffer();
-    std::filesystem::remove(settings());
-    press(0);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : failed to patch game.exe"));
-    EXPECT_EQ(stateValue("PatchedApps", "game.exe"), -1);
-    EXPECT_THAT(toasts.shown(), ElementsAre(offer(), errorToast()));
-}
-
-TEST_F(GameEndTest, NotNowCountsARefusalOfThisTitle) {
-    finishWithOffer();
-    press(1);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Not now", "Brisk : increment toasts counter for game.exe"));
-    EXPECT_EQ(stateValue("ToastsShown", "game.exe"), 1);
-    EXPECT_EQ(testing::readFile(settings()), "Width=1920\r\n");
-}
-
-TEST_F(GameEndTest, RefusalThatCannotBeCountedIsLogged) {
-    finishWithOffer();
-    faults::regSetValue.fail(ERROR_ACCESS_DENIED);
-    press(1);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Not now",
-                                        "Brisk : incNumberOfToastsShown : RegSetValueEx failed. Error 5.",
-                                        "Brisk : failed to increment toasts counter for game.exe"));
-}
-
-TEST_F(GameEndTest, DontAskAgainDisablesAllOffers) {
-    finishWithOffer();
-    press(2);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Don't ask again", "Brisk : toasts disabled"));
-    EXPECT_EQ(stateValue("", "ToastsNotAllowed"), 1);
-    EXPECT_EQ(stateValue("ToastsShown", "game.exe"), -1);
-}
-
-TEST_F(GameEndTest, OffersThatCannotBeDisabledAreLogged) {
-    finishWithOffer();
-    faults::regCreateKey.fail(ERROR_ACCESS_DENIED);
-    press(2);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Don't ask again",
-                                        "Brisk : disallowToasts : RegCreateKeyEx failed. Error 5.",
-                                        "Brisk : failed to disable toasts"));
-}
-
-TEST_F(GameEndTest, DismissedOfferCountsNothing) {
-    finishWithOffer();
-    for (const unsigned reason : {0u, 2u}) {
-        toasts.control.dismiss(1, reason);
-    }
-    EXPECT_THAT(log.take(), IsEmpty());
-    EXPECT_EQ(stateValue("ToastsShown", "game.exe"), -1);
-}
-
-TEST_F(GameEndTest, ButtonsConcernTheTitleOfTheContextEvenAfterItWasReset) {
-    finish();
-    resetTrackingContext();
-    log.take();
-    configureSettings();
-    notNow();
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : failed to patch ",
-                                        "Brisk : Toast : Not now", "Brisk : increment toasts counter for "));
-    EXPECT_THAT(toasts.shown(), ElementsAre(offer(), errorToast()));
-    EXPECT_EQ(stateValue("ToastsShown", ""), 1);
-    EXPECT_EQ(testing::readFile(settings()), "Width=1920\r\n");
-}
-
-TEST_F(GameEndTest, BrokenPatternIsTheCallersExceptionAndAFailureCodeForTheNotificationSystem) {
-    finishWithOffer();
-    nlohmann::json title = textTitle("The Game", "game.exe", "game.ini");
-    title["config_fields"] = nlohmann::json::parse(R"json([{"key": "(", "value": 1}])json");
-    loadTitles({title});
-    EXPECT_EQ(toasts.control.press(1, 0).result, E_FAIL);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings"));
-    EXPECT_EQ(testing::readFile(settings()), "Width=1920\r\n");
-    playAt(40);
-    EXPECT_THROW(finish(), std::runtime_error);
-    EXPECT_EQ(trackingState, TrackingState::Idle);
 }
 
 } // namespace

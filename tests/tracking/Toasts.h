@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/Sandbox.h"
+#include "support/ToastXml.h"
 #include "support/notifications/NotificationStandinControl.h"
 
 #include <string>
@@ -19,7 +20,7 @@ public:
     // Lets the toast manager go, too.
     ~Toasts();
 
-    // The document of every toast that was shown, in order.
+    // The document of every toast that was shown, in order (ToastXml.h).
     std::vector<std::string> shown() const;
     // What was done with toasts, in order: "Show 1", "Hide 1", "Activated 1 0" and so on.
     std::vector<std::string> events() const;
@@ -30,11 +31,5 @@ private:
     TemporaryFolder folder;
     std::filesystem::path record = folder / "toasts.txt";
 };
-
-// A toast's document as shown() gives it, a line end as "\n" in two characters; the body is XML.
-std::string toastDocument(const std::string& title, const std::string& subtitle, const std::string& body,
-                          const std::vector<std::string>& buttons);
-// The document of a toast without a body and buttons.
-std::string plainToast(const std::string& title, const std::string& subtitle);
 
 } // namespace brisk::testing
