@@ -1,5 +1,7 @@
 #include "service/Service.h"
 
+#include "support/Processes.h"
+
 #include <stdexcept>
 #include <thread>
 
@@ -41,15 +43,9 @@ Service::~Service() {
 
 void Service::start(const std::string& arguments) {
     const std::wstring program = (directory / "brisk.exe").native();
-    std::wstring commandLine =
-        L"\"" + program + L"\" " + std::wstring(arguments.begin(), arguments.end()) + L" -log " + logFile().native();
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &started)) {
-        throw std::runtime_error("the service cannot be started");
-    }
+    const PROCESS_INFORMATION started =
+        startProcess(program, L"\"" + program + L"\" " + std::wstring(arguments.begin(), arguments.end()) + L" -log " +
+                                  logFile().native());
     process.reset(started.hProcess);
     thread.reset(started.hThread);
     id = started.dwProcessId;

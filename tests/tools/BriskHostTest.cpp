@@ -1,6 +1,7 @@
 // briskhost against a window of the service's class that the test makes itself.
 #include "app/BriskHost.h"
 #include "app/WindowsHandles.h"
+#include "support/Processes.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -19,8 +20,8 @@ namespace brisk {
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 
 constexpr DWORD kLimitMilliseconds = 30'000;
 
@@ -115,16 +116,11 @@ Outcome briskhost(
     Pipe output;
     Pipe errors;
     STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdOutput = output.writeEnd.get();
     startup.hStdError = errors.writeEnd.get();
-    std::wstring commandLine = L"briskhost " + arguments;
-    PROCESS_INFORMATION information{};
-    if (!CreateProcessW(std::filesystem::path(BRISK_HOST_PROGRAM).c_str(), commandLine.data(), nullptr, nullptr, TRUE,
-                        CREATE_NO_WINDOW, nullptr, nullptr, &startup, &information)) {
-        throw std::runtime_error("briskhost was not started, error " + std::to_string(GetLastError()));
-    }
+    const PROCESS_INFORMATION information =
+        brisk::testing::startProcess(BRISK_HOST_PROGRAM, L"briskhost " + arguments, startup, true, CREATE_NO_WINDOW);
     CloseHandle(information.hThread);
     const UniqueHandle process(information.hProcess);
     meanwhile();

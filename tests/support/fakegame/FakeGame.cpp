@@ -1,5 +1,7 @@
 #include "support/fakegame/FakeGame.h"
 
+#include "support/Processes.h"
+
 #include <stdexcept>
 #include <string>
 
@@ -59,14 +61,7 @@ std::filesystem::path FakeGame::install(const std::filesystem::path& program, co
 }
 
 FakeGame::FakeGame(const std::filesystem::path& program) {
-    std::wstring commandLine = L"\"" + program.native() + L"\"";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION information{};
-    if (!CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &information)) {
-        fail("not started, error " + std::to_string(GetLastError()));
-    }
+    const PROCESS_INFORMATION information = testing::startProcess(program, L"\"" + program.native() + L"\"");
     CloseHandle(information.hThread);
     process.reset(information.hProcess);
     id = information.dwProcessId;
