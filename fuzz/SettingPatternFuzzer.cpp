@@ -95,7 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     constexpr std::size_t kMaximumPattern = 80;
     const std::string pattern = fields[0].substr(0, kMaximumPattern);
     const std::size_t choices = countChoices(pattern);
-    const std::size_t maximumText = choices <= 1 ? 4096 : choices <= 3 ? 20 : 8;
+    const std::size_t maximumText = choices <= 1 ? 4096 : choices <= 3 ? 12 : 8;
     brisk::checkCase({pattern, fields[1].substr(0, maximumText), fields[2]});
     return 0;
 }

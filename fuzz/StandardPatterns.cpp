@@ -48,6 +48,20 @@ bool hasEscape(std::string_view pattern, const Pick& pick) {
     return false;
 }
 
+// The standard library lays out a counted repetition round by round, and has room for some thousands.
+bool hasLargeCount(std::string_view pattern) {
+    for (std::size_t i = pattern.find('{'); i != std::string_view::npos; i = pattern.find('{', i + 1)) {
+        std::size_t digits = 0;
+        for (std::size_t at = i + 1; at < pattern.size() && (isDigit(pattern[at]) || pattern[at] == ','); ++at) {
+            digits = pattern[at] == ',' ? 0 : digits + 1;
+            if (digits > 2) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 bool hasLookahead(std::string_view pattern) {
     return contains(pattern, "(?=") || contains(pattern, "(?!");
 }
@@ -72,12 +86,13 @@ bool isStandardMeasure(std::string_view pattern) {
         case 'x':
             return hasBracket;
         default:
-            return false;
+            // The number of a reference is read without regard to its size.
+            return isDigit(letter) && rest.size() > 1 && isDigit(rest[0]) && isDigit(rest[1]);
         }
     });
     const bool hasCollation = contains(pattern, "[.") || contains(pattern, "[=");
     return !hasStrangeEscape && !hasCollation && !(hasBracket && hasByteAboveAscii(pattern)) &&
-           !hasRepeatedQuantifier(pattern);
+           !hasRepeatedQuantifier(pattern) && !hasLargeCount(pattern);
 }
 
 bool canStandardSearch(std::string_view pattern, std::string_view text) {

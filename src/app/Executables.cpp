@@ -6,6 +6,7 @@
 #include <cstring>
 #include <iomanip>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 #include <windows.h>
@@ -25,18 +26,29 @@ struct Translation {
     WORD codePage;
 };
 
-// The text of one string of the resource, up to its terminating zero (and never beyond the resource's buffer).
+// What a query finds, and everything behind it up to the resource's end; nothing where it does not lie within the
+// resource: a version library believes the offsets that stand in a file. The length is the value's as the file has it.
+std::string_view query(const std::vector<char>& resource, const std::string& subBlock, UINT& length) {
+    void* value = nullptr;
+    if (!VerQueryValueA(resource.data(), subBlock.c_str(), &value, &length)) {
+        return {};
+    }
+    const auto begin = reinterpret_cast<std::uintptr_t>(resource.data());
+    const auto place = reinterpret_cast<std::uintptr_t>(value);
+    if (place < begin || place - begin > resource.size()) {
+        return {};
+    }
+    return std::string_view(resource.data(), resource.size()).substr(place - begin);
+}
+
+// The text of one string of the resource, up to its terminating zero.
 std::string queryString(const std::vector<char>& resource, const Translation& translation, const char* name) {
     std::ostringstream subBlock;
     subBlock << "\\StringFileInfo\\" << std::hex << std::setfill('0') << std::setw(4) << translation.language
              << std::setw(4) << translation.codePage << name;
-    void* value = nullptr;
     UINT length = 0;
-    if (!VerQueryValueA(resource.data(), subBlock.str().c_str(), &value, &length) || !value) {
-        return {};
-    }
-    const char* text = static_cast<const char*>(value);
-    return {text, strnlen(text, static_cast<std::size_t>(resource.data() + resource.size() - text))};
+    const std::string_view text = query(resource, subBlock.str(), length);
+    return std::string(text.substr(0, text.find('\0')));
 }
 
 } // namespace
@@ -83,14 +95,13 @@ FileProperties getFileProperties(const std::string& path) {
     if (!GetFileVersionInfoA(path.c_str(), 0, size, resource.data())) {
         return {};
     }
-    void* translations = nullptr;
     UINT length = 0;
-    if (!VerQueryValueA(resource.data(), "\\VarFileInfo\\Translation", &translations, &length) ||
-        length < sizeof(Translation)) {
+    const std::string_view translations = query(resource, "\\VarFileInfo\\Translation", length);
+    Translation first;
+    if (length < sizeof first || translations.size() < sizeof first) {
         return {};
     }
-    Translation first;
-    std::memcpy(&first, translations, sizeof first);
+    std::memcpy(&first, translations.data(), sizeof first);
     return {queryString(resource, first, "\\ProductName"), queryString(resource, first, "\\CompanyName"),
             queryString(resource, first, "\\LegalCopyright"), queryString(resource, first, "\\FileVersion")};
 }

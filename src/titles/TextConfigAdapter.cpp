@@ -56,7 +56,8 @@ bool TextConfigAdapter::loadConfig() {
     while (file.read(block, sizeof block), file.gcount() > 0) {
         text.append(block, static_cast<std::size_t>(file.gcount()));
     }
-    content = std::move(text);
+    // Swapped, not moved: a short text would be copied into the old one's buffer, which may be large.
+    content.swap(text);
     return true;
 }
 
@@ -67,6 +68,7 @@ bool TextConfigAdapter::saveConfig() {
     }
     file.write(content.data(), static_cast<std::streamsize>(content.size()));
     content.clear();
+    content.shrink_to_fit(); // the next text may never come
     return true;
 }
 

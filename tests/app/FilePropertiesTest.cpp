@@ -183,6 +183,38 @@ TEST_F(FilePropertiesTest, StringWithoutATerminatorEndsWithTheResource) {
     EXPECT_EQ(properties(path), kComplete);
 }
 
+TEST_F(FilePropertiesTest, ValuesThatLieOutsideOfTheResourceAreNotRead) {
+    const std::string path = versionSample("complete");
+    const DWORD size = GetFileVersionInfoSizeA(path.c_str(), nullptr);
+    const auto withValueAt = [&](const std::string& name, std::ptrdiff_t offset) {
+        VerQueryValueAFault.intercept([=](LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) -> BOOL {
+            if (!std::string(subBlock).ends_with(name)) {
+                return VerQueryValueAFault.real(block, subBlock, value, length);
+            }
+            *value = reinterpret_cast<void*>(reinterpret_cast<std::intptr_t>(block) + offset);
+            *length = sizeof(DWORD);
+            return TRUE;
+        });
+        return properties(path);
+    };
+    const auto end = static_cast<std::ptrdiff_t>(size);
+    for (const std::ptrdiff_t offset : std::vector<std::ptrdiff_t>{-0x10000000, -1, end + 1, end + 0x10000000}) {
+        EXPECT_EQ(withValueAt("\\CompanyName", offset), "Glass Orchard||(c) Tallow & Reed|3.1") << offset;
+        EXPECT_EQ(withValueAt("\\Translation", offset), kNothing) << offset;
+    }
+    EXPECT_EQ(withValueAt("\\CompanyName", end), "Glass Orchard||(c) Tallow & Reed|3.1");
+    EXPECT_EQ(withValueAt("\\Translation", end - 3), kNothing);
+}
+
+TEST_F(FilePropertiesTest, TranslationTableWithoutAPlaceYieldsFourEmptyStrings) {
+    VerQueryValueAFault.intercept([](LPCVOID, LPCSTR, LPVOID* value, PUINT length) -> BOOL {
+        *value = nullptr;
+        *length = sizeof(DWORD);
+        return TRUE;
+    });
+    EXPECT_EQ(properties(versionSample("complete")), kNothing);
+}
+
 TEST_F(FilePropertiesTest, LengthThatTheQueryReportsIsNotUsed) {
     VerQueryValueAFault.intercept([](LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) {
         const BOOL found = VerQueryValueAFault.real(block, subBlock, value, length);

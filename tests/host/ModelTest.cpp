@@ -49,9 +49,10 @@ Options readOptions(int count, char** arguments) {
 }
 
 int report(std::uint64_t seed, const std::vector<Step>& steps, const Verdict& verdict) {
-    std::printf("\nFAILED with seed %llu at step %zu:\n%s\n\nReplay: model_test --seed %llu --steps %zu\n\nReducing ...\n",
-                static_cast<unsigned long long>(seed), verdict.step, verdict.text.c_str(),
-                static_cast<unsigned long long>(seed), steps.size());
+    std::printf(
+        "\nFAILED with seed %llu at step %zu:\n%s\n\nReplay: model_test --seed %llu --steps %zu\n\nReducing ...\n",
+        static_cast<unsigned long long>(seed), verdict.step, verdict.text.c_str(),
+        static_cast<unsigned long long>(seed), steps.size());
     std::fflush(stdout);
     const std::vector<Step> needed = reduce(seed, steps, verdict);
     std::printf("These %zu steps are enough:\n", needed.size());

@@ -69,7 +69,7 @@ void HostileFixture::settle() {
 
 std::uint32_t HostileFixture::waitForStormsEnd() {
     waitUntil("the service's end", [this] {
-        peakBytes = std::max(peakBytes, readCounters(service.processId()).peakBytes);
+        peakBytes = std::max(peakBytes, readPeakWorkingSet(service.processId()));
         return !service.isRunning();
     });
     return service.waitForEnd();
@@ -84,13 +84,27 @@ ProcessCounters HostileFixture::endStorm(double megabytesMore) {
 
 void HostileFixture::printFigures(const ProcessCounters& after) const {
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-    std::printf("figures: %s: %.1f s, private MB %.1f before, %.1f after, working set's peak MB %.1f, handles %u -> "
-                "%u, GDI objects %u -> %u, windows %u -> %u, threads %u -> %u\n",
-                ::testing::UnitTest::GetInstance()->current_test_info()->name(), seconds.count(),
-                toMegabytes(before.privateBytes), toMegabytes(after.privateBytes),
-                toMegabytes(std::max(peakBytes, after.peakBytes)), before.handles, after.handles, before.gdiObjects,
-                after.gdiObjects, before.windows, after.windows, before.threads, after.threads);
+    const char* const name = ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    const double peak = toMegabytes(std::max(peakBytes, after.peakWorkingSet));
+    if (after.threads == 0) {
+        std::printf("figures: %s: %.1f s to its end, peak of the working set %.1f MB\n", name, seconds.count(), peak);
+        std::fflush(stdout);
+        return;
+    }
+    std::printf("figures: %s: %.1f s, private MB %.1f -> %.1f, working set MB %.1f -> %.1f, its peak %.1f; handles of "
+                "processes %u -> %u, of keys %u -> %u, others %u -> %u; GDI objects %u -> %u, windows %u -> %u, "
+                "threads %u -> %u\n",
+                name, seconds.count(), toMegabytes(before.privateBytes), toMegabytes(after.privateBytes),
+                toMegabytes(before.workingSet), toMegabytes(after.workingSet), peak, before.processHandles,
+                after.processHandles, before.keyHandles, after.keyHandles, before.otherHandles, after.otherHandles,
+                before.gdiObjects, after.gdiObjects, before.windows, after.windows, before.threads, after.threads);
     std::fflush(stdout);
+}
+
+void HostileFixture::quitStorm() {
+    service.post(BRISK_QUIT);
+    EXPECT_EQ(waitForStormsEnd(), 0u);
+    printFigures({});
 }
 
 std::string repeated(const std::string& text, std::size_t count) {

@@ -32,8 +32,10 @@ protected:
 
     // Prints the figures and expects the private bytes to be at most this many megabytes above those of the start.
     ProcessCounters endStorm(double megabytesMore);
-    // Prints the figures of a storm that has ended the service, or about whose memory there is nothing to say.
+    // Prints the figures; all counters are 0 when the service has ended.
     void printFigures(const ProcessCounters& after) const;
+    // Has the service quit, and prints the figures.
+    void quitStorm();
 
     ProcessCounters before;
     std::size_t peakBytes = 0;

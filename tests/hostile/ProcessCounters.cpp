@@ -2,6 +2,8 @@
 
 #include "app/WindowsHandles.h"
 
+#include <cstring>
+#include <stdexcept>
 #include <vector>
 
 #include <windows.h>
@@ -84,25 +86,114 @@ unsigned countThreads(std::uint32_t processId) {
     return count;
 }
 
+// Wine leaves PrivateUsage of other processes at 0.
+std::size_t countPrivateBytes(HANDLE process) {
+    std::size_t bytes = 0;
+    std::size_t allocation = 0; // of it, in the current allocation
+    bool isStack = false;       // it has a guard page
+    const void* allocationBase = nullptr;
+    MEMORY_BASIC_INFORMATION region{};
+    for (const char* place = nullptr; VirtualQueryEx(process, place, &region, sizeof region) != 0;
+         place = static_cast<const char*>(region.BaseAddress) + region.RegionSize) {
+        if (region.State == MEM_FREE || region.Type != MEM_PRIVATE) {
+            continue;
+        }
+        if (region.AllocationBase != allocationBase) {
+            bytes += isStack ? 0 : allocation;
+            allocationBase = region.AllocationBase;
+            allocation = 0;
+            isStack = false;
+        }
+        if (region.State == MEM_COMMIT) {
+            allocation += region.RegionSize;
+            isStack = isStack || (region.Protect & PAGE_GUARD);
+        }
+    }
+    return bytes + (isStack ? 0 : allocation);
+}
+
+// An entry of the whole system's list of handles, as Wine writes it.
+struct SystemHandle {
+    ULONG processId;
+    BYTE type;
+    BYTE flags;
+    USHORT handle;
+    void* object;
+    ULONG access;
+};
+
+std::vector<SystemHandle> listHandles() {
+    constexpr auto kSystemHandleInformation = static_cast<SYSTEM_INFORMATION_CLASS>(16);
+    std::vector<SystemHandle> list(32768);
+    const auto size = [&list] { return static_cast<ULONG>(list.size() * sizeof(SystemHandle)); };
+    while (NtQuerySystemInformation(kSystemHandleInformation, list.data(), size(), nullptr) != 0) {
+        if (list.size() > 16'000'000) {
+            throw std::runtime_error("the system's handles cannot be listed");
+        }
+        list.resize(list.size() * 2);
+    }
+    // The number of entries stands in front of them.
+    ULONG count = 0;
+    std::memcpy(&count, list.data(), sizeof count);
+    std::memmove(list.data(), reinterpret_cast<const char*>(list.data()) + alignof(SystemHandle),
+                 count * sizeof(SystemHandle));
+    list.resize(count);
+    return list;
+}
+
+// By a handle of this process.
+BYTE getType(const std::vector<SystemHandle>& list, HANDLE handle) {
+    for (const SystemHandle& entry : list) {
+        if (entry.processId == GetCurrentProcessId() && entry.handle == reinterpret_cast<std::uintptr_t>(handle)) {
+            return entry.type;
+        }
+    }
+    throw std::runtime_error("a handle of this process is not in the system's list");
+}
+
+// Wine does not implement GetProcessHandleCount.
+void countHandles(std::uint32_t processId, HANDLE process, ProcessCounters& counters) {
+    RegistryKey key;
+    RegOpenKeyExA(HKEY_CURRENT_USER, "Software", 0, KEY_READ, key.receive());
+    const std::vector<SystemHandle> list = listHandles();
+    const BYTE keyType = getType(list, key.get());
+    const BYTE processType = getType(list, process);
+    for (const SystemHandle& entry : list) {
+        if (entry.processId == processId) {
+            ++(entry.type == keyType       ? counters.keyHandles
+               : entry.type == processType ? counters.processHandles
+                                           : counters.otherHandles);
+        }
+    }
+}
+
+PROCESS_MEMORY_COUNTERS readMemory(HANDLE process) {
+    PROCESS_MEMORY_COUNTERS memory{};
+    GetProcessMemoryInfo(process, &memory, sizeof memory);
+    return memory;
+}
+
 } // namespace
 
 ProcessCounters readCounters(std::uint32_t processId) {
-    ProcessCounters counters;
     const UniqueHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId));
-    PROCESS_MEMORY_COUNTERS_EX memory{};
-    if (!process || !GetProcessMemoryInfo(process.get(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&memory),
-                                          sizeof memory)) {
-        return counters;
+    if (!process) {
+        return {};
     }
-    counters.privateBytes = memory.PrivateUsage;
-    counters.peakBytes = memory.PeakWorkingSetSize;
-    DWORD handles = 0;
-    GetProcessHandleCount(process.get(), &handles);
-    counters.handles = handles;
+    ProcessCounters counters;
+    counters.privateBytes = countPrivateBytes(process.get());
+    counters.workingSet = readMemory(process.get()).WorkingSetSize;
+    counters.peakWorkingSet = readMemory(process.get()).PeakWorkingSetSize;
+    countHandles(processId, process.get(), counters);
     counters.gdiObjects = countGdiObjects(process.get());
     counters.windows = countWindows(processId);
     counters.threads = countThreads(processId);
     return counters;
+}
+
+std::size_t readPeakWorkingSet(std::uint32_t processId) {
+    const UniqueHandle process(OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId));
+    return process ? readMemory(process.get()).PeakWorkingSetSize : 0;
 }
 
 } // namespace brisk::testing

@@ -7,9 +7,13 @@ namespace brisk::testing {
 
 // What a process holds.
 struct ProcessCounters {
+    // Committed and not shared. Stacks are left out: Wine commits them whole, 16 MB for each thread.
     std::size_t privateBytes = 0;
-    std::size_t peakBytes = 0; // of the working set, since the process began
-    unsigned handles = 0;
+    std::size_t workingSet = 0;
+    std::size_t peakWorkingSet = 0; // since the process began
+    unsigned processHandles = 0;
+    unsigned keyHandles = 0; // of the registry
+    unsigned otherHandles = 0;
     unsigned gdiObjects = 0;
     unsigned windows = 0; // top-level ones, message-only ones and the children of both
     unsigned threads = 0;
@@ -17,5 +21,6 @@ struct ProcessCounters {
 
 // All zero when the process has ended.
 ProcessCounters readCounters(std::uint32_t processId);
+std::size_t readPeakWorkingSet(std::uint32_t processId);
 
 } // namespace brisk::testing

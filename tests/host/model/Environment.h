@@ -87,9 +87,9 @@ struct Key {
 };
 
 struct Environment {
-    std::map<std::uint32_t, Process> processes;       // by id
-    std::map<std::string, std::string> companies;     // by full path; those with a version resource
-    std::map<std::uint64_t, std::uint32_t> windows;   // process ids by window
+    std::map<std::uint32_t, Process> processes;     // by id
+    std::map<std::string, std::string> companies;   // by full path; those with a version resource
+    std::map<std::uint64_t, std::uint32_t> windows; // process ids by window
     std::uint64_t foreground = 0;
     std::vector<Display> displays;
     std::optional<Mode> native; // as the scripted graphics information gives it; else the current mode

@@ -303,16 +303,16 @@ void Machine::setDisplays(std::uint64_t seed) {
 
 void Machine::setFps(std::uint64_t seed) {
     Random random(seed);
-    environment.fps = random.pick({14u, 15u, 16u, 29u, 30u, 40u, 50u, 51u, 60u, 122u, 123u, 299u, 300u, 301u, 0u,
-                                   0xFFFFFFFFu});
+    environment.fps =
+        random.pick({14u, 15u, 16u, 29u, 30u, 40u, 50u, 51u, 60u, 122u, 123u, 299u, 300u, 301u, 0u, 0xFFFFFFFFu});
 }
 
 void Machine::breakCall(std::uint64_t which, std::uint64_t how) {
     Random random(how);
     const auto fault = static_cast<Fault>(which % kFaults);
     FaultPlan plan;
-    plan.mode = random.pick({FaultPlan::Mode::Once, FaultPlan::Mode::Once, FaultPlan::Mode::Random,
-                             FaultPlan::Mode::Always});
+    plan.mode =
+        random.pick({FaultPlan::Mode::Once, FaultPlan::Mode::Once, FaultPlan::Mode::Random, FaultPlan::Mode::Always});
     plan.seed = how;
     plan.oneIn = 3;
     plan.code = codeFor(fault, random.next());

@@ -12,8 +12,9 @@ namespace {
 const std::string kAdjustments = "Orlan Software: Meridian Edition Game Adjustments";
 const std::string kNoConfiguration =
     "Game adjustments have not been applied due to an unexpected issue while obtaining the optimal configuration.";
-const std::string kErrors = "Orlan Software: Meridian Edition has encountered some errors while adjusting game settings. "
-                            "This may be resolved by starting and stopping the game, or by changing graphics settings.";
+const std::string kErrors =
+    "Orlan Software: Meridian Edition has encountered some errors while adjusting game settings. "
+    "This may be resolved by starting and stopping the game, or by changing graphics settings.";
 
 std::string number(float value) {
     char text[32];
@@ -21,9 +22,13 @@ std::string number(float value) {
     return text;
 }
 
-float aspectOf(const Mode& mode) { return static_cast<float>(mode.height) / static_cast<float>(mode.width); }
+float aspectOf(const Mode& mode) {
+    return static_cast<float>(mode.height) / static_cast<float>(mode.width);
+}
 
-std::string sizeOf(const Mode& mode) { return std::to_string(mode.width) + "x" + std::to_string(mode.height); }
+std::string sizeOf(const Mode& mode) {
+    return std::to_string(mode.width) + "x" + std::to_string(mode.height);
+}
 
 const char* labelOf(Action action) {
     switch (action) {
@@ -60,9 +65,12 @@ std::string groupsOf(const std::string& body) {
 
 } // namespace
 
-std::vector<std::string> ServiceModel::primaryDisplays() {
+std::vector<std::string> ServiceModel::primaryDisplays(std::size_t limit) {
     std::vector<std::string> names;
-    for (std::size_t index = 0; !env.fails(Fault::DisplayDevice) && index < env.displays.size(); ++index) {
+    for (std::size_t index = 0; names.size() < limit; ++index) {
+        if (env.fails(Fault::DisplayDevice) || index >= env.displays.size()) {
+            break;
+        }
         if (env.displays[index].primary) {
             names.push_back(env.displays[index].name);
         }
@@ -73,7 +81,7 @@ std::vector<std::string> ServiceModel::primaryDisplays() {
 Mode ServiceModel::currentMode() {
     line("Brisk : get current display info.");
     Mode current;
-    for (const std::string& name : primaryDisplays()) {
+    for (const std::string& name : primaryDisplays(env.displays.size() + 1)) {
         const bool failed = env.fails(Fault::DisplaySettings);
         for (const Display& display : env.displays) {
             if (display.name == name && display.current.width != 0 && !failed) {
@@ -84,12 +92,14 @@ Mode ServiceModel::currentMode() {
     return current;
 }
 
-Mode ServiceModel::nativeMode() { return env.native ? *env.native : currentMode(); }
+Mode ServiceModel::nativeMode() {
+    return env.native ? *env.native : currentMode();
+}
 
 Mode ServiceModel::optimalMode(const Mode& native) {
     line("Brisk : get available display info modes.");
     std::vector<Mode> modes;
-    if (const auto names = primaryDisplays(); !names.empty()) {
+    if (const auto names = primaryDisplays(1); !names.empty()) {
         const auto display = std::find_if(env.displays.begin(), env.displays.end(),
                                           [&](const Display& each) { return each.name == names.front(); });
         while (!env.fails(Fault::DisplaySettings) && modes.size() < display->modes.size()) {
@@ -267,7 +277,8 @@ void ServiceModel::show(const std::string& title, const std::string& subtitle, c
     text += body.find('\n') == std::string::npos ? "<text>" + body + "</text>" : groupsOf(body);
     text += "</binding></visual><actions>";
     for (std::size_t i = 0; i < actions.size(); ++i) {
-        text += std::string("<action content=\"") + labelOf(actions[i]) + "\" arguments=\"" + std::to_string(i) + "\"/>";
+        text +=
+            std::string("<action content=\"") + labelOf(actions[i]) + "\" arguments=\"" + std::to_string(i) + "\"/>";
     }
     ShownToast toast;
     toast.document = text + "</actions></toast>";
@@ -330,8 +341,8 @@ void ServiceModel::run(Action action, const std::string& report) {
     case Action::ReadMore:
         line("Brisk : Toast : Read more");
         clearToasts();
-        show(kAdjustments, "Orlan Software: Meridian Edition made adjustments to improve your gaming experience for:",
-             report, {});
+        show(kAdjustments,
+             "Orlan Software: Meridian Edition made adjustments to improve your gaming experience for:", report, {});
         break;
     case Action::Dismiss:
         break;

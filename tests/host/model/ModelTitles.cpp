@@ -148,8 +148,8 @@ bool ServiceModel::optimize(const std::string& binary) {
         const bool isText = !field.value.empty();
         bool isMissing = false;
         if (field.createKey) {
-            isMissing = isText ? getText(*title, field.key, "").empty()
-                               : getNumber(*title, field.key, kLowest) == kLowest;
+            isMissing =
+                isText ? getText(*title, field.key, "").empty() : getNumber(*title, field.key, kLowest) == kLowest;
         }
         if (isMissing) {
             std::string created = field.createValue;

@@ -13,7 +13,9 @@ std::string hex(std::uint64_t number) {
     return text;
 }
 
-std::string decimal(std::uint64_t number) { return std::to_string(number); }
+std::string decimal(std::uint64_t number) {
+    return std::to_string(number);
+}
 
 std::string shortest(float number) {
     char text[32];
@@ -88,9 +90,13 @@ bool ServiceModel::start(const Parameters& parameters) {
     return false;
 }
 
-void ServiceModel::end() { line("Brisk : finished"); }
+void ServiceModel::end() {
+    line("Brisk : finished");
+}
 
-void ServiceModel::endBy(const Failure& failure) { line("Brisk : " + failure.text); }
+void ServiceModel::endBy(const Failure& failure) {
+    line("Brisk : " + failure.text);
+}
 
 bool ServiceModel::loadDatabase() {
     if (!env.canRead) {
@@ -339,6 +345,8 @@ void ServiceModel::onCopyData(bool isTagged, bool isWellFormed) {
     }
 }
 
-void ServiceModel::onQuit() { clearToasts(); }
+void ServiceModel::onQuit() {
+    clearToasts();
+}
 
 } // namespace brisk::model

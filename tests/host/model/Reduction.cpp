@@ -61,7 +61,8 @@ Result finish(const Child& child) {
     int status = 0;
     waitpid(child.process, &status, 0);
     if (WIFSIGNALED(status)) {
-        output += "ended by signal " + std::to_string(WTERMSIG(status)) + (WTERMSIG(status) == SIGALRM ? ": too long" : "");
+        output +=
+            "ended by signal " + std::to_string(WTERMSIG(status)) + (WTERMSIG(status) == SIGALRM ? ": too long" : "");
     }
     return {!WIFEXITED(status) || WEXITSTATUS(status) != 0, output};
 }

@@ -1,5 +1,5 @@
-// Running worlds in processes of their own, so that a crash is a result like any other, and making a failing sequence of
-// steps short.
+// Running worlds in processes of their own, so that a crash is a result like any other, and making a failing sequence
+// of steps short.
 #pragma once
 
 #include "host/model/Steps.h"

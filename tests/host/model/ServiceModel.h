@@ -1,6 +1,6 @@
-// A second, plain telling of what the service does, written from its contract and never from its code: the state machine,
-// the judgement at a game's end, the bulk pass, the title manager with both kinds of configuration, the user state, the
-// toasts and every line of the log. It works on the environment alone.
+// A second, plain telling of what the service does, written from its contract and never from its code: the state
+// machine, the judgement at a game's end, the bulk pass, the title manager with both kinds of configuration, the user
+// state, the toasts and every line of the log. It works on the environment alone.
 #pragma once
 
 #include "host/model/Environment.h"
@@ -112,7 +112,7 @@ private:
     Mode currentMode();
     Mode nativeMode();
     Mode optimalMode(const Mode& native);
-    std::vector<std::string> primaryDisplays();
+    std::vector<std::string> primaryDisplays(std::size_t limit);
 
     // Titles.
     bool isSupported(const std::string& company, const std::string& binary, const std::string& folder);

@@ -8,11 +8,11 @@ namespace brisk::model {
 
 namespace {
 
-constexpr const char* kNames[] = {"Tick",      "LateTick",   "AppStarted",  "AppFinished",  "Bulk",       "Reset",
-                                  "Quit",      "TitleInfo",  "OtherMessage", "Launch",      "EndProcess", "Foreground",
-                                  "Company",   "Press",      "ToastEvent",  "Install",   "WriteFile",    "RemoveFile", "LockFile",
-                                  "SaveFolders", "WriteValue", "RemoveKey", "UserState",    "Display",    "Fps",
-                                  "BreakCall", "MendCalls",  "BreakFiles",  "BreakToasts"};
+constexpr const char* kNames[] = {"Tick",       "LateTick", "AppStarted",  "AppFinished",  "LongGame",   "Bulk",
+                                  "Reset",      "Quit",     "TitleInfo",   "OtherMessage", "Launch",     "EndProcess",
+                                  "Foreground", "Company",  "Press",       "ToastEvent",   "Install",    "WriteFile",
+                                  "RemoveFile", "LockFile", "SaveFolders", "WriteValue",   "RemoveKey",  "UserState",
+                                  "Display",    "Fps",      "BreakCall",   "MendCalls",    "BreakFiles", "BreakToasts"};
 
 static_assert(std::size(kNames) == static_cast<std::size_t>(StepKind::Count));
 
@@ -43,11 +43,10 @@ private:
         switch (kind) {
         case StepKind::Quit:
             if (random.oneIn(8)) {
-                add(kind);
+                restart();
             }
             break;
         case StepKind::Reset:
-        case StepKind::BreakCall:
         case StepKind::BreakFiles:
         case StepKind::BreakToasts:
             if (random.oneIn(3)) {
@@ -58,6 +57,13 @@ private:
             add(kind);
             break;
         }
+    }
+
+    // Start-up on a machine where something may not work.
+    void restart() {
+        add(random.pick({StepKind::BreakCall, StepKind::BreakCall, StepKind::BreakFiles, StepKind::Display}));
+        add(StepKind::Quit);
+        add(StepKind::MendCalls);
     }
 
     void game() {
@@ -81,6 +87,9 @@ private:
             if (random.oneIn(8)) {
                 add(StepKind::Fps);
             }
+            if (random.oneIn(64)) {
+                add(StepKind::LongGame);
+            }
             if (random.oneIn(24)) {
                 anything();
                 add(StepKind::Foreground, slot);
@@ -90,7 +99,27 @@ private:
             add(StepKind::EndProcess, slot);
             add(StepKind::Tick);
         }
+        if (random.oneIn(4)) {
+            add(StepKind::BreakCall);
+        }
         add(StepKind::AppFinished);
+        // The offer is answered on a machine that has changed since.
+        switch (random.below(4)) {
+        case 0:
+            add(StepKind::BreakCall);
+            add(StepKind::BreakCall);
+            break;
+        case 1:
+            add(random.pick({StepKind::RemoveKey, StepKind::RemoveKey, StepKind::RemoveFile, StepKind::LockFile}),
+                title);
+            if (random.oneIn(2)) {
+                add(StepKind::Bulk);
+                add(StepKind::Press, 7, 0); // the offer, behind the report
+            }
+            break;
+        default:
+            break;
+        }
         for (unsigned presses = random.below(4); presses > 0; --presses) {
             add(StepKind::Press, 0);
         }
@@ -103,7 +132,9 @@ private:
 
 } // namespace
 
-std::vector<Step> makeSteps(std::uint64_t seed, std::size_t count) { return Generator(seed, count).make(); }
+std::vector<Step> makeSteps(std::uint64_t seed, std::size_t count) {
+    return Generator(seed, count).make();
+}
 
 std::string describe(const Step& step) {
     return std::string(kNames[static_cast<std::size_t>(step.kind)]) + " " + std::to_string(step.a) + " " +

@@ -13,6 +13,7 @@ enum class StepKind {
     LateTick,   // whether it runs or not, and timers of other ids
     AppStarted, // a: the slot of the game
     AppFinished,
+    LongGame, // as if it had been measured for hours
     Bulk,
     Reset,
     Quit,

@@ -11,8 +11,12 @@ using Kind = TextKey::Kind;
 
 constexpr char kHeader[] = "[Video]\n";
 
-bool isDigit(char character) { return character >= '0' && character <= '9'; }
-bool isLetter(char character) { return character >= 'a' && character <= 'z'; }
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+bool isLetter(char character) {
+    return character >= 'a' && character <= 'z';
+}
 
 TextKey makeKey(Random& random) {
     TextKey key;
@@ -107,9 +111,12 @@ json toJson(const Title& title, const Condition& condition) {
 }
 
 json toJson(const Title& title) {
-    json element{{"config_type", title.isText ? "txt" : "reg"}, {"luma_version", title.luma},
-                 {"title_name", title.name},                    {"publisher", title.publisher},
-                 {"binary_name", title.binary},                 {"config_locations", title.locations}};
+    json element{{"config_type", title.isText ? "txt" : "reg"},
+                 {"luma_version", title.luma},
+                 {"title_name", title.name},
+                 {"publisher", title.publisher},
+                 {"binary_name", title.binary},
+                 {"config_locations", title.locations}};
     if (title.id) {
         element["id"] = *title.id;
     }
@@ -149,9 +156,9 @@ std::optional<TextKey::Match> TextKey::find(const std::string& text, std::size_t
         if (kind == Kind::Any && end < text.size() && text[end] == '-') {
             ++end;
         }
-        while (end < text.size() && ((kind == Kind::Digits && isDigit(text[end])) ||
-                                     (kind == Kind::Letters && isLetter(text[end])) ||
-                                     (kind == Kind::Any && (isDigit(text[end]) || isLetter(text[end]))))) {
+        while (end < text.size() &&
+               ((kind == Kind::Digits && isDigit(text[end])) || (kind == Kind::Letters && isLetter(text[end])) ||
+                (kind == Kind::Any && (isDigit(text[end]) || isLetter(text[end]))))) {
             ++end;
         }
         const bool hasValue = end > value || kind == Kind::Any || kind == Kind::Empty;
@@ -183,7 +190,7 @@ std::vector<Title> makeTitles(Random& random, unsigned count) {
             const Field field = makeField(random);
             title.fields[title.keyOf(field.key)] = field;
         }
-        for (unsigned i = random.below(6); i > 4; --i) {
+        for (unsigned i = random.pick({0u, 0u, 0u, 1u, 1u, 2u, 3u}); i > 0; --i) {
             title.conditions.push_back(makeCondition(random));
         }
         titles.push_back(title);
@@ -199,11 +206,17 @@ std::string writeDatabase(const std::vector<Title>& titles) {
     return database.dump();
 }
 
-std::string executableOf(unsigned number) { return "Game" + std::to_string(number) + ".exe"; }
+std::string executableOf(unsigned number) {
+    return "Game" + std::to_string(number) + ".exe";
+}
 
-std::string gameFolderOf(unsigned number) { return "C:\\Games\\T" + std::to_string(number); }
+std::string gameFolderOf(unsigned number) {
+    return "C:\\Games\\T" + std::to_string(number);
+}
 
-std::string saveFolderOf(unsigned number) { return "C:\\Saves\\T" + std::to_string(number); }
+std::string saveFolderOf(unsigned number) {
+    return "C:\\Saves\\T" + std::to_string(number);
+}
 
 std::vector<std::string> filesOf(unsigned number) {
     return {gameFolderOf(number) + "\\settings.ini",
@@ -211,15 +224,17 @@ std::vector<std::string> filesOf(unsigned number) {
             saveFolderOf(number) + "\\100\\profile.ini", saveFolderOf(number) + "\\200\\profile.ini"};
 }
 
-std::string registryPathOf(unsigned number) { return "Software\\Studio\\T" + std::to_string(number); }
+std::string registryPathOf(unsigned number) {
+    return "Software\\Studio\\T" + std::to_string(number);
+}
 
 std::string makeConfiguration(Random& random) {
     std::string text;
     for (unsigned lines = random.below(10); lines > 0; --lines) {
         text += random.pick<const char*>({"", "", "Max", "x "});
         text += random.pick<const char*>({"Width=", "Height=", "Mode=", "Scale=", "Full=", "Vendor=", "[Video]"});
-        text += random.pick<const char*>({"1", "0", "1280", "1920", "fast", "high", "7", "-3", "", "12x", "abc",
-                                          "99999999999", "2147483647", "-"});
+        text += random.pick<const char*>(
+            {"1", "0", "1280", "1920", "fast", "high", "7", "-3", "", "12x", "abc", "99999999999", "2147483647", "-"});
         text += random.pick<const char*>({"\n", "\n", ";\n", "\r\n"});
         text += random.pick<const char*>({"", "", "", "[Video]\n"});
         if (random.oneIn(24)) {

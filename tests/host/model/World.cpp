@@ -10,6 +10,8 @@
 #include "tracking/Services.h"
 #include "tracking/Tracking.h"
 
+#include <algorithm>
+
 namespace brisk::model {
 
 namespace {
@@ -82,6 +84,8 @@ void World::runService() {
     }
     checkEqual("exit code", exitCode, failure ? 1 : 0);
     compareLines();
+    compareToasts();
+    compareHandles(hasStarted && (failure || !isQuitting) ? 1 : 0);
     for (const std::string& finding : host::takeFindings()) {
         check(false, finding);
     }
@@ -224,6 +228,12 @@ bool World::execute(const Step& step) {
         expect([&] { model->onAppFinished(step.b, lParam); });
         return true;
     }
+    case StepKind::LongGame:
+        if (model->state >= 2) {
+            model->fpsSum = trackingContext.fpsSum += step.a % (std::uint64_t{1} << 40);
+            model->sampleCount = trackingContext.sampleCount = trackingContext.fpsSum / (15 + step.b % 200) + 1;
+        }
+        return false;
     case StepKind::Bulk:
         post(BRISK_MASSIVE_PATCHING, step.a, 0);
         expect([&] { model->onBulk(); });
@@ -285,7 +295,8 @@ void World::press(const Step& step) {
     if (all.empty() || all.size() != model->toasts.size()) {
         return;
     }
-    const std::size_t index = step.a % 4 == 3 ? step.a % all.size() : all.size() - 1;
+    const std::size_t back = step.a % 4 == 3 ? step.a / 4 % std::min<std::size_t>(all.size(), 5) : 0;
+    const std::size_t index = all.size() - 1 - back;
     const int button = step.b % 8 == 7 ? static_cast<int>(step.b / 8 % 6) - 1 : static_cast<int>(step.b % 3);
     const bool expected = model->press(model->toasts[index], button);
     checkEqual("press", host::pressButton(*all[index], button), expected);

@@ -48,7 +48,7 @@ private:
     void compareLines();
     void compareTracking();
     void compareToasts();
-    void compareHandles();
+    void compareHandles(unsigned openEvents);
     void compareDefaultHandling();
     void check(bool holds, const std::string& what);
     template <class Value>

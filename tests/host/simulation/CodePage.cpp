@@ -14,7 +14,10 @@ char32_t decode(const unsigned char*& position, const unsigned char* end) {
     if (lead < 0x80) {
         return lead;
     }
-    const int following = lead >= 0xC2 && lead < 0xE0 ? 1 : lead >= 0xE0 && lead < 0xF0 ? 2 : lead >= 0xF0 && lead < 0xF5 ? 3 : 0;
+    const int following = lead >= 0xC2 && lead < 0xE0   ? 1
+                          : lead >= 0xE0 && lead < 0xF0 ? 2
+                          : lead >= 0xF0 && lead < 0xF5 ? 3
+                                                        : 0;
     if (following == 0) {
         return kReplacement;
     }

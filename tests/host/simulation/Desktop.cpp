@@ -116,8 +116,7 @@ LRESULT DispatchMessageA(const MSG* message) {
     if (const auto window = desktop().windows.find(message->hwnd); window != desktop().windows.end()) {
         procedure = window->second.procedure;
     }
-    const LRESULT result =
-        procedure ? procedure(message->hwnd, message->message, message->wParam, message->lParam) : 0;
+    const LRESULT result = procedure ? procedure(message->hwnd, message->message, message->wParam, message->lParam) : 0;
     desktop().lastDispatchResult = result;
     return result;
 }
@@ -172,8 +171,9 @@ BOOL EnumDisplaySettingsA(LPCSTR device, DWORD number, LPDEVMODEA mode) {
     return simulate<EnumDisplaySettingsA>(
         [&]() -> BOOL {
             const auto& displays = desktop().displays;
-            const auto found = std::find_if(displays.begin(), displays.end(),
-                                            [&](const DisplayDevice& display) { return display.name == device; });
+            const auto found = std::find_if(displays.begin(), displays.end(), [&](const DisplayDevice& display) {
+                return device ? display.name == device : display.primary;
+            });
             if (found == displays.end() || mode->dmSize != sizeof *mode) {
                 return FALSE;
             }

@@ -41,7 +41,8 @@ struct Desktop {
     std::deque<MSG> queue;
     bool quitPosted = false;
     std::map<std::pair<HWND, UINT_PTR>, UINT> timers; // milliseconds
-    std::vector<DisplayDevice> displays;
+    std::vector<DisplayDevice> displays{
+        {"\\\\.\\DISPLAY1", true, {1920, 1080, 32, 60}, {{1280, 720, 32, 60}, {1920, 1080, 32, 60}}}};
 
     // Called when the message loop has nothing to do; it posts the next message. Without it that is a finding and the
     // loop ends.

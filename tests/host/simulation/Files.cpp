@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <cwchar>
+#include <memory>
 #include <optional>
 
 #include <fcntl.h>
@@ -25,7 +26,8 @@ namespace fs = std::filesystem;
 class Root {
 public:
     Root() {
-        std::string pattern = (fs::is_directory("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path()) / "brisk-drives-XXXXXX";
+        std::string pattern =
+            (fs::is_directory("/dev/shm") ? fs::path("/dev/shm") : fs::temp_directory_path()) / "brisk-drives-XXXXXX";
         if (!mkdtemp(pattern.data())) {
             std::perror("brisk: no folder for the simulated drives");
             std::exit(2);
@@ -50,9 +52,13 @@ const std::string& root() {
     return theRoot.folder;
 }
 
-bool hasDrive(const std::string& path) { return path.size() >= 2 && std::isalpha(static_cast<unsigned char>(path[0])) && path[1] == ':'; }
+bool hasDrive(const std::string& path) {
+    return path.size() >= 2 && std::isalpha(static_cast<unsigned char>(path[0])) && path[1] == ':';
+}
 
-bool isWindowsPath(const std::string& path) { return hasDrive(path) || path.find('\\') != std::string::npos; }
+bool isWindowsPath(const std::string& path) {
+    return hasDrive(path) || path.find('\\') != std::string::npos;
+}
 
 std::string translate(const std::string& windowsPath) {
     if (!isWindowsPath(windowsPath)) {
@@ -64,7 +70,9 @@ std::string translate(const std::string& windowsPath) {
 }
 
 // Characters that a name on Windows cannot have; a wildcard that was not resolved is one.
-bool hasInvalidName(const std::string& path) { return path.find_first_of("*?\"<>|") != std::string::npos; }
+bool hasInvalidName(const std::string& path) {
+    return path.find_first_of("*?\"<>|") != std::string::npos;
+}
 
 DWORD errorOf(const std::string& path) {
     switch (errno) {
@@ -101,6 +109,31 @@ std::optional<DWORD> readAttributes(const std::string& path) {
     return FILE_ATTRIBUTE_REPARSE_POINT | (leadsToFolder ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_NORMAL);
 }
 
+// What an open handle keeps others from: opening the file for reading, for writing.
+struct Denial {
+    Denial(std::string path, DWORD share) : path(std::move(path)), share(share) { all().push_back(this); }
+    Denial(const Denial&) = delete;
+    Denial& operator=(const Denial&) = delete;
+    ~Denial() { std::erase(all(), this); }
+
+    static std::vector<Denial*>& all() {
+        static std::vector<Denial*> denials;
+        return denials;
+    }
+    static bool refuses(const std::string& path, DWORD wanted) {
+        return std::any_of(all().begin(), all().end(),
+                           [&](const Denial* denial) { return denial->path == path && !(denial->share & wanted); });
+    }
+
+    const std::string path;
+    const DWORD share;
+};
+
+struct OpenFile {
+    DWORD attributes;
+    std::shared_ptr<Denial> denial;
+};
+
 struct Search {
     std::string folder;
     std::vector<std::string> names;
@@ -122,15 +155,26 @@ std::string narrow(LPCWSTR wide) {
     const int length = static_cast<int>(std::wcslen(wide));
     std::string text(static_cast<std::size_t>(length) * 4, '\0');
     if (!text.empty()) {
-        text.resize(static_cast<std::size_t>(
-            WideCharToMultiByte(CP_ACP, 0, wide, length, text.data(), static_cast<int>(text.size()), nullptr, nullptr)));
+        text.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_ACP, 0, wide, length, text.data(),
+                                                                 static_cast<int>(text.size()), nullptr, nullptr)));
     }
     return text;
 }
 
 } // namespace
 
-fs::path onThisMachine(const std::string& windowsPath) { return translate(windowsPath); }
+fs::path onThisMachine(const std::string& windowsPath) {
+    return translate(windowsPath);
+}
+
+std::string onWindows(const fs::path& path) {
+    std::string text = path.string();
+    if (text.starts_with(root() + '/')) {
+        text.erase(0, root().size() + 1);
+        std::replace(text.begin(), text.end(), '/', '\\');
+    }
+    return text;
+}
 
 void clearDrives() {
     for (const fs::directory_entry& drive : fs::directory_iterator(root())) {
@@ -210,7 +254,8 @@ HANDLE CreateFileW(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES*
                 SetLastError(errorOf(name));
                 return INVALID_HANDLE_VALUE;
             }
-            return handles().open(HandleKind::File, attributesOf(status));
+            return handles().open(HandleKind::File,
+                                  OpenFile{attributesOf(status), std::make_shared<Denial>(name, share)});
         },
         path, access, share, security, disposition, flags, pattern);
 }
@@ -218,10 +263,9 @@ HANDLE CreateFileW(LPCWSTR path, DWORD access, DWORD share, SECURITY_ATTRIBUTES*
 BOOL GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION information) {
     return simulate<GetFileInformationByHandle>(
         [&]() -> BOOL {
-            const auto* attributes =
-                handles().find<DWORD>(HandleKind::File, file, "GetFileInformationByHandle");
-            information->dwFileAttributes = attributes ? *attributes : 0;
-            return attributes != nullptr;
+            const auto* open = handles().find<OpenFile>(HandleKind::File, file, "GetFileInformationByHandle");
+            information->dwFileAttributes = open ? open->attributes : 0;
+            return open != nullptr;
         },
         file, information);
 }
@@ -229,7 +273,9 @@ BOOL GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION inform
 // The standard library's streams open their files by this call.
 extern "C" FILE* fopen64(const char* path, const char* mode) {
     const bool writes = std::strpbrk(mode, "wa+") != nullptr;
-    const int flags = (std::strchr(mode, '+') ? O_RDWR : writes ? O_WRONLY : O_RDONLY) |
+    const int flags = (std::strchr(mode, '+') ? O_RDWR
+                       : writes               ? O_WRONLY
+                                              : O_RDONLY) |
                       (writes && mode[0] != 'r' ? O_CREAT : 0) | (mode[0] == 'w' ? O_TRUNC : 0) |
                       (mode[0] == 'a' ? O_APPEND : 0) | O_CLOEXEC;
     std::string name = path;
@@ -240,8 +286,9 @@ extern "C" FILE* fopen64(const char* path, const char* mode) {
         const bool refused = hasInvalidName(name) || !(writes ? opening.canWrite : opening.canRead);
         name = translate(name);
         // Windows opens no folder as a file, and no read-only file for writing, whoever asks.
-        if (refused || (stat(name.c_str(), &status) == 0 &&
-                        (S_ISDIR(status.st_mode) || (writes && !(status.st_mode & S_IWUSR))))) {
+        if (refused || Denial::refuses(name, writes ? FILE_SHARE_WRITE : FILE_SHARE_READ) ||
+            (stat(name.c_str(), &status) == 0 &&
+             (S_ISDIR(status.st_mode) || (writes && !(status.st_mode & S_IWUSR))))) {
             errno = EACCES;
             return nullptr;
         }

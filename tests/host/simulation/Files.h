@@ -10,6 +10,9 @@ namespace brisk::host {
 // This machine's path for a Windows path; a path without drive or backslash is this machine's own and stays.
 std::filesystem::path onThisMachine(const std::string& windowsPath);
 
+// The reverse.
+std::string onWindows(const std::filesystem::path& path);
+
 // All drives are empty.
 void clearDrives();
 

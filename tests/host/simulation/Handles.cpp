@@ -10,7 +10,9 @@ namespace {
 constexpr std::uintptr_t kFirst = 0x100;
 constexpr std::uintptr_t kStep = 4;
 
-std::size_t indexOf(HANDLE handle) { return (reinterpret_cast<std::uintptr_t>(handle) - kFirst) / kStep; }
+std::size_t indexOf(HANDLE handle) {
+    return (reinterpret_cast<std::uintptr_t>(handle) - kFirst) / kStep;
+}
 
 } // namespace
 
@@ -32,7 +34,9 @@ bool Handles::close(HandleKind kind, HANDLE handle, const char* call) {
     return true;
 }
 
-unsigned Handles::count(HandleKind kind) const { return openOf[static_cast<int>(kind)]; }
+unsigned Handles::count(HandleKind kind) const {
+    return openOf[static_cast<int>(kind)];
+}
 
 bool Handles::wasClosed(HANDLE handle) const {
     const std::size_t index = indexOf(handle);

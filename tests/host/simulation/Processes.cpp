@@ -33,8 +33,7 @@ void append(std::string& resource, const std::string& name, const std::string& d
 std::string serialise(const VersionResource& version) {
     std::string resource;
     const WORD translation[] = {version.language, version.codePage};
-    append(resource, "\\VarFileInfo\\Translation",
-           {reinterpret_cast<const char*>(translation), sizeof translation});
+    append(resource, "\\VarFileInfo\\Translation", {reinterpret_cast<const char*>(translation), sizeof translation});
     std::ostringstream block;
     block << "\\StringFileInfo\\" << std::hex << std::setfill('0') << std::setw(4) << version.language << std::setw(4)
           << version.codePage << '\\';

@@ -32,7 +32,9 @@ struct Registry {
 
     std::shared_ptr<RegistryKeyNode> currentUser;
     std::shared_ptr<RegistryKeyNode> localMachine;
+    // While RegOverridePredefKey has put another key in a root's place.
     std::shared_ptr<RegistryKeyNode> currentUserOverride;
+    std::shared_ptr<RegistryKeyNode> localMachineOverride;
     std::uint64_t changes = 0; // calls that may have changed something
 };
 

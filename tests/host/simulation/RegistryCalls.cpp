@@ -24,7 +24,8 @@ LSTATUS resolve(HKEY key, OpenKey& found, const char* call) {
         return ERROR_SUCCESS;
     }
     if (key == HKEY_LOCAL_MACHINE) {
-        found = {registry().localMachine, KEY_ALL_ACCESS};
+        const Registry& all = registry();
+        found = {all.localMachineOverride ? all.localMachineOverride : all.localMachine, KEY_ALL_ACCESS};
         return ERROR_SUCCESS;
     }
     const OpenKey* open = handles().find<OpenKey>(HandleKind::RegistryKey, key, call);
@@ -57,7 +58,9 @@ LSTATUS openKey(HKEY root, LPCSTR path, DWORD access, HKEY* key, const char* cal
     return ERROR_SUCCESS;
 }
 
-std::string nameOf(LPCSTR name) { return name ? name : ""; }
+std::string nameOf(LPCSTR name) {
+    return name ? name : "";
+}
 
 } // namespace
 
@@ -156,11 +159,23 @@ LSTATUS RegSetKeyValueA(HKEY root, LPCSTR path, LPCSTR name, DWORD type, LPCVOID
     return status;
 }
 
-LSTATUS RegGetValueA(HKEY root, LPCSTR path, LPCSTR name, DWORD /*flags*/, LPDWORD type, PVOID data, LPDWORD size) {
+LSTATUS RegGetValueA(HKEY root, LPCSTR path, LPCSTR name, DWORD flags, LPDWORD type, PVOID data, LPDWORD size) {
     HKEY key = nullptr;
     LSTATUS status = simulatedCall<RegOpenKeyExA>.real(root, path, 0, KEY_READ, &key);
     if (status == ERROR_SUCCESS) {
-        status = simulatedCall<RegQueryValueExA>.real(key, name, nullptr, type, static_cast<BYTE*>(data), size);
+        DWORD found = REG_NONE;
+        const DWORD capacity = size ? *size : 0;
+        status = simulatedCall<RegQueryValueExA>.real(key, name, nullptr, &found, nullptr, size);
+        const DWORD accepted = found == REG_SZ ? RRF_RT_REG_SZ : found == REG_DWORD ? RRF_RT_REG_DWORD : RRF_RT_ANY;
+        if (status == ERROR_SUCCESS && (flags & accepted) == 0) {
+            status = ERROR_UNSUPPORTED_TYPE;
+        }
+        if (status == ERROR_SUCCESS) {
+            if (size) {
+                *size = capacity;
+            }
+            status = simulatedCall<RegQueryValueExA>.real(key, name, nullptr, type, static_cast<BYTE*>(data), size);
+        }
         simulatedCall<RegCloseKey>.real(key);
     }
     return status;
@@ -230,15 +245,13 @@ LSTATUS RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameLength, LPD
 }
 
 LSTATUS RegOverridePredefKey(HKEY predefined, HKEY replacement) {
-    if (predefined != HKEY_CURRENT_USER) {
-        return ERROR_INVALID_HANDLE;
-    }
     OpenKey open;
     if (replacement) {
         if (const LSTATUS status = resolve(replacement, open, "RegOverridePredefKey"); status != ERROR_SUCCESS) {
             return status;
         }
     }
-    registry().currentUserOverride = open.node;
+    auto& root = predefined == HKEY_CURRENT_USER ? registry().currentUserOverride : registry().localMachineOverride;
+    root = open.node;
     return ERROR_SUCCESS;
 }

@@ -1,5 +1,5 @@
-// Every call of the simulated Windows goes through an object of its own, simulatedCall<Function>, at which a test counts
-// it, makes it fail or puts itself in its place.
+// Every call of the simulated Windows goes through an object of its own, simulatedCall<Function>, at which a test
+// counts it, makes it fail or puts itself in its place.
 #pragma once
 
 #include <cstdint>

@@ -48,7 +48,7 @@ DWORD GetModuleFileNameA(HMODULE module, LPSTR path, DWORD characters) {
         module, path, characters);
 }
 
-// The vendor's library is not on this machine; a test that wants it puts itself in the place of these three.
+// The vendor's library is not on this machine.
 HMODULE LoadLibraryExA(LPCSTR name, HANDLE reserved, DWORD flags) {
     return simulate<LoadLibraryExA>(
         []() -> HMODULE {
@@ -60,7 +60,11 @@ HMODULE LoadLibraryExA(LPCSTR name, HANDLE reserved, DWORD flags) {
 
 FARPROC GetProcAddress(HMODULE module, LPCSTR name) {
     return simulate<GetProcAddress>(
-        []() -> FARPROC {
+        [&]() -> FARPROC {
+            // All that the toast helper's model looks up.
+            if (std::strcmp(name, "RoGetActivationFactory") == 0) {
+                return [] { return std::int64_t{0}; };
+            }
             SetLastError(ERROR_PROC_NOT_FOUND);
             return nullptr;
         },

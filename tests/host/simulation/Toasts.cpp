@@ -59,15 +59,17 @@ bool failToast(Toast& toast) {
 namespace WinToastLib {
 
 using brisk::host::modelMutex;
-using brisk::host::Toast;
 using brisk::host::notificationArea;
+using brisk::host::Toast;
 
 WinToast& WinToast::instance() {
     static WinToast& winToast = *new WinToast;
     return winToast;
 }
 
-bool WinToast::isCompatible() { return notificationArea().isCompatible; }
+bool WinToast::isCompatible() {
+    return GetProcAddress(nullptr, "RoGetActivationFactory") != nullptr;
+}
 
 std::wstring WinToast::configureAUMI(const std::wstring& company, const std::wstring& product,
                                      const std::wstring& subProduct, const std::wstring& version) {
@@ -100,6 +102,7 @@ std::int64_t WinToast::showToast(const ToastTemplate& toast, const std::shared_p
         }
     };
     all.push_back(shown);
+    notificationArea().events.push_back("Show " + std::to_string(all.size()));
     return shown->id;
 }
 
@@ -110,6 +113,9 @@ void WinToast::clear() {
     }
     for (const auto& toast : notificationArea().all) {
         if (toast->isInTable) {
+            // What the user has answered is gone already.
+            notificationArea().events.push_back("Hide " + std::to_string(toast->id + 1) +
+                                                (toast->isShown ? "" : " -> 0x803E0107"));
             toast->isInTable = false;
             toast->isShown = false;
         }

@@ -22,7 +22,6 @@ struct Toast {
 };
 
 struct NotificationArea {
-    bool isCompatible = true;
     bool canInitialize = true;
     bool canShow = true;
     bool initialized = false;
@@ -30,6 +29,7 @@ struct NotificationArea {
     std::wstring companyName;
     std::wstring appUserModelId;
     std::vector<std::shared_ptr<Toast>> all; // shown so far, in order
+    std::vector<std::string> events;         // "Show 1", "Hide 1", "Activated 1 0", counted from 1
 
     // Those that are on screen or in the notification centre.
     std::vector<std::shared_ptr<Toast>> shown() const;

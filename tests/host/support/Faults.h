@@ -9,9 +9,10 @@ template <class Function>
 using FaultPoint = host::SimulatedCall<Function>;
 
 // No call fails any more; all counts are zero.
-inline void reset() { host::SimulatedCallBase::resetAll(); }
+inline void reset() {
+    host::SimulatedCallBase::resetAll();
+}
 
 } // namespace brisk::faults
 
-#define BRISK_FAULT_POINT(library, function)                                                                           \
-    inline auto& function##Fault = brisk::host::simulatedCall<::function>;
+#define BRISK_FAULT_POINT(library, function) inline auto& function##Fault = brisk::host::simulatedCall<::function>;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/Log.h"
+#include "app/TextEncoding.h"
 #include "host/simulation/Files.h"
 
 #include <atomic>
@@ -15,6 +16,24 @@
 #include <vector>
 
 #include <windows.h>
+
+namespace brisk {
+
+// Here a path is this machine's, and its narrow text Windows'.
+inline std::string toNarrow(const std::filesystem::path& path) {
+    return host::onWindows(path);
+}
+
+// Windows' calls as tests make them, with the path's own narrow characters.
+inline HANDLE CreateFileW(const char* path, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security, DWORD disposition,
+                          DWORD flags, HANDLE pattern) {
+    return ::CreateFileW(toWide(path).c_str(), access, share, security, disposition, flags, pattern);
+}
+inline BOOL SetFileAttributesW(const char* /*path*/, DWORD /*attributes*/) {
+    return TRUE;
+}
+
+} // namespace brisk
 
 namespace brisk::testing {
 

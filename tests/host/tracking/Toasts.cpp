@@ -6,7 +6,9 @@
 
 namespace brisk::testing {
 
-Toasts::Toasts() { control.reset(); }
+Toasts::Toasts() {
+    control.reset();
+}
 
 Toasts::~Toasts() {
     ToastManager::instance()->cleanup();
@@ -19,7 +21,9 @@ std::vector<std::string> Toasts::shown() const {
     for (const auto& toast : host::notificationArea().all) {
         std::string document;
         for (const wchar_t character : toast->document) {
-            document += character == L'\n' ? "\\n" : std::string(1, static_cast<char>(character));
+            document += character == L'\n'   ? "\\n"
+                        : character == L'\\' ? "\\\\"
+                                             : std::string(1, static_cast<char>(character));
         }
         documents.push_back(document);
     }
@@ -29,22 +33,6 @@ std::vector<std::string> Toasts::shown() const {
 std::vector<std::string> Toasts::events() const {
     const std::lock_guard lock(host::modelMutex());
     return host::notificationArea().events;
-}
-
-std::string toastDocument(const std::string& title, const std::string& subtitle, const std::string& body,
-                          const std::vector<std::string>& buttons) {
-    std::string xml = R"(\n<toast template="ToastGeneric" duration="long" scenario="Default">)"
-                      R"(<visual><binding template="ToastGeneric">)"
-                      R"(<image placement="appLogoOverride" hint-crop="circle" src=""/>)";
-    xml += "<text>" + title + "</text><text>" + subtitle + "</text>\\n" + body + "</binding></visual><actions>";
-    for (std::size_t k = 0; k < buttons.size(); ++k) {
-        xml += "<action content=\"" + buttons[k] + "\" arguments=\"" + std::to_string(k) + "\"/>";
-    }
-    return xml + "</actions></toast>";
-}
-
-std::string plainToast(const std::string& title, const std::string& subtitle) {
-    return toastDocument(title, subtitle, "<text></text>", {});
 }
 
 } // namespace brisk::testing

@@ -24,7 +24,19 @@ std::string titleOf(const host::Toast& toast) {
     return {document.begin() + static_cast<std::ptrdiff_t>(begin), document.begin() + static_cast<std::ptrdiff_t>(end)};
 }
 
-NotificationStandinControl::EventResult answer(bool handled) { return {1, handled ? S_OK : E_FAIL}; }
+void record(const char* event, unsigned number, unsigned detail) {
+    const std::lock_guard lock(host::modelMutex());
+    host::notificationArea().events.push_back(std::string(event) + " " + std::to_string(number) + " " +
+                                              std::to_string(detail));
+}
+
+// Events are delivered one after the other.
+template <class Event>
+NotificationStandinControl::EventResult deliver(const Event& event) {
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
+    return {1, event() ? S_OK : E_FAIL};
+}
 
 } // namespace
 
@@ -43,20 +55,25 @@ NotificationStandinControl::EventResult NotificationStandinControl::press(unsign
     const auto toast = find(number);
     // A pressed toast goes away.
     toast->isShown = false;
-    return answer(host::pressButton(*toast, static_cast<int>(button)));
+    record("Activated", number, button);
+    return deliver([&] { return host::pressButton(*toast, static_cast<int>(button)); });
 }
 
 NotificationStandinControl::EventResult NotificationStandinControl::dismiss(unsigned number, unsigned reason,
                                                                             std::chrono::milliseconds /*limit*/) const {
     const auto toast = find(number);
     toast->isDismissed = true;
-    return answer(host::dismiss(*toast, static_cast<WinToastLib::ToastDismissalReason>(reason)));
+    record("Dismissed", number, reason);
+    return deliver([&] { return host::dismiss(*toast, static_cast<WinToastLib::ToastDismissalReason>(reason)); });
 }
 
 NotificationStandinControl::EventResult
 NotificationStandinControl::activate(unsigned number, const std::string& arguments,
                                      std::chrono::milliseconds /*limit*/) const {
-    return answer(host::pressButton(*find(number), std::stoi(arguments)));
+    const auto toast = find(number);
+    const int button = std::stoi(arguments);
+    record("Activated", number, static_cast<unsigned>(button));
+    return deliver([&] { return host::pressButton(*toast, button); });
 }
 
 void NotificationStandinControl::setFailures(const std::string& rules) const {
@@ -69,6 +86,7 @@ void NotificationStandinControl::setFailures(const std::string& rules) const {
 void NotificationStandinControl::reset() const {
     const std::lock_guard lock(host::modelMutex());
     host::notificationArea().all.clear();
+    host::notificationArea().events.clear();
     host::notificationArea().canShow = true;
 }
 
