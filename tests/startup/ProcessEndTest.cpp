@@ -65,20 +65,21 @@ protected:
         whenCreated = [this, message](HWND window) {
             ASSERT_TRUE(titleManager().isTitleSupported("", "game.exe", ""));
             showToast("Offer", "", "", {{"Configure Settings", [] { patchTitle("game.exe"); }}});
-            std::thread([this] { toasts.control.press(1, 0); }).detach();
+            // Neither thread is waited for: the process ends first.
+            new std::thread([this] { toasts.control.press(1, 0); });
             held.waitUntilReached();
             // From now on to a file, which the other process reads.
             faults::outputDebugString.intercept(
                 [path = report](const char* text) { std::ofstream(path, std::ios::app | std::ios::binary) << text; });
             PostMessageA(window, message, 0, 0);
         };
-        std::thread([] {
+        new std::thread([] {
             while (!ending.isOpen()) {
                 Sleep(1);
             }
             Sleep(static_cast<DWORD>(testing::kTemptation.count()));
             held.open();
-        }).detach();
+        });
         std::exit(start());
     }
 

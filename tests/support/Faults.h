@@ -104,7 +104,8 @@ public:
     }
 
 private:
-    std::function<Result(Arguments...)> hook;
+    // Never destroyed: threads may still call while the process ends.
+    std::function<Result(Arguments...)>& hook = *new std::function<Result(Arguments...)>;
 };
 
 template <auto& Point, class Function>
