@@ -25,7 +25,7 @@ struct Answer {
 
 Answer readAnswer(std::string_view& input) {
     unsigned char bytes[6] = {};
-    std::memcpy(bytes, input.data(), std::min(input.size(), sizeof bytes));
+    input.copy(reinterpret_cast<char*>(bytes), sizeof bytes);
     input.remove_prefix(std::min(input.size(), sizeof bytes));
     return {!(bytes[0] & 1), (bytes[0] & 2) != 0, static_cast<std::int16_t>(bytes[2] | bytes[3] << 8),
             static_cast<std::uint16_t>(bytes[4] | bytes[5] << 8)};
