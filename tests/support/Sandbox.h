@@ -22,9 +22,11 @@ class TemporaryFolder {
 public:
     TemporaryFolder() {
         static std::atomic<unsigned> number = 0;
-        folder = std::filesystem::temp_directory_path() /
-                 (L"brisk-test-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++number));
-        std::filesystem::create_directories(folder);
+        // An earlier process of the same id may have left a folder behind.
+        do {
+            folder = std::filesystem::temp_directory_path() /
+                     (L"brisk-test-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++number));
+        } while (!std::filesystem::create_directories(folder));
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
