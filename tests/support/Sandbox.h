@@ -3,6 +3,7 @@
 
 #include "app/Log.h"
 #include "app/TextEncoding.h"
+#include "support/TextFiles.h"
 
 #include <atomic>
 #include <filesystem>
@@ -43,36 +44,6 @@ public:
 private:
     std::filesystem::path folder;
 };
-
-// Whole files, byte for byte.
-inline std::string readFile(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
-        throw std::runtime_error("cannot read " + file.string());
-    }
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-inline void writeFile(const std::filesystem::path& file, const std::string& bytes) {
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream stream(file, std::ios::binary);
-    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!stream.flush()) {
-        throw std::runtime_error("cannot write " + file.string());
-    }
-}
-
-inline std::vector<std::string> splitLines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        if (line.ends_with('\r')) {
-            line.pop_back();
-        }
-        lines.push_back(line);
-    }
-    return lines;
-}
 
 // Sends the process's log to a file while it lives, and gives its lines. The log's number base is decimal at first.
 class CapturedLog {
