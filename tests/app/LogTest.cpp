@@ -145,7 +145,10 @@ TEST_F(LogTest, OthersMayReadAndWriteTheFileMeanwhile) {
     DWORD length = 0;
     EXPECT_TRUE(ReadFile(other, text, sizeof text, &length, nullptr));
     EXPECT_EQ(std::string(text, length), "Brisk : read by others\r\n");
+    EXPECT_TRUE(WriteFile(other, "another's\r\n", 11, &length, nullptr));
+    log.line("Brisk : behind it");
     CloseHandle(other);
+    EXPECT_EQ(testing::readFile(file()), "Brisk : read by others\r\nanother's\r\nBrisk : behind it\r\n");
 }
 
 TEST_F(LogTest, PathThatIsAFolderLosesTheLinesWithoutAnyOtherEffect) {
@@ -161,6 +164,22 @@ TEST_F(LogTest, PathInAMissingFolderLosesTheLinesWithoutAnyOtherEffect) {
     log.setFilePath(toNarrow(folder / "missing" / "brisk.log"));
     log.line("Brisk : lost");
     EXPECT_FALSE(std::filesystem::exists(folder / "missing"));
+    log.setFilePath(toNarrow(file()));
+    log.line("Brisk : kept");
+    EXPECT_EQ(testing::readFile(file()), "Brisk : kept\r\n");
+    EXPECT_THAT(debuggerOutput, IsEmpty());
+}
+
+TEST_F(LogTest, FullDiskLosesTheLinesWithoutAnyOtherEffect) {
+    // A device of the system below Wine: it opens, and takes nothing.
+    constexpr char kFullDevice[] = "Z:\\dev\\full";
+    std::ofstream device(kFullDevice, std::ios::out | std::ios::app);
+    if (!device.is_open()) {
+        GTEST_SKIP() << "no disk that is always full";
+    }
+    EXPECT_FALSE(device << "x" << std::flush);
+    log.setFilePath(kFullDevice);
+    log.line("Brisk : lost");
     log.setFilePath(toNarrow(file()));
     log.line("Brisk : kept");
     EXPECT_EQ(testing::readFile(file()), "Brisk : kept\r\n");

@@ -42,6 +42,10 @@ protected:
     static std::string parse(const std::string& commandLine) {
         setDefaults();
         parseParameters(commandLine);
+        return variables();
+    }
+
+    static std::string variables() {
         std::ostringstream text;
         text << NumberOfIntervalsForWarming << ' ' << NumberOfIntervalsForTracking << ' '
              << NumberOfIntervalsForNotTracking << ' ' << NumberOfTrackingIntervalsToBeValid << " fps "
@@ -146,6 +150,13 @@ TEST_F(RunTimeParametersTest, NumbersMustConsistOfDigitsOnly) {
     EXPECT_EQ(parse("-nw 0010"), "10 30 120 120 fps none log none");
 }
 
+TEST_F(RunTimeParametersTest, NumbersAreLoggedAsTheyStand) {
+    parse("-nw 0010 -fps 007");
+    EXPECT_THAT(log.take(), ElementsAre(kLookingForWarming, "Brisk : set NumberOfIntervalsForWarming to 0010",
+                                        kLookingForTracking, kLookingForNotTracking, kLookingForValid, kLookingForFps,
+                                        "Brisk : set fpsOverride to 007", kLookingForLog));
+}
+
 TEST_F(RunTimeParametersTest, ExactlyOneWhiteSpaceStandsBetweenFlagAndNumber) {
     EXPECT_EQ(parse("-nw  10"), kDefaults);
     EXPECT_EQ(parse("-nw10"), kDefaults);
@@ -200,9 +211,33 @@ TEST_F(RunTimeParametersTest, LargestNumberIsThatOfASigned32BitInteger) {
     }
 }
 
-TEST_F(RunTimeParametersTest, FrameRateBeyondASigned32BitIntegerIsAnErrorAndStaysUnset) {
-    EXPECT_THROW(parse("-fps 2147483648"), std::out_of_range);
-    EXPECT_FALSE(fpsOverride);
+TEST_F(RunTimeParametersTest, EachNumberThatIsTooLargeIsAnErrorBehindWhichNothingIsSet) {
+    const struct {
+        const char* commandLine;
+        const char* lastLine;
+        const char* variables;
+    } cases[] = {
+        {"-nw 2147483648 -nt 2 -nn 3 -nv 4 -fps 5 -log a.txt", "Brisk : set NumberOfIntervalsForWarming to 2147483648",
+         kDefaults},
+        {"-nw 1 -nt 2147483648 -nn 3 -nv 4 -fps 5 -log a.txt", "Brisk : set NumberOfIntervalsForTracking to 2147483648",
+         "1 30 120 120 fps none log none"},
+        {"-nw 1 -nt 2 -nn 2147483648 -nv 4 -fps 5 -log a.txt",
+         "Brisk : set NumberOfIntervalsForNotTracking to 2147483648", "1 2 120 120 fps none log none"},
+        {"-nw 1 -nt 2 -nn 3 -nv 2147483648 -fps 5 -log a.txt",
+         "Brisk : set NumberOfTrackingIntervalsToBeValid to 2147483648", "1 2 3 120 fps none log none"},
+        {"-nw 1 -nt 2 -nn 3 -nv 4 -fps 2147483648 -log a.txt", "Brisk : set fpsOverride to 2147483648",
+         "1 2 3 4 fps none log none"},
+    };
+    for (const auto& [commandLine, lastLine, expected] : cases) {
+        try {
+            parse(commandLine);
+            ADD_FAILURE() << commandLine << " was accepted";
+        } catch (const std::out_of_range& error) {
+            EXPECT_STREQ(error.what(), "stoi argument out of range");
+        }
+        EXPECT_EQ(variables(), expected);
+        EXPECT_EQ(log.take().back(), lastLine);
+    }
 }
 
 TEST_F(RunTimeParametersTest, LongestCommandLineIsParsed) {

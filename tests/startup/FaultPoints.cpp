@@ -4,6 +4,7 @@ BRISK_FAULT_POINT("user32.dll", FindWindowA)
 BRISK_FAULT_POINT("user32.dll", RegisterClassA)
 BRISK_FAULT_POINT("user32.dll", CreateWindowExA)
 BRISK_FAULT_POINT("user32.dll", GetMessageA)
+BRISK_FAULT_POINT("user32.dll", TranslateMessage)
 BRISK_FAULT_POINT("user32.dll", DispatchMessageA)
 BRISK_FAULT_POINT("user32.dll", DefWindowProcA)
 BRISK_FAULT_POINT("user32.dll", PostQuitMessage)
@@ -41,6 +42,7 @@ FaultPoint<decltype(::FindWindowA)>& findWindow = FindWindowAFault;
 FaultPoint<decltype(::RegisterClassA)>& registerClass = RegisterClassAFault;
 FaultPoint<decltype(::CreateWindowExA)>& createWindow = CreateWindowExAFault;
 FaultPoint<decltype(::GetMessageA)>& getMessage = GetMessageAFault;
+FaultPoint<decltype(::TranslateMessage)>& translateMessage = TranslateMessageFault;
 FaultPoint<decltype(::DispatchMessageA)>& dispatchMessage = DispatchMessageAFault;
 FaultPoint<decltype(::DefWindowProcA)>& defWindowProc = DefWindowProcAFault;
 FaultPoint<decltype(::PostQuitMessage)>& postQuitMessage = PostQuitMessageFault;

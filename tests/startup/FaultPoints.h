@@ -11,6 +11,7 @@ extern FaultPoint<decltype(::FindWindowA)>& findWindow;
 extern FaultPoint<decltype(::RegisterClassA)>& registerClass;
 extern FaultPoint<decltype(::CreateWindowExA)>& createWindow;
 extern FaultPoint<decltype(::GetMessageA)>& getMessage;
+extern FaultPoint<decltype(::TranslateMessage)>& translateMessage;
 extern FaultPoint<decltype(::DispatchMessageA)>& dispatchMessage;
 extern FaultPoint<decltype(::DefWindowProcA)>& defWindowProc;
 extern FaultPoint<decltype(::PostQuitMessage)>& postQuitMessage;

@@ -88,6 +88,21 @@ TEST_F(MainTest, ParametersAreReadAndTheLogGoesToItsFileFromTheStartLineOn) {
     EXPECT_THAT(record(), ElementsAreArray(before));
 }
 
+TEST_F(MainTest, EmptyLogPathLeavesTheLogToTheDebugger) {
+    writeGame();
+    EXPECT_EQ(start("-log "), 0);
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines() + Lines{"Brisk : set logToFile to "} + startLines() +
+                                           Lines{"Brisk : finished"}));
+}
+
+TEST_F(MainTest, LogThatCannotBeWrittenIsLostAndTheServiceDoesItsWork) {
+    writeGame();
+    whenCreated = [](HWND window) { PostMessageA(window, BRISK_MASSIVE_PATCHING, 0, 0); };
+    EXPECT_EQ(start("-log " + folder.narrow()), 0);
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines() + Lines{"Brisk : set logToFile to " + folder.narrow()}));
+    EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
+}
+
 TEST_F(MainTest, NumberBeyond32BitsEndsTheProcessWithOneBeforeTheStartLine) {
     EXPECT_EQ(start("-nw 99999999999"), 1);
     EXPECT_THAT(record(), ElementsAre(parameterLines()[0], "Brisk : set NumberOfIntervalsForWarming to 99999999999",
@@ -107,6 +122,7 @@ TEST_F(MainTest, SecondInstanceLeavesAtOnceWithOne) {
                                            Lines{"Brisk 1.09 : started", "Brisk : running already. Exiting."}));
     EXPECT_EQ(faults::getModuleFileName.calls(), 0u);
     EXPECT_EQ(faults::regCreateKey.calls(), 0u);
+    EXPECT_EQ(faults::enumDisplaySettings.calls(), 0u);
     EXPECT_EQ(faults::registerClass.calls(), 0u);
 }
 
