@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 BRISK_FAULT_POINT("advapi32.dll", RegCreateKeyExA)
+BRISK_FAULT_POINT("advapi32.dll", RegQueryValueExA)
 BRISK_FAULT_POINT("advapi32.dll", RegSetValueExA)
 BRISK_FAULT_POINT("advapi32.dll", RegOpenKeyA)
 BRISK_FAULT_POINT("advapi32.dll", RegOpenKeyExA)
@@ -25,6 +26,7 @@ constexpr char kPatchedAppsKey[] = "SOFTWARE\\Orlan\\briskGCT\\PatchedApps";
 
 class UserStateTest : public ::testing::Test {
 protected:
+    UserStateTest() { faults::reset(); }
     ~UserStateTest() override { faults::reset(); }
 
     // A key's values as "name=type:bytes in hexadecimal"; "none" for a key that does not exist.
@@ -172,6 +174,24 @@ TEST_F(UserStateTest, CountIsASigned32BitNumber) {
     EXPECT_EQ(getNumberOfToastsShown("game.exe"), 0);
 }
 
+TEST_F(UserStateTest, CountThatCannotBeReadIsZeroAndBeginsAnew) {
+    write(kToastsShownKey, "long.exe", REG_BINARY, "12345");
+    EXPECT_EQ(getNumberOfToastsShown("long.exe"), 0);
+    EXPECT_TRUE(incNumberOfToastsShown("long.exe"));
+    EXPECT_THAT(values(kToastsShownKey), ElementsAre("long.exe=4:01000000"));
+}
+
+TEST_F(UserStateTest, FailedQueryCountsAsAnAbsentValueAndIsNotLogged) {
+    writeNumber(kMainKey, "ToastsNotAllowed", 1);
+    writeNumber(kToastsShownKey, "game.exe", 3);
+    RegQueryValueExAFault.fail(ERROR_ACCESS_DENIED);
+    EXPECT_TRUE(areToastsAllowed());
+    EXPECT_EQ(getNumberOfToastsShown("game.exe"), 0);
+    EXPECT_TRUE(incNumberOfToastsShown("game.exe"));
+    EXPECT_THAT(values(kToastsShownKey), ElementsAre("game.exe=4:01000000"));
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
 TEST_F(UserStateTest, TitleNameWithABackslashIsAValueNameAsItStands) {
     EXPECT_TRUE(incNumberOfToastsShown("bin\\game.exe"));
     EXPECT_TRUE(setPatched("bin\\game.exe"));
@@ -209,6 +229,19 @@ TEST_F(UserStateTest, ResettingTheCountsLeavesAnEmptyKeyBehind) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
+TEST_F(UserStateTest, EachResetForgetsNothingElse) {
+    disallowToasts();
+    incNumberOfToastsShown("game.exe");
+    setPatched("game.exe");
+    EXPECT_TRUE(resetToastsShown());
+    EXPECT_THAT(values(kMainKey), ElementsAre("ToastsNotAllowed=4:01000000"));
+    EXPECT_THAT(values(kPatchedAppsKey), ElementsAre("game.exe=4:01000000"));
+    incNumberOfToastsShown("game.exe");
+    EXPECT_TRUE(resetToastsAllowed());
+    EXPECT_THAT(values(kToastsShownKey), ElementsAre("game.exe=4:01000000"));
+    EXPECT_THAT(values(kPatchedAppsKey), ElementsAre("game.exe=4:01000000"));
+}
+
 TEST_F(UserStateTest, ResetsDoNotCreateKeys) {
     EXPECT_FALSE(resetToastsAllowed());
     EXPECT_FALSE(resetToastsShown());
@@ -234,6 +267,11 @@ TEST_F(UserStateTest, KeyThatCannotBeCreatedGivesEachOperationItsFailureResultAn
                                         "Brisk : incNumberOfToastsShown : RegCreateKeyEx failed. Error 5.",
                                         "Brisk : setPatched : RegCreateKeyEx failed. Error 5.",
                                         "Brisk : setPatched : RegCreateKeyEx failed. Error 1450."));
+    // Nothing is done without the key.
+    EXPECT_EQ(RegQueryValueExAFault.calls() + RegSetValueExAFault.calls() + RegCloseKeyFault.calls(), 0u);
+    EXPECT_THAT(values(kMainKey), ElementsAre("none"));
+    faults::reset();
+    EXPECT_TRUE(setPatched("game.exe"));
 }
 
 TEST_F(UserStateTest, FailedWritesAreLoggedAndLeaveTheOldValue) {
@@ -260,6 +298,7 @@ TEST_F(UserStateTest, FailedResetsAreLoggedAndLeaveTheValues) {
     RegOpenKeyExAFault.fail(ERROR_ACCESS_DENIED);
     EXPECT_FALSE(resetToastsAllowed());
     EXPECT_FALSE(resetToastsShown());
+    EXPECT_EQ(RegDeleteValueAFault.calls() + RegDeleteTreeAFault.calls(), 2u);
     EXPECT_THAT(log.take(), ElementsAre("Brisk : resetToastsAllowed : RegDeleteValue failed. Error 5.",
                                         "Brisk : resetToastsShown : RegDeleteTree failed. Error 5.",
                                         "Brisk : resetToastsAllowed : RegOpenKey failed. Error 5.",
@@ -267,6 +306,8 @@ TEST_F(UserStateTest, FailedResetsAreLoggedAndLeaveTheValues) {
     faults::reset();
     EXPECT_FALSE(areToastsAllowed());
     EXPECT_EQ(getNumberOfToastsShown("game.exe"), 1);
+    EXPECT_TRUE(resetToastsAllowed());
+    EXPECT_TRUE(resetToastsShown());
 }
 
 TEST_F(UserStateTest, EveryOpenedKeyIsClosedAlsoAfterAFailure) {

@@ -95,10 +95,12 @@ TEST_F(RegisterConfigAdapterTest, AKeyOfTheLocalMachineIsOpened) {
 }
 
 TEST_F(RegisterConfigAdapterTest, TheKeyIsOpenedForEverythingAndNeverClosed) {
-    REGSAM access = 0;
-    faults::regOpenKey.intercept([&access](HKEY root, const char* path, DWORD options, REGSAM wanted, HKEY* key) {
-        access = wanted;
-        return faults::regOpenKey.real(root, path, options, wanted, key);
+    faults::regOpenKey.intercept([](HKEY root, const char* path, DWORD options, REGSAM access, HKEY* key) {
+        EXPECT_EQ(root, HKEY_CURRENT_USER);
+        EXPECT_STREQ(path, "Software\\Studio\\Game");
+        EXPECT_EQ(options, 0u);
+        EXPECT_EQ(access, static_cast<REGSAM>(KEY_ALL_ACCESS));
+        return faults::regOpenKey.real(root, path, options, access, key);
     });
     faults::regCloseKey.reset();
     {
@@ -107,7 +109,7 @@ TEST_F(RegisterConfigAdapterTest, TheKeyIsOpenedForEverythingAndNeverClosed) {
         EXPECT_TRUE(one.findConfig(""));
         EXPECT_TRUE(one.saveConfig());
     }
-    EXPECT_EQ(access, static_cast<REGSAM>(KEY_ALL_ACCESS));
+    EXPECT_EQ(faults::regOpenKey.calls(), 1u);
     EXPECT_EQ(faults::regCloseKey.calls(), 0u);
 }
 
@@ -121,6 +123,10 @@ TEST_F(RegisterConfigAdapterTest, LocationsWithoutASlashAreNotFoundSilently) {
 }
 
 TEST_F(RegisterConfigAdapterTest, AnyOtherRootFailsAtTheOpen) {
+    faults::regOpenKey.intercept([](HKEY root, const char* path, DWORD options, REGSAM access, HKEY* key) {
+        EXPECT_EQ(root, nullptr);
+        return faults::regOpenKey.real(root, path, options, access, key);
+    });
     for (const char* location : {"HKEY_CLASSES_ROOT/Software/Studio/Game", "hkey_current_user/Software/Studio/Game",
                                  "HKCU/Software/Studio/Game", "/Software/Studio/Game"}) {
         EXPECT_FALSE(find({location}));
@@ -145,8 +151,16 @@ TEST_F(RegisterConfigAdapterTest, TheErrorOfAFailedOpenIsLoggedInDecimalAndTheKe
     logLine(std::hex, std::showbase, "base");
     EXPECT_FALSE(title.findConfig(""));
     EXPECT_FALSE(title.loadConfig());
+    EXPECT_FALSE(title.setIntValue("Width", 1920));
     EXPECT_THAT(log.take(), ElementsAre("base", "Brisk : checking registry path 'Software\\Studio\\Game'.",
-                                        "Brisk : RegOpenKeyEx failed. Error 1450."));
+                                        "Brisk : RegOpenKeyEx failed. Error 1450.",
+                                        "Brisk : setValue failed for 'Width'. Error 6."));
+    EXPECT_EQ(read("Width"), "none");
+    faults::reset();
+    EXPECT_TRUE(title.findConfig(""));
+    EXPECT_TRUE(title.loadConfig());
+    EXPECT_TRUE(title.setIntValue("Width", 1920));
+    EXPECT_EQ(read("Width"), "4:" + bytes("\x80\x07\0\0", 4));
 }
 
 TEST_F(RegisterConfigAdapterTest, TheKeyPathsLetterCaseDoesNotMatter) {
@@ -250,6 +264,26 @@ TEST_F(RegisterConfigAdapterTest, ALongTextIsReadWhole) {
     const std::string text(100'000, 'x');
     write("long", REG_SZ, text + '\0');
     EXPECT_TRUE(title.getValue("long", "default") == text);
+}
+
+TEST_F(RegisterConfigAdapterTest, ATextThatGrowsBetweenTheTwoQueriesIsTheDefaultAndAShorterOneIsRead) {
+    open();
+    std::string replacement;
+    faults::regQueryValue.intercept(
+        [&](HKEY key, const char* name, DWORD* reserved, DWORD* type, BYTE* data, DWORD* size) {
+            EXPECT_EQ(type, nullptr);
+            const LSTATUS status = faults::regQueryValue.real(key, name, reserved, type, data, size);
+            if (!data) {
+                write("text", REG_SZ, replacement);
+            }
+            return status;
+        });
+    write("text", REG_SZ, bytes("sharp\0", 6));
+    replacement = bytes("sharper\0", 8);
+    EXPECT_EQ(title.getValue("text", "default"), "default");
+    replacement = bytes("dull\0", 5);
+    EXPECT_EQ(title.getValue("text", "default"), "dull");
+    EXPECT_THAT(log.take(), IsEmpty());
 }
 
 TEST_F(RegisterConfigAdapterTest, FailedQueriesAreTheDefaultsAlsoWhenOnlyTheSecondFails) {

@@ -13,6 +13,7 @@ namespace brisk {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::StrEq;
 using ::testing::ThrowsMessage;
@@ -128,11 +129,55 @@ TEST_F(TextConfigSearchTest, AWildcardBelowNoFolderIsPassedOverSilently) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(TextConfigSearchTest, AFileSystemErrorLeavesTheSearch) {
+TEST_F(TextConfigSearchTest, AFileSystemErrorLeavesTheSearchAndTheNextOneBeginsAnew) {
+    testing::writeFile(folder / "b.ini", "");
     faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
     title.configLocations = {in("a.ini"), in("b.ini")};
-    EXPECT_THROW(title.findConfig(""), std::filesystem::filesystem_error);
+    EXPECT_THAT([this] { title.findConfig(""); },
+                ThrowsMessage<std::filesystem::filesystem_error>(HasSubstr("exists")));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : checking path '" + in("a.ini") + "'."));
+    faults::reset();
+    EXPECT_TRUE(title.findConfig(""));
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : checking path '" + in("a.ini") + "'.", "Brisk : config not found.",
+                                        "Brisk : checking path '" + in("b.ini") + "'.", "Brisk : config found."));
+}
+
+TEST_F(TextConfigSearchTest, AFolderThatCannotBeListedLeavesTheSearchWithoutALine) {
+    testing::writeFile(folder / "profile" / "cfg.ini", "");
+    faults::findFirstFile.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
+    title.configLocations = {"%APPDIR%\\*\\cfg.ini", folder.narrow()};
+    EXPECT_THAT([this] { title.findConfig(folder.narrow()); },
+                ThrowsMessage<std::filesystem::filesystem_error>(HasSubstr("directory_iterator::directory_iterator")));
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_THAT(title.configLocations, ElementsAre(in("*\\cfg.ini"), folder.narrow()));
+    faults::reset();
+    EXPECT_TRUE(title.findConfig(""));
+    EXPECT_THAT(log.take(),
+                ElementsAre("Brisk : checking path '" + in("profile\\cfg.ini") + "'.", "Brisk : config found."));
+}
+
+TEST_F(TextConfigSearchTest, AReadOnlyFileIsLoadedAndTheTextSavedToTheNextLocation) {
+    testing::writeFile(folder / "cfg.ini", "Width=1280");
+    std::filesystem::permissions(folder / "cfg.ini", std::filesystem::perms::owner_read);
+    // Windows removes no read-only file.
+    const auto restore = [this] {
+        std::filesystem::permissions(folder / "cfg.ini", std::filesystem::perms::owner_all);
+    };
+    if (std::ofstream(toPath(in("cfg.ini")), std::ios::app).is_open()) {
+        restore();
+        GTEST_SKIP() << "this user may write to read-only files";
+    }
+    title.configLocations = {in("cfg.ini")};
+    EXPECT_TRUE(title.findConfig(""));
+    EXPECT_TRUE(title.loadConfig());
+    EXPECT_FALSE(title.saveConfig());
+    EXPECT_EQ(title.content, "Width=1280");
+    title.configLocations.push_back(in("b.ini"));
+    EXPECT_TRUE(title.setIntValue("(Width=)(\\d+)()", 1920));
+    EXPECT_TRUE(title.saveConfig());
+    EXPECT_EQ(testing::readFile(folder / "cfg.ini"), "Width=1280");
+    EXPECT_EQ(testing::readFile(folder / "b.ini"), "Width=1920");
+    restore();
 }
 
 class TextConfigValueTest : public ::testing::Test {
@@ -171,6 +216,14 @@ TEST_F(TextConfigValueTest, TheTextBeforeAndAfterTheValueIsKept) {
     EXPECT_EQ(set("<a width=\"1280\" height=\"720\"/>", "(width=\")(\\d+)(\")", "1920"),
               "<a width=\"1920\" height=\"720\"/>");
     EXPECT_EQ(set("w = 1280 ; px\n", "(w *= *)(\\d+)( *;)", "x"), "w = x ; px\n");
+}
+
+TEST_F(TextConfigValueTest, TheLineEndMayBelongToTheKeyAndIsKept) {
+    const std::string key = "(ResolutionWidth=)(\\d+)(\\r?\\n|$)";
+    EXPECT_EQ(get("ResolutionWidth=1280\n", key), "1280");
+    EXPECT_EQ(get("ResolutionWidth=1280.5\n", key), "default");
+    EXPECT_EQ(set("ResolutionWidth=1280\r\nResolutionWidth=1\nResolutionWidth=2", key, "1920"),
+              "ResolutionWidth=1920\r\nResolutionWidth=1920\nResolutionWidth=1920");
 }
 
 TEST_F(TextConfigValueTest, ANumberIsWrittenInDecimal) {

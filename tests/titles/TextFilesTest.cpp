@@ -1,6 +1,8 @@
 // What becomes of real files of every kind when a text title loads and saves them.
 #include "titles/TextConfigAdapter.h"
 
+#include "app/WindowsHandles.h"
+#include "support/Processes.h"
 #include "support/Sandbox.h"
 
 #include <gmock/gmock.h>
@@ -46,6 +48,37 @@ protected:
         HANDLE handle;
     };
 
+    // A process that does nothing but hold a file open, while this lives.
+    class OpenedElsewhere {
+    public:
+        OpenedElsewhere(const std::filesystem::path& file, DWORD share) {
+            SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+            const UniqueHandle handle(
+                CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, share, &inherited, OPEN_EXISTING, 0, nullptr));
+            EXPECT_NE(handle.get(), INVALID_HANDLE_VALUE) << GetLastError();
+            wchar_t program[MAX_PATH];
+            GetModuleFileNameW(nullptr, program, MAX_PATH);
+            holder = testing::startProcess(program, L"", {}, true, CREATE_SUSPENDED);
+        }
+        OpenedElsewhere(const OpenedElsewhere&) = delete;
+        OpenedElsewhere& operator=(const OpenedElsewhere&) = delete;
+        ~OpenedElsewhere() {
+            TerminateProcess(holder.hProcess, 0);
+            EXPECT_EQ(WaitForSingleObject(holder.hProcess, 10'000), WAIT_OBJECT_0);
+            CloseHandle(holder.hThread);
+            CloseHandle(holder.hProcess);
+        }
+
+    private:
+        PROCESS_INFORMATION holder{};
+    };
+
+    // Whether the title can be loaded, and saved.
+    std::pair<bool, bool> loadAndSave() {
+        const bool loads = title.loadConfig();
+        return {loads, title.saveConfig()};
+    }
+
     testing::TemporaryFolder folder;
     testing::CapturedLog log;
     TextConfigAdapter title;
@@ -57,10 +90,12 @@ TEST_F(TextFilesTest, CarriageReturnsBeforeLineFeedsAreNotSeenAndAreWrittenAgain
 }
 
 TEST_F(TextFilesTest, BareLineFeedsGetACarriageReturn) {
+    EXPECT_EQ(load("a\nWidth=1280\n\nb\n"), "a\nWidth=1280\n\nb\n");
     EXPECT_EQ(rewrite("a\nWidth=1280\n\nb\n"), "a\r\nWidth=1920\r\n\r\nb\r\n");
 }
 
 TEST_F(TextFilesTest, MixedLineEndsBecomeTheSame) {
+    EXPECT_EQ(load("a\nWidth=1280\r\nb\n"), "a\nWidth=1280\nb\n");
     EXPECT_EQ(rewrite("a\nWidth=1280\r\nb\n"), "a\r\nWidth=1920\r\nb\r\n");
 }
 
@@ -70,13 +105,15 @@ TEST_F(TextFilesTest, CarriageReturnsElsewhereStay) {
 }
 
 TEST_F(TextFilesTest, AMissingFinalLineEndStaysMissing) {
+    EXPECT_EQ(load("a\r\nWidth=1280"), "a\nWidth=1280");
     EXPECT_EQ(rewrite("a\r\nWidth=1280"), "a\r\nWidth=1920");
 }
 
 TEST_F(TextFilesTest, AByteOrderMarkIsTextLikeAnyOther) {
     EXPECT_EQ(load("\xEF\xBB\xBFWidth=1280\r\n"), "\xEF\xBB\xBFWidth=1280\n");
-    EXPECT_EQ(rewrite("\xEF\xBB\xBFWidth=1280\r\n"), "\xEF\xBB\xBFWidth=1920\r\n");
     EXPECT_EQ(title.getValue("^(Width=)(\\d+)()", "default"), "default");
+    EXPECT_EQ(title.getValue("^(...Width=)(\\d+)()", "default"), "1280");
+    EXPECT_EQ(rewrite("\xEF\xBB\xBFWidth=1280\r\n"), "\xEF\xBB\xBFWidth=1920\r\n");
 }
 
 TEST_F(TextFilesTest, NulBytesStayAndHideWhatFollowsFromTheGetters) {
@@ -98,8 +135,14 @@ TEST_F(TextFilesTest, BytesAbove7FAreKept) {
     for (int byte = 0x7F; byte <= 0xFF; ++byte) {
         all += static_cast<char>(byte);
     }
+    EXPECT_EQ(load(all), all);
     EXPECT_EQ(rewrite(all + "Width=1280\r\n" + all), all + "Width=1920\r\n" + all);
     EXPECT_EQ(rewrite("; Größe\r\nWidth=1280"), "; Größe\r\nWidth=1920");
+    load("Größe=klein \xE9\r\n");
+    EXPECT_EQ(title.getValue("(Größe=)([^\\n]*)()", "default"), "klein \xE9");
+    EXPECT_TRUE(title.setValue("(Größe=)([^\\n]*)()", "groß \xFF"));
+    EXPECT_TRUE(title.saveConfig());
+    EXPECT_EQ(testing::readFile(folder / "cfg.ini"), "Größe=groß \xFF\r\n");
 }
 
 TEST_F(TextFilesTest, ControlBytesAreKept) {
@@ -219,7 +262,10 @@ TEST_F(TextFilesTest, AFileThatOthersMayNotWriteIsLoadedButNotSaved) {
     title.setIntValue("(Width=)(\\d+)()", 1920);
     EXPECT_FALSE(title.saveConfig());
     EXPECT_EQ(title.content, "Width=1920");
+    title.configLocations.push_back(in("b.ini"));
+    EXPECT_TRUE(title.saveConfig());
     EXPECT_EQ(testing::readFile(folder / "cfg.ini"), "Width=1280");
+    EXPECT_EQ(testing::readFile(folder / "b.ini"), "Width=1920");
 }
 
 TEST_F(TextFilesTest, AFileThatOthersMayNotOpenIsPassedOver) {
@@ -237,10 +283,50 @@ TEST_F(TextFilesTest, AFileThatOthersMayNotOpenIsPassedOver) {
     EXPECT_EQ(testing::readFile(folder / "b.ini"), "saved");
 }
 
+TEST_F(TextFilesTest, TheOnlyFileFailsWhileItsOwnerKeepsItForItselfAndWorksAfterwards) {
+    load("Width=1280");
+    title.setIntValue("(Width=)(\\d+)()", 1920);
+    {
+        const Opened owner(folder / "cfg.ini", GENERIC_READ, 0);
+        EXPECT_FALSE(title.loadConfig());
+        EXPECT_FALSE(title.saveConfig());
+    }
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_EQ(title.content, "Width=1920");
+    EXPECT_EQ(testing::readFile(folder / "cfg.ini"), "Width=1280");
+    EXPECT_TRUE(title.saveConfig());
+    EXPECT_EQ(testing::readFile(folder / "cfg.ini"), "Width=1920");
+}
+
+TEST_F(TextFilesTest, AFullDiskIsNotNoticed) {
+    const std::string full = "Z:\\dev\\full"; // under Wine drive Z: is the build machine's root
+    std::ofstream stream(full);
+    if (!stream.is_open()) {
+        GTEST_SKIP() << "no device that is always full";
+    }
+    ASSERT_FALSE(stream.put('x').flush());
+    title.configLocations = {full, in("b.ini")};
+    title.content = "Width=1280";
+    EXPECT_TRUE(title.saveConfig());
+    EXPECT_EQ(title.content, "");
+    EXPECT_FALSE(std::filesystem::exists(folder / "b.ini"));
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
 TEST_F(TextFilesTest, AFileThatItsOwnerSharesIsLoadedAndSaved) {
     testing::writeFile(folder / "cfg.ini", "Width=1280");
     const Opened owner(folder / "cfg.ini", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     EXPECT_EQ(rewrite("Width=1280"), "Width=1920");
+}
+
+TEST_F(TextFilesTest, AFileThatAnotherProcessHoldsOpenIsUsedAsFarAsThatSharesIt) {
+    load("Width=1280");
+    for (const DWORD share : std::initializer_list<DWORD>{FILE_SHARE_READ | FILE_SHARE_WRITE, FILE_SHARE_READ, 0}) {
+        const OpenedElsewhere holder(folder / "cfg.ini", share);
+        EXPECT_EQ(loadAndSave(), std::pair((share & FILE_SHARE_READ) != 0, (share & FILE_SHARE_WRITE) != 0)) << share;
+    }
+    EXPECT_EQ(loadAndSave(), std::pair(true, true));
+    EXPECT_EQ(testing::readFile(folder / "cfg.ini"), "Width=1280");
 }
 
 TEST_F(TextFilesTest, AFileOutsideTheAsciiNamesIsLoadedAndSaved) {
