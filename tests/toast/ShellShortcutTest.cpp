@@ -4,6 +4,7 @@
 #include "toast/ToastFixture.h"
 
 #include <objbase.h>
+#include <shlobj.h>
 
 namespace WinToastLib {
 namespace {
@@ -129,6 +130,20 @@ TEST_F(ShellShortcutTest, ShortcutThatCannotBeReadOrCorrectedIsCreatedAnew) {
     EXPECT_EQ(links.calls.back(), "Save " + path());
 }
 
+TEST_F(ShellShortcutTest, CorrectionThatFailsEndsInACreation) {
+    makeFile();
+    links.storedId = L"Other";
+    links.failing = "Commit";
+    EXPECT_EQ(winToast.createShortcut(), -4);
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    EXPECT_THAT(links.calls, ElementsAre("Load " + path(), "GetValue", "SetValue Test.Toasts", "Commit",
+                                         "SetPath " + std::filesystem::path(program).string(), "SetArguments",
+                                         "SetWorkingDirectory", "SetValue Test.Toasts", "Commit"));
+    EXPECT_EQ(links.alive, 0);
+    EXPECT_EQ(brisk::testing::readFile(path()), "a link");
+}
+
 TEST_F(ShellShortcutTest, EveryFailureToCreateIsMinusFour) {
     for (const char* call : {"CoCreateInstance", "IPersistFile", "IPropertyStore", "SetPath", "SetArguments",
                              "SetWorkingDirectory", "SetValue", "Commit", "Save"}) {
@@ -157,7 +172,21 @@ TEST_F(ShellShortcutTest, PolicyIgnoreCreatesNothing) {
 TEST_F(ShellShortcutTest, SystemsOwnShellLinkIsWrittenToDisk) {
     faults::reset();
     EXPECT_EQ(winToast.createShortcut(), 2);
-    EXPECT_TRUE(std::filesystem::exists(shortcut(machine.path())));
+    brisk::ComReference<IShellLinkW> link;
+    ASSERT_EQ(CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, link.receiveVoid()),
+              S_OK);
+    brisk::ComReference<IPersistFile> file;
+    ASSERT_EQ(link->QueryInterface(IID_IPersistFile, file.receiveVoid()), S_OK);
+    ASSERT_EQ(file->Load(shortcut(machine.path()).c_str(), STGM_READ), S_OK);
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    wchar_t text[MAX_PATH] = L"";
+    EXPECT_EQ(link->GetPath(text, MAX_PATH, nullptr, 0), S_OK);
+    EXPECT_STREQ(text, program);
+    link->GetArguments(text, MAX_PATH);
+    EXPECT_STREQ(text, L"");
+    link->GetWorkingDirectory(text, MAX_PATH);
+    EXPECT_STREQ(text, L"");
 }
 
 } // namespace

@@ -7,6 +7,7 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
 class ToastManagerTest : public testing::ToastFixture {
@@ -85,6 +86,11 @@ TEST_F(ToastManagerTest, ToastIsShownWithItsTextsAndButtons) {
               "</toast>");
 }
 
+TEST_F(ToastManagerTest, ToastIsShownUnderTheServicesIdentity) {
+    ToastManager::instance()->show("", "T", "S", "B", {});
+    EXPECT_THAT(takeRecord(), Contains("CreateToastNotifierWithId Orlan.Experience.Brisk.1.09"));
+}
+
 TEST_F(ToastManagerTest, PressOfTheSecondButtonRunsOnlyItsCallbackAndReleasesTheToast) {
     std::vector<std::string> pressed;
     ToastManager::instance()->show(
@@ -99,13 +105,39 @@ TEST_F(ToastManagerTest, PressOfTheSecondButtonRunsOnlyItsCallbackAndReleasesThe
 
 TEST_F(ToastManagerTest, DismissedToastIsStillHeldAndItsButtonWorks) {
     int pressed = 0;
-    ToastManager::instance()->show("", "T", "S", "B", {{"Yes", [&] { ++pressed; }}});
-    toasts.dismiss(1, 2);
-    toasts.press(1, 0);
-    EXPECT_EQ(pressed, 1);
+    for (int i = 0; i < 3; ++i) {
+        ToastManager::instance()->show("", "T", "S", "B", {{"Yes", [&] { ++pressed; }}});
+    }
+    toasts.dismiss(1, 0);
+    toasts.dismiss(2, 2);
+    toasts.dismiss(3, 2);
+    EXPECT_EQ(pressed, 0);
+    EXPECT_EQ(toasts.press(1, 0).result, S_OK);
+    EXPECT_EQ(toasts.press(2, 0).result, S_OK);
+    EXPECT_EQ(pressed, 2);
     takeRecord();
     ToastManager::instance()->clear();
-    EXPECT_THAT(takeRecord(), ::testing::Not(Contains("Hide 1")));
+    const std::vector<std::string> record = takeRecord();
+    EXPECT_THAT(record, ::testing::IsSupersetOf({"Hide 3", "remove_Activated 3"}));
+    EXPECT_THAT(record, ::testing::Not(Contains(StartsWith("Hide 1"))));
+    EXPECT_THAT(record, ::testing::Not(Contains(StartsWith("Hide 2"))));
+}
+
+TEST_F(ToastManagerTest, CallbackThatClearsItsOwnToastLivesToItsEnd) {
+    const long before = toasts.liveObjects();
+    auto text = std::make_shared<std::string>("still there");
+    const std::weak_ptr<std::string> held = text;
+    std::string read;
+    ToastManager::instance()->show("", "T", "S", "B", {{"Yes", [&read, text] {
+                                                            ToastManager::instance()->clear();
+                                                            read = *text;
+                                                        }}});
+    text.reset();
+    EXPECT_EQ(toasts.press(1, 0).result, S_OK);
+    EXPECT_EQ(read, "still there");
+    toasts.waitUntilIdle();
+    EXPECT_TRUE(held.expired());
+    EXPECT_EQ(toasts.liveObjects(), before);
 }
 
 TEST_F(ToastManagerTest, IndexThatNoButtonHasFailsTheEventOnly) {
@@ -114,12 +146,19 @@ TEST_F(ToastManagerTest, IndexThatNoButtonHasFailsTheEventOnly) {
     EXPECT_EQ(toasts.press(1, 0).result, S_OK);
 }
 
-TEST_F(ToastManagerTest, NonAsciiBytesAreSignExtended) {
-    ToastManager::instance()->show("", "T", "S", "B", {{"\x80\xFFz", [] {}}});
-    // U+FF80 and U+FFFF; the latter is no character of XML, so the system refuses the document.
-    const std::vector<std::string> record = takeRecord();
-    EXPECT_THAT(record,
-                Contains(::testing::AllOf(StartsWith("LoadXml "), ::testing::HasSubstr("content=\"\xEF\xBE\x80"))));
+TEST_F(ToastManagerTest, NonAsciiBytesAreSignExtendedInEveryString) {
+    ToastManager::instance()->show("\x80", "\x9F", "\xBF", "\xC0", {{"A\xFDz", [] {}}});
+    EXPECT_EQ(shownDocument(),
+              "\\n<toast template=\"ToastGeneric\" duration=\"long\" scenario=\"Default\"><visual>"
+              "<binding template=\"ToastGeneric\"><image placement=\"appLogoOverride\" hint-crop=\"circle\" "
+              "src=\"\uFF80\"/><text>\uFF9F</text><text>\uFFBF</text>\\n<text>\uFFC0</text></binding></visual>"
+              "<actions><action content=\"A\uFFFDz\" arguments=\"0\"/></actions></toast>");
+    EXPECT_THAT(log.take(), IsEmpty());
+}
+
+TEST_F(ToastManagerTest, HighestByteIsNoCharacterOfXmlSoTheSystemRefusesTheToast) {
+    ToastManager::instance()->show("", "T", "S", "B", {{"\xFF", [] {}}});
+    EXPECT_THAT(shownDocument(), ::testing::HasSubstr("content=\"\uFFFF\""));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : ToastManager: Can't show notification"));
 }
 
@@ -127,6 +166,10 @@ TEST_F(ToastManagerTest, RefusedToastIsLoggedAndNothingElse) {
     toasts.setFailures("Show=0x80070005");
     EXPECT_NO_THROW(ToastManager::instance()->show("", "T", "S", "B", {}));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : ToastManager: Can't show notification"));
+    toasts.setFailures("");
+    ToastManager::instance()->show("", "Next", "S", "B", {});
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_THAT(toasts.list(), ElementsAre("2 screen Next"));
 }
 
 TEST_F(ToastManagerTest, CleanupHidesWhatIsShown) {

@@ -1,42 +1,52 @@
 #include "toast/WinToast.h"
 
+#include "toast/FakeNotification.h"
 #include "toast/ToastFixture.h"
+#include "tracking/Gate.h"
 
+#include <future>
 #include <new>
 #include <thread>
 
 namespace WinToastLib {
 namespace {
 
+using brisk::testing::kLimit;
+using brisk::testing::kTemptation;
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::IsEmpty;
 using ::testing::Not;
 namespace faults = brisk::faults;
 
 // Writes down what it receives, and on which thread.
 class RecordingHandler final : public IWinToastHandler {
 public:
-    void toastActivated(int actionIndex) override {
-        events.push_back("button " + std::to_string(actionIndex));
-        lastThread = std::this_thread::get_id();
-        if (throws) {
-            throws();
-        }
-    }
-    void toastActivated() override { events.emplace_back("body"); }
+    void toastActivated(int actionIndex) override { note("button " + std::to_string(actionIndex)); }
+    void toastActivated() override { note("body"); }
     void toastDismissed(ToastDismissalReason reason) override {
-        events.push_back("dismissed " + std::to_string(static_cast<int>(reason)));
+        note("dismissed " + std::to_string(static_cast<int>(reason)));
     }
-    void toastFailed() override { events.emplace_back("failed"); }
+    void toastFailed() override { note("failed"); }
     void toastCompleted(std::function<void()> action) override {
-        events.emplace_back("completed");
         release = std::move(action);
+        note("completed");
     }
 
     std::vector<std::string> events;
     std::thread::id lastThread;
-    std::function<void()> throws;
+    // Runs in every event, after it was written down.
+    std::function<void()> meanwhile;
     std::function<void()> release;
+
+private:
+    void note(const std::string& event) {
+        events.push_back(event);
+        lastThread = std::this_thread::get_id();
+        if (meanwhile) {
+            meanwhile();
+        }
+    }
 };
 
 class WinToastEventsTest : public brisk::testing::ToastFixture {
@@ -48,6 +58,25 @@ protected:
     ~WinToastEventsTest() override { winToast.clear(); }
 
     void show() { ASSERT_GE(winToast.showToast(toast, handler), 0); }
+
+    // The operation begins on another thread in the middle of showing a toast and has to wait until it is shown.
+    void expectToWaitForShowing(const std::function<void()>& operation) {
+        std::future<void> other;
+        std::atomic<bool> begun = false;
+        toast.expiration = 1;
+        faults::getSystemTime.intercept([&](LPFILETIME time) {
+            faults::getSystemTime.real(time);
+            if (begun.exchange(true)) {
+                return; // the runtime asks for the time, too
+            }
+            other = std::async(std::launch::async, operation);
+            EXPECT_EQ(other.wait_for(kTemptation), std::future_status::timeout);
+        });
+        show();
+        faults::reset();
+        ASSERT_TRUE(other.valid());
+        ASSERT_EQ(other.wait_for(kLimit), std::future_status::ready);
+    }
 
     WinToast winToast;
     ToastTemplate toast;
@@ -71,11 +100,11 @@ TEST_F(WinToastEventsTest, ClickedBodyComesWithoutAnIndex) {
 
 TEST_F(WinToastEventsTest, ArgumentsAreADecimalNumberUpToTheFirstNonDigit) {
     show();
-    for (const char* arguments : {"7up", "-3", "yes", "12 13"}) {
+    for (const char* arguments : {"7up", "-3", "yes", "12 13", "99999999999"}) {
         toasts.activate(1, arguments);
     }
     EXPECT_THAT(handler->events, ElementsAre("button 7", "completed", "button -3", "completed", "button 0", "completed",
-                                             "button 12", "completed"));
+                                             "button 12", "completed", "button 2147483647", "completed"));
 }
 
 TEST_F(WinToastEventsTest, ArgumentsThatCannotBeReadCountAsTheBody) {
@@ -124,11 +153,11 @@ TEST_F(WinToastEventsTest, FailureReachesTheHandler) {
 
 TEST_F(WinToastEventsTest, ExceptionOfAHandlerBecomesAFailureCodeAndNothingIsCompleted) {
     show();
-    handler->throws = [] { throw std::out_of_range("invalid vector subscript"); };
+    handler->meanwhile = [] { throw std::out_of_range("invalid vector subscript"); };
     EXPECT_EQ(toasts.activate(1, "1").result, E_FAIL);
-    handler->throws = [] { throw std::bad_alloc(); };
+    handler->meanwhile = [] { throw std::bad_alloc(); };
     EXPECT_EQ(toasts.activate(1, "1").result, E_OUTOFMEMORY);
-    handler->throws = [] { throw 5; };
+    handler->meanwhile = [] { throw 5; };
     EXPECT_EQ(toasts.activate(1, "1").result, E_FAIL);
     EXPECT_THAT(handler->events, ElementsAre("button 1", "button 1", "button 1"));
 }
@@ -160,25 +189,48 @@ TEST_F(WinToastEventsTest, ClearedToastTellsItsHandlerThatItWasHiddenAndNothingM
 TEST_F(WinToastEventsTest, ReleaseWaitsForAToastThatIsBeingShown) {
     show();
     toasts.press(1, 0);
-    // While the second toast is shown, the first one's release begins on another thread and must wait.
-    std::thread releasing;
-    std::atomic<bool> released = false;
-    toast.expiration = 1;
-    faults::getSystemTime.intercept([&](LPFILETIME time) {
-        *time = {0, 1};
-        if (releasing.joinable()) {
-            return; // the runtime asks for the time, too
-        }
-        releasing = std::thread([&] {
-            handler->release();
-            released = true;
-        });
-        Sleep(50);
-        EXPECT_FALSE(released);
-    });
-    show();
-    releasing.join();
-    EXPECT_TRUE(released);
+    expectToWaitForShowing(handler->release);
+    takeRecord();
+    winToast.clear();
+    const auto record = takeRecord();
+    EXPECT_THAT(record, Contains("Hide 2"));
+    EXPECT_THAT(record, Not(Contains("Hide 1")));
+}
+
+TEST_F(WinToastEventsTest, ClearWaitsForAToastThatIsBeingShownAndHidesIt) {
+    expectToWaitForShowing([this] { winToast.clear(); });
+    EXPECT_THAT(toasts.list(), IsEmpty());
+    toasts.waitUntilIdle();
+}
+
+TEST_F(WinToastEventsTest, EventThatTakesItsHandlerOffTheToastReachesItsEnd) {
+    using brisk::testing::FakeNotification;
+    using Event = HRESULT (FakeNotification::*)();
+    const std::pair<Event, std::string> events[] = {{&FakeNotification::activate, "body"},
+                                                    {&FakeNotification::dismiss, "dismissed 0"},
+                                                    {&FakeNotification::fail, "failed"}};
+    const DynamicFunctions functions;
+    for (const auto& [event, name] : events) {
+        FakeNotification notification;
+        ToastEventTokens tokens;
+        const std::function<void()> release = [] {};
+        ASSERT_EQ(attachEvents(functions, notification, handler, 0, release, tokens), S_OK);
+        const std::weak_ptr<RecordingHandler> held = handler;
+        std::vector<std::string> seen;
+        handler->meanwhile = [&] {
+            detachEvents(notification, tokens);
+            if (const auto alive = held.lock()) {
+                seen = alive->events;
+            }
+        };
+        // From now on only the connection holds it.
+        handler.reset();
+        EXPECT_EQ((notification.*event)(), S_OK) << name;
+        EXPECT_FALSE(notification.wasRunningHandlerLost) << name;
+        EXPECT_THAT(seen, ElementsAre(name, "completed"));
+        EXPECT_TRUE(held.expired()) << name;
+        handler = std::make_shared<RecordingHandler>();
+    }
 }
 
 } // namespace

@@ -1,12 +1,17 @@
 #include "toast/WinToastHandler.h"
 
+#include "tracking/Gate.h"
+
 #include <gmock/gmock.h>
+
+#include <future>
 
 namespace brisk {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using testing::kLimit;
 using WinToastLib::ToastDismissalReason;
 
 class WinToastHandlerTest : public ::testing::Test {
@@ -80,6 +85,44 @@ TEST_F(WinToastHandlerTest, CallbackThatThrowsLeavesTheReleaseStored) {
     fails = false;
     throwing.toastActivated(0);
     EXPECT_THAT(calls, ElementsAre("release"));
+}
+
+TEST_F(WinToastHandlerTest, PressWhileACallbackRunsDoesNotWaitForIt) {
+    testing::Gate gate;
+    const ToastAction slowAction{"slow", [this, &gate] {
+                                     gate.pass();
+                                     calls.emplace_back("slow");
+                                 }};
+    WinToastHandler busy({slowAction, action("quick")});
+    const auto slow = std::async(std::launch::async, [&] { busy.toastActivated(0); });
+    ASSERT_TRUE(gate.waitUntilReached());
+    const auto quick = std::async(std::launch::async, [&] {
+        busy.toastActivated(1);
+        busy.toastCompleted(release());
+    });
+    EXPECT_EQ(quick.wait_for(kLimit), std::future_status::ready);
+    gate.open();
+    ASSERT_EQ(slow.wait_for(kLimit), std::future_status::ready);
+    EXPECT_THAT(calls, ElementsAre("quick", "release", "slow"));
+}
+
+TEST_F(WinToastHandlerTest, EventWhileACallbackRunsReleasesAtOnceAndThePressWhatWasHeldBack) {
+    WinToastHandler* toast = nullptr;
+    std::future<void> hidden;
+    WinToastHandler busy({{"label", [&] {
+                               hidden = std::async(std::launch::async, [&] {
+                                   toast->toastDismissed(ToastDismissalReason::ApplicationHidden);
+                                   toast->toastCompleted([this] { calls.emplace_back("hidden"); });
+                               });
+                               EXPECT_EQ(hidden.wait_for(kLimit), std::future_status::ready);
+                               calls.emplace_back("label");
+                           }}});
+    toast = &busy;
+    busy.toastDismissed(ToastDismissalReason::UserCanceled);
+    busy.toastCompleted(release());
+    busy.toastActivated(0);
+    ASSERT_EQ(hidden.wait_for(kLimit), std::future_status::ready);
+    EXPECT_THAT(calls, ElementsAre("hidden", "label", "release"));
 }
 
 TEST_F(WinToastHandlerTest, HandlerHoldsItsOwnCopyOfTheActions) {

@@ -1,7 +1,9 @@
 #include "toast/WinToast.h"
 
+#include "toast/InternalDateTime.h"
 #include "toast/ToastFixture.h"
 
+#include <new>
 #include <set>
 
 namespace WinToastLib {
@@ -94,8 +96,10 @@ TEST_F(WinToastTest, InitializingWithShortcutWritesIt) {
 TEST_F(WinToastTest, ToastNeedsInitializationAndAHandler) {
     WinToast winToast;
     auto error = WinToastError::NoError;
-    EXPECT_EQ(winToast.showToast(makeToast(), handler(), &error), -1);
-    EXPECT_EQ(error, WinToastError::NotInitialized);
+    for (const auto& none : {handler(), std::shared_ptr<IWinToastHandler>()}) {
+        EXPECT_EQ(winToast.showToast(makeToast(), none, &error), -1);
+        EXPECT_EQ(error, WinToastError::NotInitialized);
+    }
     initialize(winToast);
     EXPECT_EQ(winToast.showToast(makeToast(), nullptr, &error), -1);
     EXPECT_EQ(error, WinToastError::InvalidHandler);
@@ -152,6 +156,7 @@ TEST_F(WinToastTest, EveryRefusedCallMakesTheResultMinusOneAndLeaksNothing) {
         winToast.clear();
         EXPECT_EQ(toasts.liveObjects(), before) << call;
     }
+    EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_GE(winToast.showToast(toast, handler()), 0);
     winToast.clear();
 }
@@ -180,6 +185,20 @@ TEST_F(WinToastTest, StringThatCannotBeMadeIsAFailureToo) {
     ASSERT_TRUE(WinToast::isCompatible());
     EXPECT_GE(winToast.showToast(makeToast(), handler()), 0);
     winToast.clear();
+}
+
+TEST_F(WinToastTest, LackOfMemoryIsAFailureAndNoException) {
+    WinToast winToast;
+    initialize(winToast);
+    ToastTemplate toast = makeToast();
+    toast.expiration = 1;
+    faults::getSystemTime.intercept([](LPFILETIME) { throw std::bad_alloc(); });
+    EXPECT_EQ(winToast.showToast(toast, handler()), -1);
+    faults::reset();
+    EXPECT_GE(winToast.showToast(toast, handler()), 0);
+    winToast.clear();
+    toasts.waitUntilIdle();
+    EXPECT_EQ(toasts.liveObjects(), 0);
 }
 
 TEST_F(WinToastTest, TextThatIsNoXmlIsRefusedByTheSystem) {
@@ -214,6 +233,31 @@ TEST_F(WinToastTest, ExpirationIsTheSystemTimePlusMilliseconds) {
     winToast.showToast(toast, handler());
     EXPECT_THAT(takeRecord(), Contains("put_ExpirationTime 1 4294997301")); // 2^32 + 5 + 3 * 10,000
     winToast.clear();
+}
+
+TEST_F(WinToastTest, ExpirationBeyondAllTimeIsTheLatestThereIs) {
+    WinToast winToast;
+    initialize(winToast);
+    faults::getSystemTime.intercept([](LPFILETIME time) { *time = {5'807, 0}; });
+    ToastTemplate toast = makeToast();
+    toast.expiration = std::numeric_limits<std::int64_t>::max();
+    winToast.showToast(toast, handler());
+    EXPECT_THAT(takeRecord(), Contains("put_ExpirationTime 1 9223372036854775807"));
+    winToast.clear();
+}
+
+TEST_F(WinToastTest, ExpirationTimeIsAReferenceToADateTimeForAnyThread) {
+    const brisk::ComReference<InternalDateTime> time(new InternalDateTime(133500000000000000));
+    for (const IID& iid : {IID_IUnknown, IID_IAgileObject, abi::IReferenceDateTime::kIid}) {
+        brisk::ComReference<abi::IReferenceDateTime> found;
+        ASSERT_EQ(time->QueryInterface(iid, found.receiveVoid()), S_OK);
+        abi::DateTime value{};
+        EXPECT_EQ(found->get_Value(&value), S_OK);
+        EXPECT_EQ(value.UniversalTime, 133500000000000000);
+    }
+    brisk::ComReference<abi::IToastNotifier> other;
+    EXPECT_EQ(time->QueryInterface(abi::IToastNotifier::kIid, other.receiveVoid()), E_NOINTERFACE);
+    EXPECT_FALSE(other);
 }
 
 TEST_F(WinToastTest, ExpirationOfZeroOrLessSetsNone) {
@@ -274,9 +318,14 @@ TEST_F(WinToastTest, ToastWhoseShowingWasRefusedStaysInTheTableUntilCleared) {
     initialize(winToast);
     toasts.setFailures("Show=0x80070005");
     EXPECT_EQ(winToast.showToast(makeToast(), handler()), -1);
+    toasts.setFailures("");
     takeRecord();
     winToast.clear();
-    EXPECT_THAT(takeRecord(), Contains("remove_Activated 1"));
+    EXPECT_THAT(takeRecord(), ElementsAre("DllGetActivationFactory Windows.UI.Notifications.ToastNotificationManager",
+                                          "CreateToastNotifierWithId Test.Toasts", "Hide 1 -> 0x803E0108",
+                                          "remove_Activated 1", "remove_Dismissed 1", "remove_Failed 1"));
+    winToast.clear();
+    EXPECT_THAT(takeRecord(), ::testing::Not(Contains("remove_Activated 1")));
 }
 
 } // namespace
