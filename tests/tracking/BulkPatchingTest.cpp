@@ -5,6 +5,7 @@
 
 #include "app/WindowsHandles.h"
 #include "state/UserState.h"
+#include "tracking/GameEnd.h"
 
 namespace brisk {
 namespace {
@@ -159,6 +160,18 @@ TEST_F(BulkPatchingTest, DismissOnlyClosesTheToast) {
     EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Activated 1 1"));
 }
 
+TEST_F(BulkPatchingTest, DismissedOutcomeStillReadsMoreLaterWhateverHappenedToTheTitles) {
+    loadFive();
+    onMassivePatching();
+    toasts.control.dismiss(1, 0);
+    writeWidth("a", "1920");
+    loadTitles({textTitle("Other", "o.exe", "o.ini")});
+    EXPECT_EQ(toasts.control.press(1, 0).result, S_OK);
+    EXPECT_EQ(toasts.shown().at(1), reportToast(pair("Alder", "Enabled TANO using 1280x720.") +
+                                                pair("Birch", "Enabled LUMA using LUMA Sharp.") +
+                                                pair("Cedar", "No additional adjustments required.")));
+}
+
 TEST_F(BulkPatchingTest, EverythingSetUpAlreadyGivesOutcomeOneAlthoughTheReportHasAPairPerTitle) {
     loadFive();
     writeWidth("a", "1280");
@@ -194,6 +207,41 @@ TEST_F(BulkPatchingTest, MissingOptimalResolutionStopsBeforeAnyTitleIsTouched) {
     EXPECT_THAT(toasts.shown(), ElementsAre(plainToast(kTitle, "Game adjustments have not been applied due to an "
                                                                "unexpected issue while obtaining the optimal "
                                                                "configuration.")));
+}
+
+TEST_F(BulkPatchingTest, MissingOptimalResolutionKeepsThatOfBeforeWhileTheNativeOneIsNew) {
+    nlohmann::json title = textTitle("Alder", "a.exe", "a.ini");
+    title["config_fields"] = nlohmann::json::parse(R"json([
+        {"key": "(A=)(\\d+)()", "meta": "native_width", "value": 0},
+        {"key": "(B=)(\\d+)()", "meta": "native_height", "value": 0},
+        {"key": "(C=)(\\d+)()", "meta": "width", "value": 0},
+        {"key": "(D=)(\\d+)()", "meta": "height", "value": 0}])json");
+    loadTitles({title});
+    testing::writeFile(folder / "a.ini", "A=1\r\nB=1\r\nC=1\r\nD=1\r\n");
+    onMassivePatching();
+    EXPECT_EQ(read("a"), "A=1920\r\nB=1080\r\nC=1280\r\nD=720\r\n");
+    gfx->native = {2560, 1440, 32, 60};
+    gfx->optimal = {};
+    onMassivePatching();
+    EXPECT_TRUE(patchTitle("a.exe"));
+    EXPECT_EQ(read("a"), "A=2560\r\nB=1440\r\nC=1280\r\nD=720\r\n");
+}
+
+TEST_F(BulkPatchingTest, MarkerThatCannotBeSetCountsAsPatched) {
+    loadTitles({textTitle("Alder", "a.exe", "a.ini")});
+    writeWidth("a", "1920");
+    faults::regSetValue.fail(ERROR_ACCESS_DENIED);
+    std::string report;
+    EXPECT_EQ(doMassivePatching(report), BulkOutcome::Patched);
+    EXPECT_EQ(report, "Alder\nEnabled TANO using 1280x720.\n");
+    Lines lines = beginLines();
+    lines.erase(lines.begin());
+    EXPECT_THAT(log.take(), ElementsAreArray(lines + foundLines("a") +
+                                             Lines{"Brisk : game setting '1920' is not optimal '1280'.",
+                                                   "Brisk : 'Alder' optimized.",
+                                                   "Brisk : setPatched : RegSetValueEx failed. Error 5.",
+                                                   "Brisk : failed to set patch marker for a.exe"}));
+    EXPECT_EQ(stateValue("PatchedApps", "a.exe"), -1);
 }
 
 TEST_F(BulkPatchingTest, OneFailedTitleGivesTheErrorToastWhoseReportStillListsTheOthers) {
@@ -252,7 +300,14 @@ TEST_F(BulkPatchingTest, TrackingGoesOn) {
 
 TEST_F(BulkPatchingTest, OutcomeReplacesWhatIsStillShown) {
     showToast("Old", "", "", {});
+    Lines before;
+    gfx->meanwhile = [&] {
+        if (gfx->questions.back() == "native") {
+            before = toasts.events();
+        }
+    };
     onMassivePatching();
+    EXPECT_THAT(before, ElementsAre("Show 1", "Hide 1"));
     EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Hide 1", "Show 2"));
 }
 

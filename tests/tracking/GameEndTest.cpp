@@ -2,6 +2,7 @@
 #include "GameEndFixture.h"
 
 #include "app/RunTimeParameters.h"
+#include "toast/ToastManager.h"
 
 namespace brisk {
 namespace {
@@ -13,6 +14,7 @@ using testing::operator+;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
 using testing::plainToast;
 
 class GameEndTest : public testing::GameEndFixture {};
@@ -128,6 +130,62 @@ TEST_F(GameEndTest, ResolutionsOfTheDatabaseAreThoseOfThisEvaluation) {
     finish();
     press(0);
     EXPECT_EQ(testing::readFile(settings()), "A=1920\r\nB=1080\r\nC=1280\r\nD=720\r\n");
+    // Where an evaluation stops, what it had not come to yet stays as it was.
+    const auto patched = [this] {
+        EXPECT_TRUE(patchTitle("game.exe"));
+        return testing::readFile(settings());
+    };
+    playAt(40);
+    gfx->native = {2560, 1440, 32, 60}; // not the current mode
+    finish();
+    EXPECT_EQ(patched(), "A=1920\r\nB=1080\r\nC=1280\r\nD=720\r\n");
+    playAt(40);
+    gfx->current = gfx->native;
+    gfx->optimal = {};
+    finish();
+    EXPECT_EQ(patched(), "A=2560\r\nB=1440\r\nC=1280\r\nD=720\r\n");
+    playAt(40);
+    gfx->optimal = {1600, 900, 0, 0};
+    trackingContext.sampleCount = 0;
+    finish();
+    EXPECT_EQ(patched(), "A=2560\r\nB=1440\r\nC=1600\r\nD=900\r\n");
+}
+
+TEST_F(GameEndTest, LumaTitleWithoutAnOptimalResolutionSetsOneOfZero) {
+    nlohmann::json luma = textTitle("Luma", "luma.exe", "luma.ini");
+    luma["luma_version"] = 1;
+    nlohmann::json title = textTitle("The Game", "game.exe", "game.ini");
+    title["config_fields"][0]["value"] = 7; // wanted while no resolution is set
+    loadTitles({title, luma});
+    ASSERT_TRUE(titleManager().isTitleSupported("", "game.exe", ""));
+    trackingContext.executableName = "luma.exe";
+    gfx->optimal = {};
+    finish();
+    EXPECT_TRUE(patchTitle("game.exe"));
+    EXPECT_EQ(testing::readFile(settings()), "Width=0\r\n");
+}
+
+TEST_F(GameEndTest, NoStopButThatOfTheMissingResolutionTouchesTheToasts) {
+    showToast("Old", "", "", {});
+    gfx->current.height = 1079;
+    finish();
+    gfx->current = gfx->native;
+    playAt(40);
+    trackingContext.sampleCount = 119;
+    finish();
+    playAt(51);
+    finish();
+    finish(); // in idle
+    playAt(40);
+    refuse(3);
+    finish();
+    playAt(40);
+    disallowToasts();
+    finish();
+    playAt(40);
+    testing::writeFile(settings(), "Width=1280\r\n");
+    finish();
+    EXPECT_THAT(toasts.events(), ElementsAre("Show 1"));
 }
 
 TEST_F(GameEndTest, TooFewSamplesAreInsufficientAndJustEnoughAreNot) {
@@ -168,6 +226,11 @@ TEST_F(GameEndTest, UnknownRefreshRateGivesNoOffer) {
     gfx->native.refreshRate = 0;
     finish();
     EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + Lines{"Brisk : FPS ratio to optimal is inf"}));
+    playAt(0);
+    finish();
+    const Lines lines = log.take();
+    ASSERT_EQ(lines.size(), 6u);
+    EXPECT_THAT(lines.back(), MatchesRegex("Brisk : FPS ratio to optimal is -?nan.*"));
     EXPECT_THAT(toasts.events(), IsEmpty());
 }
 
@@ -227,6 +290,19 @@ TEST_F(GameEndTest, OfferReplacesWhatIsStillShown) {
     showToast("Old", "", "", {});
     finish();
     EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Hide 1", "Show 2"));
+}
+
+TEST_F(GameEndTest, ToastsAreClearedOnlyWhenEverythingIsDecided) {
+    ToastManager::instance()->cleanup();
+    faults::getProcAddress.fail(nullptr);
+    EXPECT_THROW(finish(), std::runtime_error);
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() + allowedLines()));
+    EXPECT_EQ(trackingState, TrackingState::Idle);
+    playAt(40);
+    gfx->optimal = {};
+    EXPECT_THROW(finish(), std::runtime_error);
+    EXPECT_THAT(log.take(),
+                ElementsAreArray(finishedLines() + Lines{"Brisk : couldn't get optimal display resolution. Skip."}));
 }
 
 TEST_F(GameEndTest, OfferThatCannotBeShownIsOnlyLogged) {

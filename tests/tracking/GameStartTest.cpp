@@ -1,6 +1,8 @@
 // From the host's app-started message to the game in the foreground.
 #include "ServicesFixture.h"
 
+#include "toast/ToastManager.h"
+
 namespace brisk {
 namespace {
 
@@ -105,6 +107,7 @@ TEST_F(GameStartTest, UnknownGameIsSkippedAndLeavesEverythingAsItIs) {
 }
 
 TEST_F(GameStartTest, SecondGameEndsAllTrackingInEveryStateAndIsNotTrackedEither) {
+    showToast("Offer", "", "", {});
     for (std::uint32_t state = 1; state <= 4; ++state) {
         for (const WPARAM gameId : {WPARAM{1001}, WPARAM{5}}) {
             fillContext();
@@ -120,9 +123,39 @@ TEST_F(GameStartTest, SecondGameEndsAllTrackingInEveryStateAndIsNotTrackedEither
             EXPECT_THAT(desktop.takeCalls(), ElementsAre("KillTimer 0x40 0"));
         }
     }
-    EXPECT_THAT(toasts.events(), IsEmpty());
+    EXPECT_THAT(toasts.events(), ElementsAre("Show 1"));
     announce();
     EXPECT_EQ(trackingState, TrackingState::WaitingApp);
+}
+
+TEST_F(GameStartTest, SecondGameStopsTheTimerBeforeTheStateAndTheContextGo) {
+    fillContext();
+    trackingState = TrackingState::Tracking;
+    faults::killTimer.intercept([this](HWND window, UINT_PTR id) -> BOOL {
+        EXPECT_EQ(window, Desktop::kServiceWindow);
+        EXPECT_EQ(id, 0u);
+        EXPECT_THAT(log.take(), ElementsAre("Brisk : onAppStarted, p1 = 1001, p2 = 0x1f4",
+                                            "Brisk : stop tracking, doesn't track more than one app"));
+        EXPECT_EQ(trackingState, TrackingState::Tracking);
+        EXPECT_EQ(trackingContext.intervalCounter, 11u);
+        EXPECT_EQ(trackingContext.executableName, "other.exe");
+        return FALSE; // whether it succeeds is not asked
+    });
+    announce();
+    EXPECT_EQ(faults::killTimer.calls(), 1u);
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : switch to IDLE"));
+    expectEmptyContext();
+}
+
+TEST_F(GameStartTest, ToastsAreClearedBeforeAnythingIsSaidOrChanged) {
+    fillContext();
+    ToastManager::instance()->cleanup();
+    faults::getProcAddress.fail(nullptr);
+    EXPECT_THROW(announce(), std::runtime_error);
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : onAppStarted, p1 = 1001, p2 = 0x1f4"));
+    EXPECT_EQ(trackingState, TrackingState::Idle);
+    EXPECT_EQ(trackingContext.executableName, "other.exe");
+    EXPECT_THAT(desktop.takeCalls(), IsEmpty());
 }
 
 TEST_F(GameStartTest, GameInTheForegroundIsFoundOpenedAndWarmedUp) {

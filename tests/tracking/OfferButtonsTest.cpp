@@ -26,6 +26,7 @@ TEST_F(OfferButtonsTest, MarkerThatCannotBeSetDoesNotMakeThePatchFail) {
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : 'The Game' optimized.",
                                         "Brisk : setPatched : RegSetValueEx failed. Error 5.",
                                         "Brisk : failed to set patch marker for game.exe"));
+    EXPECT_EQ(stateValue("PatchedApps", "game.exe"), -1);
     EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
     EXPECT_THAT(toasts.shown(), ElementsAre(offer()));
 }
@@ -37,6 +38,14 @@ TEST_F(OfferButtonsTest, PatchThatFailsIsToldInAToastAndSetsNoMarker) {
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : failed to patch game.exe"));
     EXPECT_EQ(stateValue("PatchedApps", "game.exe"), -1);
     EXPECT_THAT(toasts.shown(), ElementsAre(offer(), errorToast()));
+}
+
+TEST_F(OfferButtonsTest, ErrorToastReplacesWhatIsStillShown) {
+    finishWithOffer();
+    showToast("Other", "", "", {});
+    std::filesystem::remove(settings());
+    press(0);
+    EXPECT_THAT(toasts.control.list(), ElementsAre(std::string("3 screen ") + testing::kAdjustmentsTitle));
 }
 
 TEST_F(OfferButtonsTest, NotNowCountsARefusalOfThisTitle) {
@@ -54,6 +63,8 @@ TEST_F(OfferButtonsTest, RefusalThatCannotBeCountedIsLogged) {
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Not now",
                                         "Brisk : incNumberOfToastsShown : RegSetValueEx failed. Error 5.",
                                         "Brisk : failed to increment toasts counter for game.exe"));
+    EXPECT_EQ(stateValue("ToastsShown", "game.exe"), -1);
+    EXPECT_THAT(toasts.shown(), ElementsAre(offer()));
 }
 
 TEST_F(OfferButtonsTest, DontAskAgainDisablesAllOffers) {
@@ -71,11 +82,14 @@ TEST_F(OfferButtonsTest, OffersThatCannotBeDisabledAreLogged) {
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Don't ask again",
                                         "Brisk : disallowToasts : RegCreateKeyEx failed. Error 5.",
                                         "Brisk : failed to disable toasts"));
+    EXPECT_THAT(toasts.shown(), ElementsAre(offer()));
+    faults::reset();
+    EXPECT_EQ(stateValue("", "ToastsNotAllowed"), -1);
 }
 
 TEST_F(OfferButtonsTest, DismissedOfferCountsNothing) {
     finishWithOffer();
-    for (const unsigned reason : {0u, 2u}) {
+    for (const unsigned reason : {0u, 2u, 1u}) {
         toasts.control.dismiss(1, reason);
     }
     EXPECT_THAT(log.take(), IsEmpty());
