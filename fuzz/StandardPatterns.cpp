@@ -48,15 +48,22 @@ bool hasEscape(std::string_view pattern, const Pick& pick) {
     return false;
 }
 
-// The standard library lays out a counted repetition round by round, and has room for some thousands.
-bool hasLargeCount(std::string_view pattern) {
+// The standard library lays out a counted repetition round by round, and has room for 100,000 states: nested counts
+// multiply.
+bool hasLargeCounts(std::string_view pattern) {
+    constexpr std::size_t kMaximumRounds = 300;
+    std::size_t rounds = 1;
     for (std::size_t i = pattern.find('{'); i != std::string_view::npos; i = pattern.find('{', i + 1)) {
-        std::size_t digits = 0;
+        std::size_t count = 0;
         for (std::size_t at = i + 1; at < pattern.size() && (isDigit(pattern[at]) || pattern[at] == ','); ++at) {
-            digits = pattern[at] == ',' ? 0 : digits + 1;
-            if (digits > 2) {
+            count = pattern[at] == ',' ? 0 : 10 * count + static_cast<std::size_t>(pattern[at] - '0');
+            if (count > kMaximumRounds) {
                 return true;
             }
+        }
+        rounds *= std::max<std::size_t>(count, 1);
+        if (rounds > kMaximumRounds) {
+            return true;
         }
     }
     return false;
@@ -92,7 +99,7 @@ bool isStandardMeasure(std::string_view pattern) {
     });
     const bool hasCollation = contains(pattern, "[.") || contains(pattern, "[=");
     return !hasStrangeEscape && !hasCollation && !(hasBracket && hasByteAboveAscii(pattern)) &&
-           !hasRepeatedQuantifier(pattern) && !hasLargeCount(pattern);
+           !hasRepeatedQuantifier(pattern) && !hasLargeCounts(pattern);
 }
 
 bool canStandardSearch(std::string_view pattern, std::string_view text) {

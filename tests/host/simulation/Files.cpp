@@ -208,8 +208,9 @@ DWORD GetFileAttributesW(LPCWSTR path) {
 HANDLE FindFirstFileW(LPCWSTR pattern, LPWIN32_FIND_DATAW entry) {
     return simulate<FindFirstFileW>(
         [&]() -> HANDLE {
-            std::string folder = translate(narrow(pattern));
-            folder.resize(folder.find_last_of('/'));
+            std::string beforeStar = narrow(pattern);
+            beforeStar.resize(beforeStar.find_last_of("\\/:") + 1);
+            const std::string folder = translate(beforeStar);
             Search search{folder, {".", ".."}, 0};
             std::error_code error;
             for (const fs::directory_entry& found : fs::directory_iterator(folder, error)) {
