@@ -15,11 +15,6 @@ BRISK_FAULT_POINT("kernel32.dll", OpenProcess)
 BRISK_FAULT_POINT("kernel32.dll", K32GetModuleFileNameExA)
 BRISK_FAULT_POINT("kernel32.dll", CloseHandle)
 
-// The system's header does not declare it as an import, so the code that calls it does not look at the import table.
-extern "C" DWORD WINAPI K32GetModuleFileNameExA(HANDLE process, HMODULE module, LPSTR buffer, DWORD size) {
-    return K32GetModuleFileNameExAFault.call(process, module, buffer, size);
-}
-
 namespace brisk {
 namespace {
 
@@ -166,6 +161,13 @@ TEST_F(ExecutablesTest, ProcessImageIsSplitAtTheLastSeparatorOfEitherKind) {
     EXPECT_EQ(processImage("C:\\hollow"), "C:|hollow");
     EXPECT_EQ(processImage("C:\\Games\\"), "C:\\Games|");
     EXPECT_EQ(processImage("hollow.exe"), "|");
+}
+
+TEST_F(ExecutablesTest, PathThatIsCutOffEndsAtItsTerminatorWhateverLengthIsReported) {
+    const std::string cut = "C:\\Games\\" + std::string(250, 'x');
+    ASSERT_EQ(cut.size(), 259u);
+    // 260 characters, the terminator included.
+    EXPECT_EQ(processImage(std::string(cut.c_str(), 260)), "C:\\Games|" + std::string(250, 'x'));
 }
 
 // Not a test: what the next one runs as another process.

@@ -6,28 +6,26 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 
 BRISK_FAULT_POINT("version.dll", GetFileVersionInfoSizeA)
 BRISK_FAULT_POINT("version.dll", GetFileVersionInfoA)
 BRISK_FAULT_POINT("version.dll", VerQueryValueA)
 
-// The system's header does not declare them as imports, so the code that calls them does not look at the import table.
-extern "C" {
+namespace {
 
-DWORD WINAPI GetFileVersionInfoSizeA(LPCSTR path, LPDWORD handle) {
-    return GetFileVersionInfoSizeAFault.call(path, handle);
+// Buffers of this many bytes and more cannot be had.
+std::size_t failingBuffer = SIZE_MAX;
+
+} // namespace
+
+// The library's own operator delete frees with free().
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return size < failingBuffer ? std::malloc(size) : nullptr;
 }
-
-BOOL WINAPI GetFileVersionInfoA(LPCSTR path, DWORD handle, DWORD size, LPVOID data) {
-    return GetFileVersionInfoAFault.call(path, handle, size, data);
-}
-
-BOOL WINAPI VerQueryValueA(LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) {
-    return VerQueryValueAFault.call(block, subBlock, value, length);
-}
-
-} // extern "C"
 
 namespace brisk {
 namespace {
@@ -43,6 +41,7 @@ protected:
     // No failure has a line.
     ~FilePropertiesTest() override {
         faults::reset();
+        failingBuffer = SIZE_MAX;
         EXPECT_THAT(log.take(), IsEmpty());
     }
 
@@ -136,16 +135,27 @@ TEST_F(FilePropertiesTest, PathIsInTheProcessCodePage) {
 }
 
 TEST_F(FilePropertiesTest, ResourceThatCannotBeReadYieldsFourEmptyStrings) {
-    GetFileVersionInfoAFault.intercept([](LPCSTR, DWORD handle, DWORD size, LPVOID) {
+    const std::string path = versionSample("complete");
+    const DWORD told = GetFileVersionInfoSizeA(path.c_str(), nullptr);
+    GetFileVersionInfoAFault.intercept([told](LPCSTR, DWORD handle, DWORD size, LPVOID) {
         EXPECT_EQ(handle, 0u);
-        EXPECT_GT(size, 0u);
+        EXPECT_EQ(size, told);
         return FALSE;
     });
-    EXPECT_EQ(properties(versionSample("complete")), kNothing);
+    EXPECT_EQ(properties(path), kNothing);
     EXPECT_EQ(VerQueryValueAFault.calls(), 0u);
     GetFileVersionInfoSizeAFault.fail(0, ERROR_RESOURCE_DATA_NOT_FOUND);
     EXPECT_EQ(properties(versionSample("complete")), kNothing);
     EXPECT_EQ(GetFileVersionInfoAFault.calls(), 1u);
+}
+
+TEST_F(FilePropertiesTest, ResourceThatThereIsNoMemoryForYieldsFourEmptyStrings) {
+    const std::string path = versionSample("complete");
+    failingBuffer = GetFileVersionInfoSizeA(path.c_str(), nullptr);
+    EXPECT_EQ(properties(path), kNothing);
+    EXPECT_EQ(GetFileVersionInfoAFault.calls(), 0u);
+    failingBuffer = SIZE_MAX;
+    EXPECT_EQ(properties(path), kComplete);
 }
 
 TEST_F(FilePropertiesTest, TranslationTableThatCannotBeQueriedYieldsFourEmptyStrings) {
@@ -213,6 +223,19 @@ TEST_F(FilePropertiesTest, TranslationTableWithoutAPlaceYieldsFourEmptyStrings) 
         return TRUE;
     });
     EXPECT_EQ(properties(versionSample("complete")), kNothing);
+}
+
+TEST_F(FilePropertiesTest, PartOfATranslationIsNone) {
+    for (const UINT partial : {0u, 1u, 2u, 3u}) {
+        VerQueryValueAFault.intercept([partial](LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) {
+            const BOOL found = VerQueryValueAFault.real(block, subBlock, value, length);
+            *length = partial;
+            return found;
+        });
+        const unsigned before = VerQueryValueAFault.calls();
+        EXPECT_EQ(properties(versionSample("complete")), kNothing) << partial;
+        EXPECT_EQ(VerQueryValueAFault.calls(), before + 1) << partial;
+    }
 }
 
 TEST_F(FilePropertiesTest, LengthThatTheQueryReportsIsNotUsed) {

@@ -28,8 +28,8 @@ protected:
 
     // One of the functions that toasts need is missing.
     static void hideFunction(const std::string& hidden) {
-        faults::getProcAddress.intercept([hidden](HMODULE module, const char* name) -> FARPROC {
-            return hidden == name ? nullptr : faults::getProcAddress.real(module, name);
+        GetProcAddressFault.intercept([hidden](HMODULE module, const char* name) -> FARPROC {
+            return hidden == name ? nullptr : GetProcAddressFault.real(module, name);
         });
     }
 
@@ -47,23 +47,23 @@ TEST_F(MainTest, StartAndQuitLogEveryLineInOrderAndExitWithZero) {
 
 TEST_F(MainTest, StepsOfTheStartFollowTheirOrder) {
     writeGame();
-    noteCalls("FindWindow", faults::findWindow);
-    noteCalls("RegCreateKeyEx", faults::regCreateKey);
-    noteCalls("RegisterClass", faults::registerClass);
-    noteCalls("CreateEvent", faults::createEvent);
-    noteCalls("PostQuitMessage", faults::postQuitMessage);
-    faults::getModuleFileName.intercept([this](HMODULE module, char* buffer, DWORD size) {
+    noteCalls("FindWindow", FindWindowAFault);
+    noteCalls("RegCreateKeyEx", RegCreateKeyExAFault);
+    noteCalls("RegisterClass", RegisterClassAFault);
+    noteCalls("CreateEvent", CreateEventAFault);
+    noteCalls("PostQuitMessage", PostQuitMessageFault);
+    GetModuleFileNameAFault.intercept([this](HMODULE module, char* buffer, DWORD size) {
         EXPECT_EQ(module, nullptr);
         EXPECT_EQ(size, 260u);
         note("[GetModuleFileName]");
         const std::string path = folder.narrow() + "/brisk.exe";
         return static_cast<DWORD>(path.copy(buffer, size));
     });
-    faults::getProcAddress.intercept([this](HMODULE module, const char* name) {
+    GetProcAddressFault.intercept([this](HMODULE module, const char* name) {
         if (std::string(name) == "RoGetActivationFactory" && record().back() != "[toast manager]") {
             note("[toast manager]");
         }
-        return faults::getProcAddress.real(module, name);
+        return GetProcAddressFault.real(module, name);
     });
     EXPECT_EQ(start(), 0);
     const Lines lines = startLines();
@@ -107,12 +107,12 @@ TEST_F(MainTest, NumberBeyond32BitsEndsTheProcessWithOneBeforeTheStartLine) {
     EXPECT_EQ(start("-nw 99999999999"), 1);
     EXPECT_THAT(record(), ElementsAre(parameterLines()[0], "Brisk : set NumberOfIntervalsForWarming to 99999999999",
                                       "Brisk : stoi argument out of range"));
-    EXPECT_EQ(faults::findWindow.calls(), 0u);
+    EXPECT_EQ(FindWindowAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, SecondInstanceLeavesAtOnceWithOne) {
     writeGame();
-    faults::findWindow.intercept([](const char* windowClass, const char* name) {
+    FindWindowAFault.intercept([](const char* windowClass, const char* name) {
         EXPECT_STREQ(windowClass, "BriskClass");
         EXPECT_EQ(name, nullptr);
         return GetDesktopWindow();
@@ -120,24 +120,24 @@ TEST_F(MainTest, SecondInstanceLeavesAtOnceWithOne) {
     EXPECT_EQ(start(), 1);
     EXPECT_THAT(record(), ElementsAreArray(parameterLines() +
                                            Lines{"Brisk 1.09 : started", "Brisk : running already. Exiting."}));
-    EXPECT_EQ(faults::getModuleFileName.calls(), 0u);
-    EXPECT_EQ(faults::regCreateKey.calls(), 0u);
-    EXPECT_EQ(faults::enumDisplaySettings.calls(), 0u);
-    EXPECT_EQ(faults::registerClass.calls(), 0u);
+    EXPECT_EQ(GetModuleFileNameAFault.calls(), 0u);
+    EXPECT_EQ(RegCreateKeyExAFault.calls(), 0u);
+    EXPECT_EQ(EnumDisplaySettingsAFault.calls(), 0u);
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, UnknownModulePathIsLoggedAndLeavesNoDatabaseToFind) {
-    faults::getModuleFileName.fail(0, ERROR_ACCESS_DENIED);
+    GetModuleFileNameAFault.fail(0, ERROR_ACCESS_DENIED);
     EXPECT_EQ(start(), 0);
     Lines lines = startLines();
     lines[1] = "Brisk : unable to open title database.";
     lines.insert(lines.begin() + 1, "Brisk : couldn't get module name. Error 5");
     EXPECT_THAT(recordAfterParameters(), ElementsAreArray(lines + Lines{"Brisk : finished"}));
-    EXPECT_EQ(faults::registerClass.calls(), 0u);
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, ModulePathWithoutADirectoryIsLogged) {
-    faults::getModuleFileName.intercept(
+    GetModuleFileNameAFault.intercept(
         [](HMODULE, char* buffer, DWORD) { return static_cast<DWORD>(std::string("brisk.exe").copy(buffer, 9)); });
     EXPECT_EQ(start(), 0);
     Lines lines = startLines();
@@ -150,8 +150,8 @@ TEST_F(MainTest, DatabaseThatDoesNotLoadYieldsNoWindowAndExitsWithZero) {
     writeDatabase("[]");
     EXPECT_EQ(start(), 0);
     EXPECT_THAT(recordAfterParameters(), ElementsAreArray(withoutTitles(startLines()) + Lines{"Brisk : finished"}));
-    EXPECT_EQ(faults::registerClass.calls(), 0u);
-    EXPECT_EQ(faults::getMessage.calls(), 0u);
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
+    EXPECT_EQ(GetMessageAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, MalformedDatabaseEndsTheStartWithItsErrorAndOne) {
@@ -161,27 +161,27 @@ TEST_F(MainTest, MalformedDatabaseEndsTheStartWithItsErrorAndOne) {
                 ElementsAre("Brisk 1.09 : started",
                             "Brisk : [json.exception.parse_error.101] parse error at line 1, column 6: syntax error "
                             "while parsing array - unexpected end of input; expected ']'"));
-    EXPECT_EQ(faults::regCreateKey.calls(), 0u);
+    EXPECT_EQ(RegCreateKeyExAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, RegistryThatIsNotAccessibleYieldsNoWindowAndExitsWithZero) {
     writeGame();
-    faults::regCreateKey.fail(ERROR_ACCESS_DENIED);
+    RegCreateKeyExAFault.fail(ERROR_ACCESS_DENIED);
     EXPECT_EQ(start(), 0);
     Lines lines = startLines();
     lines[2] = "Brisk : access to the Windows Registry not granted.";
     EXPECT_THAT(recordAfterParameters(), ElementsAreArray(lines + Lines{"Brisk : finished"}));
-    EXPECT_EQ(faults::registerClass.calls(), 0u);
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, MissingGraphicsInformationYieldsNoWindowAndExitsWithZero) {
     writeGame();
-    faults::enumDisplaySettings.fail(FALSE);
+    EnumDisplaySettingsAFault.fail(FALSE);
     EXPECT_EQ(start(), 0);
     EXPECT_THAT(recordAfterParameters(),
                 ElementsAreArray(startLines() + Lines{"Brisk : failed to create GfxInfo.", "Brisk : finished"}));
     EXPECT_EQ(gfxInfo, nullptr);
-    EXPECT_EQ(faults::registerClass.calls(), 0u);
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, GraphicsInformationOfTheSlotIsReplaced) {
@@ -207,7 +207,7 @@ TEST_F(MainTest, EachMissingToastFunctionEndsTheStartWithOne) {
                     ElementsAreArray(startLines() + Lines{"Brisk : ToastManager: Error, system in not supported"}))
             << hidden;
     }
-    EXPECT_EQ(faults::registerClass.calls(), 0u);
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
 }
 
 HRESULT WINAPI refuseId(PCWSTR) {
@@ -216,16 +216,16 @@ HRESULT WINAPI refuseId(PCWSTR) {
 
 TEST_F(MainTest, IdentityThatIsRefusedEndsTheStartWithOne) {
     writeGame();
-    faults::getProcAddress.intercept([](HMODULE module, const char* name) -> FARPROC {
+    GetProcAddressFault.intercept([](HMODULE module, const char* name) -> FARPROC {
         return std::string(name) == "SetCurrentProcessExplicitAppUserModelID"
                    ? reinterpret_cast<FARPROC>(reinterpret_cast<void*>(refuseId))
-                   : faults::getProcAddress.real(module, name);
+                   : GetProcAddressFault.real(module, name);
     });
     EXPECT_EQ(start(), 1);
     EXPECT_THAT(
         recordAfterParameters(),
         ElementsAreArray(startLines() + Lines{"Brisk : ToastManager: Error, could not initialize the library"}));
-    EXPECT_EQ(faults::registerClass.calls(), 0u);
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, ToastManagerIsMadeAlsoWhenNoWindowWillBe) {
@@ -239,32 +239,32 @@ TEST_F(MainTest, ToastManagerIsMadeAlsoWhenNoWindowWillBe) {
 
 TEST_F(MainTest, ClassThatCannotBeRegisteredEndsTheStartWithOne) {
     writeGame();
-    faults::registerClass.fail(0, ERROR_CLASS_ALREADY_EXISTS);
+    RegisterClassAFault.fail(0, ERROR_CLASS_ALREADY_EXISTS);
     EXPECT_EQ(start(), 1);
     EXPECT_THAT(recordAfterParameters(), ElementsAreArray(startLines() + Lines{"Brisk : RegisterClass failed"}));
-    EXPECT_EQ(faults::createWindow.calls(), 0u);
+    EXPECT_EQ(CreateWindowExAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, WindowThatCannotBeCreatedEndsTheStartWithOne) {
     writeGame();
-    faults::createWindow.fail(nullptr, ERROR_NOT_ENOUGH_MEMORY);
+    CreateWindowExAFault.fail(nullptr, ERROR_NOT_ENOUGH_MEMORY);
     EXPECT_EQ(start(), 1);
     EXPECT_THAT(recordAfterParameters(), ElementsAreArray(startLines() + Lines{"Brisk : CreateWindowEx failed"}));
-    EXPECT_EQ(faults::getMessage.calls(), 0u);
+    EXPECT_EQ(GetMessageAFault.calls(), 0u);
 }
 
 TEST_F(MainTest, ErrorOfTheMessageQueueIsTreatedLikeAnyMessage) {
     writeGame();
     std::vector<std::pair<HWND, UINT>> dispatched;
-    faults::getMessage.intercept([](MSG* message, HWND filter, UINT first, UINT last) -> BOOL {
+    GetMessageAFault.intercept([](MSG* message, HWND filter, UINT first, UINT last) -> BOOL {
         EXPECT_EQ(filter, nullptr);
         EXPECT_EQ(first, 0u);
         EXPECT_EQ(last, 0u);
-        return faults::getMessage.calls() <= 2 ? -1 : faults::getMessage.real(message, filter, first, last);
+        return GetMessageAFault.calls() <= 2 ? -1 : GetMessageAFault.real(message, filter, first, last);
     });
-    faults::dispatchMessage.intercept([&dispatched](const MSG* message) {
+    DispatchMessageAFault.intercept([&dispatched](const MSG* message) {
         dispatched.emplace_back(message->hwnd, message->message);
-        return faults::dispatchMessage.real(message);
+        return DispatchMessageAFault.real(message);
     });
     EXPECT_EQ(start(), 0);
     ASSERT_GE(dispatched.size(), 3u);
@@ -293,7 +293,7 @@ TEST_F(MainTest, ExceptionOfAHandlerEndsTheServiceWithItsTextAndOne) {
 }
 
 TEST_F(MainTest, WhatIsNoStandardExceptionIsNotCaught) {
-    faults::getModuleFileName.intercept([](HMODULE, char*, DWORD) -> DWORD { throw 5; });
+    GetModuleFileNameAFault.intercept([](HMODULE, char*, DWORD) -> DWORD { throw 5; });
     EXPECT_THROW(start(), int);
     EXPECT_THAT(recordAfterParameters(), ElementsAre("Brisk 1.09 : started"));
 }

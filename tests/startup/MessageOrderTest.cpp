@@ -36,22 +36,22 @@ protected:
 TEST_F(MessageOrderTest, EachMessageIsTranslatedThenDispatchedAndOnlyThenTheNextIsFetched) {
     Lines steps;
     Lines expected;
-    faults::getMessage.intercept([&](MSG* message, HWND filter, UINT first, UINT last) {
+    GetMessageAFault.intercept([&](MSG* message, HWND filter, UINT first, UINT last) {
         EXPECT_EQ(steps, expected);
-        const BOOL found = faults::getMessage.real(message, filter, first, last);
+        const BOOL found = GetMessageAFault.real(message, filter, first, last);
         if (found) {
             expected.push_back(named("TranslateMessage", message->message));
             expected.push_back(named("DispatchMessage", message->message));
         }
         return found;
     });
-    faults::translateMessage.intercept([&](const MSG* message) {
+    TranslateMessageFault.intercept([&](const MSG* message) {
         steps.push_back(named("TranslateMessage", message->message));
-        return faults::translateMessage.real(message);
+        return TranslateMessageFault.real(message);
     });
-    faults::dispatchMessage.intercept([&](const MSG* message) {
+    DispatchMessageAFault.intercept([&](const MSG* message) {
         steps.push_back(named("DispatchMessage", message->message));
-        return faults::dispatchMessage.real(message);
+        return DispatchMessageAFault.real(message);
     });
     whenCreated = [](HWND window) { PostMessageA(window, WM_USER + 4, 0, 0); };
     EXPECT_EQ(start(), 0);
@@ -61,15 +61,15 @@ TEST_F(MessageOrderTest, EachMessageIsTranslatedThenDispatchedAndOnlyThenTheNext
 }
 
 TEST_F(MessageOrderTest, DefaultProcedureFollowsTheServicesOwnWork) {
-    faults::createEvent.intercept([this](auto... arguments) {
+    CreateEventAFault.intercept([this](auto... arguments) {
         note("[CreateEvent]");
-        return faults::createEvent.real(arguments...);
+        return CreateEventAFault.real(arguments...);
     });
-    faults::postQuitMessage.intercept([this](int exitCode) {
+    PostQuitMessageFault.intercept([this](int exitCode) {
         note("[PostQuitMessage]");
-        faults::postQuitMessage.real(exitCode);
+        PostQuitMessageFault.real(exitCode);
     });
-    faults::defWindowProc.intercept([this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    DefWindowProcAFault.intercept([this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         static const std::set<UINT> handled{WM_CREATE,
                                             WM_COPYDATA,
                                             WM_TIMER,
@@ -81,7 +81,7 @@ TEST_F(MessageOrderTest, DefaultProcedureFollowsTheServicesOwnWork) {
         if (handled.contains(message)) {
             note(named("DefWindowProc", message));
         }
-        return faults::defWindowProc.real(window, message, wParam, lParam);
+        return DefWindowProcAFault.real(window, message, wParam, lParam);
     });
     whenCreated = [](HWND window) {
         SendMessageA(window, WM_COPYDATA, 0, 0);
@@ -124,25 +124,25 @@ TEST_F(MessageOrderTest, DefaultProcedureFollowsTheServicesOwnWork) {
 
 TEST_F(MessageOrderTest, QuitClearsTheToastsThenClosesTheEventAndThenEndsTheLoopWithZero) {
     HANDLE created = nullptr;
-    faults::createEvent.intercept([&](auto... arguments) { return created = faults::createEvent.real(arguments...); });
+    CreateEventAFault.intercept([&](auto... arguments) { return created = CreateEventAFault.real(arguments...); });
     std::weak_ptr<ToastManager> manager;
     whenCreated = [&](HWND) {
         manager = ToastManager::instance();
         showToast("One", "", "", {});
         showToast("Two", "", "", {});
         note("[shown]");
-        faults::closeHandle.intercept([&](HANDLE handle) {
+        CloseHandleFault.intercept([&](HANDLE handle) {
             if (handle == created) {
                 EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Show 2", "Hide 1", "Hide 2"));
                 EXPECT_TRUE(manager.expired());
                 note("[CloseHandle]");
                 created = nullptr;
             }
-            return faults::closeHandle.real(handle);
+            return CloseHandleFault.real(handle);
         });
-        faults::postQuitMessage.intercept([this](int exitCode) {
+        PostQuitMessageFault.intercept([this](int exitCode) {
             note("[PostQuitMessage " + std::to_string(exitCode) + "]");
-            faults::postQuitMessage.real(exitCode);
+            PostQuitMessageFault.real(exitCode);
         });
     };
     EXPECT_EQ(start(), 0);

@@ -49,16 +49,16 @@ protected:
         writeDatabase(R"json([{"config_type": "reg", "title_name": "The Game", "binary_name": "game.exe",
                                "config_locations": ["HKEY_CURRENT_USER/Software"],
                                "config_fields": [{"key": "A", "value": 1}, {"key": "B", "value": 2}]}])json");
-        faults::regSetValue.intercept([this](HKEY key, const char* name, auto... arguments) {
+        RegSetValueExAFault.intercept([this](HKEY key, const char* name, auto... arguments) {
             held.pass();
             std::ofstream(report, std::ios::app | std::ios::binary) << "[" << name << "]\n";
-            return faults::regSetValue.real(key, name, arguments...);
+            return RegSetValueExAFault.real(key, name, arguments...);
         });
-        faults::postQuitMessage.intercept([](int exitCode) {
+        PostQuitMessageFault.intercept([](int exitCode) {
             ending.open();
-            faults::postQuitMessage.real(exitCode);
+            PostQuitMessageFault.real(exitCode);
         });
-        faults::regOpenKey.intercept([](auto...) -> LSTATUS {
+        RegOpenKeyAFault.intercept([](auto...) -> LSTATUS {
             ending.open();
             throw std::runtime_error("broken");
         });
@@ -69,7 +69,7 @@ protected:
             new std::thread([this] { toasts.control.press(1, 0); });
             held.waitUntilReached();
             // From now on to a file, which the other process reads.
-            faults::outputDebugString.intercept(
+            OutputDebugStringAFault.intercept(
                 [path = report](const char* text) { std::ofstream(path, std::ios::app | std::ios::binary) << text; });
             PostMessageA(window, message, 0, 0);
         };

@@ -51,7 +51,7 @@ protected:
 };
 
 TEST_F(ServiceWindowTest, ClassIsRegisteredWithItsProcedureInstanceAndNameAlone) {
-    faults::registerClass.intercept([](const WNDCLASSA* windowClass) {
+    RegisterClassAFault.intercept([](const WNDCLASSA* windowClass) {
         EXPECT_EQ(windowClass->style, 0u);
         EXPECT_NE(windowClass->lpfnWndProc, nullptr);
         EXPECT_EQ(windowClass->cbClsExtra, 0);
@@ -62,14 +62,14 @@ TEST_F(ServiceWindowTest, ClassIsRegisteredWithItsProcedureInstanceAndNameAlone)
         EXPECT_EQ(windowClass->hbrBackground, nullptr);
         EXPECT_EQ(windowClass->lpszMenuName, nullptr);
         EXPECT_STREQ(windowClass->lpszClassName, "BriskClass");
-        return faults::registerClass.real(windowClass);
+        return RegisterClassAFault.real(windowClass);
     });
     EXPECT_EQ(start(), 0);
-    EXPECT_EQ(faults::registerClass.calls(), 1u);
+    EXPECT_EQ(RegisterClassAFault.calls(), 1u);
 }
 
 TEST_F(ServiceWindowTest, WindowIsADisabledTopLevelWindowThatIsNeverShown) {
-    faults::createWindow.intercept([](DWORD extendedStyle, const char* windowClass, const char* name, DWORD style,
+    CreateWindowExAFault.intercept([](DWORD extendedStyle, const char* windowClass, const char* name, DWORD style,
                                       int x, int y, int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
                                       void* parameter) {
         EXPECT_EQ(extendedStyle, 0u);
@@ -83,7 +83,7 @@ TEST_F(ServiceWindowTest, WindowIsADisabledTopLevelWindowThatIsNeverShown) {
         EXPECT_EQ(menu, nullptr);
         EXPECT_EQ(instance, GetModuleHandleA(nullptr));
         EXPECT_EQ(parameter, nullptr);
-        const HWND window = faults::createWindow.real(extendedStyle, windowClass, name, style, x, y, width, height,
+        const HWND window = CreateWindowExAFault.real(extendedStyle, windowClass, name, style, x, y, width, height,
                                                       parent, menu, instance, parameter);
         EXPECT_EQ(GetAncestor(window, GA_PARENT), GetDesktopWindow());
         EXPECT_FALSE(IsWindowVisible(window));
@@ -91,23 +91,23 @@ TEST_F(ServiceWindowTest, WindowIsADisabledTopLevelWindowThatIsNeverShown) {
         return window;
     });
     EXPECT_EQ(start(), 0);
-    EXPECT_EQ(faults::createWindow.calls(), 1u);
+    EXPECT_EQ(CreateWindowExAFault.calls(), 1u);
     DestroyWindow(FindWindowA("BriskClass", nullptr));
 }
 
 TEST_F(ServiceWindowTest, StartedEventIsSetFromTheCreationToTheQuitMessage) {
     HANDLE created = nullptr;
-    faults::createEvent.intercept([&](SECURITY_ATTRIBUTES* attributes, BOOL manual, BOOL signalled, const char* name) {
+    CreateEventAFault.intercept([&](SECURITY_ATTRIBUTES* attributes, BOOL manual, BOOL signalled, const char* name) {
         EXPECT_EQ(attributes, nullptr);
         EXPECT_TRUE(manual);
         EXPECT_FALSE(signalled);
         EXPECT_STREQ(name, "BriskStarted");
-        return created = faults::createEvent.real(attributes, manual, signalled, name);
+        return created = CreateEventAFault.real(attributes, manual, signalled, name);
     });
     bool closed = false;
-    faults::closeHandle.intercept([&](HANDLE handle) {
+    CloseHandleFault.intercept([&](HANDLE handle) {
         closed |= handle == created && created;
-        return faults::closeHandle.real(handle);
+        return CloseHandleFault.real(handle);
     });
     run([&](HWND) {
         ASSERT_NE(created, nullptr);
@@ -115,21 +115,21 @@ TEST_F(ServiceWindowTest, StartedEventIsSetFromTheCreationToTheQuitMessage) {
         EXPECT_FALSE(closed);
     });
     EXPECT_TRUE(closed);
-    EXPECT_EQ(faults::createEvent.calls(), 1u);
+    EXPECT_EQ(CreateEventAFault.calls(), 1u);
 }
 
 TEST_F(ServiceWindowTest, EventThatCannotBeCreatedIsNotLoggedAndNothingIsClosedButNull) {
-    faults::createEvent.fail(nullptr, ERROR_NOT_ENOUGH_MEMORY);
+    CreateEventAFault.fail(nullptr, ERROR_NOT_ENOUGH_MEMORY);
     DWORD error = ERROR_SUCCESS;
-    faults::defWindowProc.intercept([&error](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    DefWindowProcAFault.intercept([&error](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         error = message == WM_CREATE ? GetLastError() : error;
-        return faults::defWindowProc.real(window, message, wParam, lParam);
+        return DefWindowProcAFault.real(window, message, wParam, lParam);
     });
     std::vector<HANDLE> closed;
     EXPECT_THAT(run([&](HWND) {
-                    faults::closeHandle.intercept([&](HANDLE handle) {
+                    CloseHandleFault.intercept([&](HANDLE handle) {
                         closed.push_back(handle);
-                        return faults::closeHandle.real(handle);
+                        return CloseHandleFault.real(handle);
                     });
                 }),
                 IsEmpty());
@@ -153,8 +153,8 @@ TEST_F(ServiceWindowTest, EveryMessageIsAnsweredAsByTheDefaultProcedure) {
                              BRISK_QUIT};
     run([&](HWND window) {
         for (const UINT message : messages) {
-            const unsigned before = faults::defWindowProc.calls();
-            faults::defWindowProc.intercept([=](HWND to, UINT number, WPARAM wParam, LPARAM lParam) -> LRESULT {
+            const unsigned before = DefWindowProcAFault.calls();
+            DefWindowProcAFault.intercept([=](HWND to, UINT number, WPARAM wParam, LPARAM lParam) -> LRESULT {
                 EXPECT_EQ(to, window);
                 EXPECT_EQ(number, message);
                 EXPECT_EQ(wParam, 3u);
@@ -162,9 +162,9 @@ TEST_F(ServiceWindowTest, EveryMessageIsAnsweredAsByTheDefaultProcedure) {
                 return 4711;
             });
             EXPECT_EQ(SendMessageA(window, message, 3, 0), 4711) << std::hex << message;
-            EXPECT_EQ(faults::defWindowProc.calls(), before + 1) << std::hex << message;
+            EXPECT_EQ(DefWindowProcAFault.calls(), before + 1) << std::hex << message;
         }
-        faults::defWindowProc.reset();
+        DefWindowProcAFault.reset();
     });
 }
 
@@ -250,7 +250,7 @@ TEST_F(ServiceWindowTest, CountersThatCannotBeResetAreLogged) {
     EXPECT_THAT(run([](HWND window) {
                     disallowToasts();
                     incNumberOfToastsShown("game.exe");
-                    faults::regDeleteTree.fail(ERROR_ACCESS_DENIED);
+                    RegDeleteTreeAFault.fail(ERROR_ACCESS_DENIED);
                     SendMessageA(window, BRISK_RESET_PROMPT_COUNTERS, 0, 0);
                 }),
                 ElementsAre("Brisk : onResetPromptCounters",
@@ -262,9 +262,9 @@ TEST_F(ServiceWindowTest, CountersThatCannotBeResetAreLogged) {
 TEST_F(ServiceWindowTest, PressDuringAResetIsForgottenWithTheRest) {
     run([this](HWND window) {
         showToast("Offer", "", "", {{"Not Now", notNow}, {"Don't ask again", dontAskAgain}});
-        faults::regOpenKey.intercept([this](auto... arguments) {
+        RegOpenKeyAFault.intercept([this](auto... arguments) {
             EXPECT_EQ(toasts.control.press(1, 1).result, S_OK);
-            return faults::regOpenKey.real(arguments...);
+            return RegOpenKeyAFault.real(arguments...);
         });
         SendMessageA(window, BRISK_RESET_PROMPT_COUNTERS, 0, 0);
     });
@@ -283,17 +283,17 @@ TEST_F(ServiceWindowTest, TitleInformationIsReceived) {
 TEST_F(ServiceWindowTest, SecondQuitMessageClosesNothingTwice) {
     std::vector<HANDLE> closed;
     HANDLE created = nullptr;
-    faults::createEvent.intercept([&](auto... arguments) { return created = faults::createEvent.real(arguments...); });
+    CreateEventAFault.intercept([&](auto... arguments) { return created = CreateEventAFault.real(arguments...); });
     EXPECT_THAT(run([&](HWND window) {
-                    faults::closeHandle.intercept([&](HANDLE handle) {
+                    CloseHandleFault.intercept([&](HANDLE handle) {
                         closed.push_back(handle);
-                        return faults::closeHandle.real(handle);
+                        return CloseHandleFault.real(handle);
                     });
                     PostMessageA(window, BRISK_QUIT, 0, 0);
                 }),
                 IsEmpty());
     EXPECT_EQ(std::count(closed.begin(), closed.end(), created), 1);
-    EXPECT_EQ(faults::postQuitMessage.calls(), 2u);
+    EXPECT_EQ(PostQuitMessageFault.calls(), 2u);
 }
 
 } // namespace

@@ -21,12 +21,12 @@ constexpr Mode kModes[] = {{1280, 720}, {1920, 1080}};
 constexpr char kDisplay[] = "\\\\.\\DISPLAY1";
 
 void scriptDisplay() {
-    faults::enumDisplayDevices.intercept([](const char*, DWORD index, DISPLAY_DEVICEA* device, DWORD) -> BOOL {
+    EnumDisplayDevicesAFault.intercept([](const char*, DWORD index, DISPLAY_DEVICEA* device, DWORD) -> BOOL {
         device->StateFlags = DISPLAY_DEVICE_PRIMARY_DEVICE;
         std::copy(std::begin(kDisplay), std::end(kDisplay), device->DeviceName);
         return index == 0;
     });
-    faults::enumDisplaySettings.intercept([](const char*, DWORD number, DEVMODEA* mode) -> BOOL {
+    EnumDisplaySettingsAFault.intercept([](const char*, DWORD number, DEVMODEA* mode) -> BOOL {
         if (number != ENUM_CURRENT_SETTINGS && number >= std::size(kModes)) {
             return FALSE;
         }
@@ -63,29 +63,29 @@ Lines operator+(Lines lines, const Lines& more) {
 StartUpFixture::StartUpFixture() {
     renewProcessState();
     scriptDisplay();
-    faults::outputDebugString.intercept([this](const char* text) {
+    OutputDebugStringAFault.intercept([this](const char* text) {
         const std::lock_guard lock(mutex);
         for (const std::string& line : splitLines(text)) {
             recorded.push_back(line);
         }
     });
-    faults::getModuleFileName.intercept([this](HMODULE module, char* buffer, DWORD size) {
+    GetModuleFileNameAFault.intercept([this](HMODULE module, char* buffer, DWORD size) {
         if (!isStarting) {
-            return faults::getModuleFileName.real(module, buffer, size);
+            return GetModuleFileNameAFault.real(module, buffer, size);
         }
         const std::string path = folder.narrow() + "\\brisk.exe";
         return static_cast<DWORD>(path.copy(buffer, path.size()));
     });
-    faults::createWindow.intercept([this](auto... arguments) {
-        serviceWindow = faults::createWindow.real(arguments...);
+    CreateWindowExAFault.intercept([this](auto... arguments) {
+        serviceWindow = CreateWindowExAFault.real(arguments...);
         if (whenCreated) {
             whenCreated(serviceWindow);
         }
         PostMessageA(serviceWindow, BRISK_QUIT, 0, 0);
         return serviceWindow;
     });
-    faults::getForegroundWindow.fail(nullptr);
-    faults::regCreateKey.reset(); // the hive's call does not count
+    GetForegroundWindowFault.fail(nullptr);
+    RegCreateKeyExAFault.reset(); // the hive's call does not count
 }
 
 StartUpFixture::~StartUpFixture() {

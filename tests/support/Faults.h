@@ -1,8 +1,9 @@
-// Fault injection at the import table. A test program writes, once for every call it wants to fail,
+// Fault injection at the import table. A test program writes, in a header or in a source file, for a call it wants to
+// fail
 //
 //   BRISK_FAULT_POINT("advapi32.dll", RegSetValueExA)
 //
-// which replaces that import for all the code the program links and gives the test the object RegSetValueExAFault:
+// which replaces that import for all the code the program links and gives the tests the object RegSetValueExAFault:
 //
 //   RegSetValueExAFault.fail(ERROR_ACCESS_DENIED);
 //
@@ -125,8 +126,15 @@ inline void reset() {
 
 } // namespace brisk::faults
 
+// What an import library brings for a function: the pointer, through which functions declared as imported are called,
+// and the jump through it, which the others are.
+#define BRISK_IMPORT(function, replacement)                                                                            \
+    extern "C" {                                                                                                       \
+    [[gnu::used]] inline decltype(&::function) __imp_##function = replacement;                                         \
+    }                                                                                                                  \
+    asm(".section .text$jump_to_" #function ",\"x\"\n.linkonce discard\n.globl " #function "\n" #function              \
+        ": jmp *__imp_" #function "(%rip)\n.text");
+
 #define BRISK_FAULT_POINT(library, function)                                                                           \
     inline brisk::faults::FaultPoint<decltype(::function)> function##Fault{library, #function};                        \
-    extern "C" {                                                                                                       \
-    decltype(&::function) __imp_##function = &brisk::faults::Import<function##Fault, decltype(::function)>::call;      \
-    }
+    BRISK_IMPORT(function, (&brisk::faults::Import<function##Fault, decltype(::function)>::call))

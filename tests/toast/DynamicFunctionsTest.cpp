@@ -18,14 +18,14 @@ protected:
 
 TEST_F(DynamicFunctionsTest, EveryFunctionIsLookedUpInItsSystemLibraryInOrder) {
     std::vector<std::string> calls;
-    faults::loadLibrary.intercept([&](LPCWSTR name, HANDLE file, DWORD flags) {
+    LoadLibraryExWFault.intercept([&](LPCWSTR name, HANDLE file, DWORD flags) {
         calls.emplace_back(std::wstring_view(name).begin(), std::wstring_view(name).end());
         EXPECT_EQ(flags, DWORD{LOAD_LIBRARY_SEARCH_SYSTEM32});
-        return faults::loadLibrary.real(name, file, flags);
+        return LoadLibraryExWFault.real(name, file, flags);
     });
-    faults::getProcAddress.intercept([&](HMODULE module, LPCSTR name) {
+    GetProcAddressFault.intercept([&](HMODULE module, LPCSTR name) {
         calls.back() += std::string(" ") + name;
-        return faults::getProcAddress.real(module, name);
+        return GetProcAddressFault.real(module, name);
     });
     DynamicFunctions functions;
     EXPECT_TRUE(functions.resolve());
@@ -46,7 +46,7 @@ TEST_F(DynamicFunctionsTest, SystemIsIncompatibleWithoutAnyOneOfTheFunctions) {
 }
 
 TEST_F(DynamicFunctionsTest, SystemIsIncompatibleWithoutALibrary) {
-    faults::loadLibrary.fail(nullptr, ERROR_MOD_NOT_FOUND);
+    LoadLibraryExWFault.fail(nullptr, ERROR_MOD_NOT_FOUND);
     EXPECT_FALSE(WinToast::isCompatible());
 }
 

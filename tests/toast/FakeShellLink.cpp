@@ -101,7 +101,7 @@ private:
 } // namespace
 
 FakeShellLinks::FakeShellLinks() {
-    faults::coCreateInstance.intercept([this](REFCLSID classId, LPUNKNOWN, DWORD, REFIID iid, LPVOID* object) {
+    CoCreateInstanceFault.intercept([this](REFCLSID classId, LPUNKNOWN, DWORD, REFIID iid, LPVOID* object) {
         if (classId != CLSID_ShellLink || failing == "CoCreateInstance") {
             return REGDB_E_CLASSNOTREG;
         }

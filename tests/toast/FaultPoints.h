@@ -1,4 +1,4 @@
-// The calls that tests of this folder let fail. A fault point can be made only once in a program, hence the references.
+// The calls that tests of this folder let fail.
 #pragma once
 
 #include "support/Faults.h"
@@ -7,14 +7,14 @@
 
 #include <objbase.h>
 
-namespace brisk::faults {
+BRISK_FAULT_POINT("kernel32.dll", GetProcAddress)
+BRISK_FAULT_POINT("kernel32.dll", LoadLibraryExW)
+BRISK_FAULT_POINT("ole32.dll", CoInitializeEx)
+BRISK_FAULT_POINT("ole32.dll", CoCreateInstance)
+BRISK_FAULT_POINT("kernel32.dll", GetModuleFileNameW)
+BRISK_FAULT_POINT("kernel32.dll", GetSystemTimeAsFileTime)
 
-extern FaultPoint<decltype(::GetProcAddress)>& getProcAddress;
-extern FaultPoint<decltype(::LoadLibraryExW)>& loadLibrary;
-extern FaultPoint<decltype(::CoInitializeEx)>& coInitialize;
-extern FaultPoint<decltype(::CoCreateInstance)>& coCreateInstance;
-extern FaultPoint<decltype(::GetModuleFileNameW)>& getModuleFileName;
-extern FaultPoint<decltype(::GetSystemTimeAsFileTime)>& getSystemTime;
+namespace brisk::faults {
 
 template <class Function>
 FARPROC asProcedure(Function* function) {
@@ -23,8 +23,8 @@ FARPROC asProcedure(Function* function) {
 
 // The functions that the service looks up are missing, or replaced, by name.
 inline void replaceFunction(const std::string& name, FARPROC replacement) {
-    getProcAddress.intercept([name, replacement](HMODULE module, LPCSTR wanted) {
-        return name == wanted ? replacement : getProcAddress.real(module, wanted);
+    GetProcAddressFault.intercept([name, replacement](HMODULE module, LPCSTR wanted) {
+        return name == wanted ? replacement : GetProcAddressFault.real(module, wanted);
     });
 }
 

@@ -21,7 +21,7 @@ protected:
         winToast.setAppName(L"Toasts");
         winToast.setCompanyName(L"Folder");
         winToast.setAppUserModelId(L"Test.Toasts");
-        faults::coInitialize.intercept([](LPVOID, DWORD) { return S_OK; });
+        CoInitializeExFault.intercept([](LPVOID, DWORD) { return S_OK; });
     }
 
     std::string path() const { return shortcut(machine.path()).string(); }
@@ -70,7 +70,7 @@ TEST_F(ShellShortcutTest, IncompatibleSystemIsMinusTwo) {
 
 TEST_F(ShellShortcutTest, ComIsInitializedOnceForManyThreads) {
     std::vector<DWORD> models;
-    faults::coInitialize.intercept([&](LPVOID reserved, DWORD model) {
+    CoInitializeExFault.intercept([&](LPVOID reserved, DWORD model) {
         EXPECT_EQ(reserved, nullptr);
         models.push_back(model);
         return S_OK;
@@ -81,9 +81,9 @@ TEST_F(ShellShortcutTest, ComIsInitializedOnceForManyThreads) {
 }
 
 TEST_F(ShellShortcutTest, ComWithAnotherModelIsAcceptedAndAnyOtherFailureIsMinusThree) {
-    faults::coInitialize.fail(RPC_E_CHANGED_MODE);
+    CoInitializeExFault.fail(RPC_E_CHANGED_MODE);
     EXPECT_EQ(winToast.createShortcut(), 2);
-    faults::coInitialize.fail(E_OUTOFMEMORY);
+    CoInitializeExFault.fail(E_OUTOFMEMORY);
     EXPECT_EQ(winToast.createShortcut(), -3);
 }
 
@@ -157,9 +157,9 @@ TEST_F(ShellShortcutTest, EveryFailureToCreateIsMinusFour) {
 }
 
 TEST_F(ShellShortcutTest, ExecutableWhosePathIsUnknownOrTooLongIsMinusFour) {
-    faults::getModuleFileName.fail(0, ERROR_ACCESS_DENIED);
+    GetModuleFileNameWFault.fail(0, ERROR_ACCESS_DENIED);
     EXPECT_EQ(winToast.createShortcut(), -4);
-    faults::getModuleFileName.fail(MAX_PATH, ERROR_INSUFFICIENT_BUFFER);
+    GetModuleFileNameWFault.fail(MAX_PATH, ERROR_INSUFFICIENT_BUFFER);
     EXPECT_EQ(winToast.createShortcut(), -4);
 }
 

@@ -64,8 +64,8 @@ protected:
         std::future<void> other;
         std::atomic<bool> begun = false;
         toast.expiration = 1;
-        faults::getSystemTime.intercept([&](LPFILETIME time) {
-            faults::getSystemTime.real(time);
+        GetSystemTimeAsFileTimeFault.intercept([&](LPFILETIME time) {
+            GetSystemTimeAsFileTimeFault.real(time);
             if (begun.exchange(true)) {
                 return; // the runtime asks for the time, too
             }
@@ -127,11 +127,11 @@ TEST_F(WinToastEventsTest, DismissalComesWithItsReason) {
 
 TEST_F(WinToastEventsTest, CancelledToastWhoseTimeIsUpHasTimedOut) {
     toast.expiration = 1000;
-    faults::getSystemTime.intercept([](LPFILETIME time) { *time = {0, 1}; });
+    GetSystemTimeAsFileTimeFault.intercept([](LPFILETIME time) { *time = {0, 1}; });
     show();
-    faults::getSystemTime.intercept([](LPFILETIME time) { *time = {9'999'999, 1}; });
+    GetSystemTimeAsFileTimeFault.intercept([](LPFILETIME time) { *time = {9'999'999, 1}; });
     toasts.dismiss(1, 0);
-    faults::getSystemTime.intercept([](LPFILETIME time) { *time = {10'000'001, 1}; });
+    GetSystemTimeAsFileTimeFault.intercept([](LPFILETIME time) { *time = {10'000'001, 1}; });
     toasts.dismiss(1, 0);
     toasts.dismiss(1, 1);
     EXPECT_THAT(handler->events,

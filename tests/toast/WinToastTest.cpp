@@ -192,7 +192,7 @@ TEST_F(WinToastTest, LackOfMemoryIsAFailureAndNoException) {
     initialize(winToast);
     ToastTemplate toast = makeToast();
     toast.expiration = 1;
-    faults::getSystemTime.intercept([](LPFILETIME) { throw std::bad_alloc(); });
+    GetSystemTimeAsFileTimeFault.intercept([](LPFILETIME) { throw std::bad_alloc(); });
     EXPECT_EQ(winToast.showToast(toast, handler()), -1);
     faults::reset();
     EXPECT_GE(winToast.showToast(toast, handler()), 0);
@@ -224,7 +224,7 @@ TEST_F(WinToastTest, OddNumberOfLinesShowsNothing) {
 TEST_F(WinToastTest, ExpirationIsTheSystemTimePlusMilliseconds) {
     WinToast winToast;
     initialize(winToast);
-    faults::getSystemTime.intercept([](LPFILETIME time) {
+    GetSystemTimeAsFileTimeFault.intercept([](LPFILETIME time) {
         time->dwHighDateTime = 1;
         time->dwLowDateTime = 5;
     });
@@ -238,7 +238,7 @@ TEST_F(WinToastTest, ExpirationIsTheSystemTimePlusMilliseconds) {
 TEST_F(WinToastTest, ExpirationBeyondAllTimeIsTheLatestThereIs) {
     WinToast winToast;
     initialize(winToast);
-    faults::getSystemTime.intercept([](LPFILETIME time) { *time = {5'807, 0}; });
+    GetSystemTimeAsFileTimeFault.intercept([](LPFILETIME time) { *time = {5'807, 0}; });
     ToastTemplate toast = makeToast();
     toast.expiration = std::numeric_limits<std::int64_t>::max();
     winToast.showToast(toast, handler());

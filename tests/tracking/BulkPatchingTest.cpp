@@ -230,7 +230,7 @@ TEST_F(BulkPatchingTest, MissingOptimalResolutionKeepsThatOfBeforeWhileTheNative
 TEST_F(BulkPatchingTest, MarkerThatCannotBeSetCountsAsPatched) {
     loadTitles({textTitle("Alder", "a.exe", "a.ini")});
     writeWidth("a", "1920");
-    faults::regSetValue.fail(ERROR_ACCESS_DENIED);
+    RegSetValueExAFault.fail(ERROR_ACCESS_DENIED);
     std::string report;
     EXPECT_EQ(doMassivePatching(report), BulkOutcome::Patched);
     EXPECT_EQ(report, "Alder\nEnabled TANO using 1280x720.\n");

@@ -5,6 +5,7 @@
 #include "Gate.h"
 
 #include <future>
+#include <thread>
 
 namespace brisk::testing {
 
@@ -58,6 +59,18 @@ protected:
         });
     }
 
+    // Whether every toast has been taken from the screen within the limit: a pressed one goes before it is reported.
+    bool waitUntilNoneIsListed() {
+        const auto deadline = std::chrono::steady_clock::now() + kLimit;
+        while (!toasts.control.list().empty()) {
+            if (std::chrono::steady_clock::now() > deadline) {
+                return false;
+            }
+            std::this_thread::yield();
+        }
+        return true;
+    }
+
     template <class Value>
     static bool isReady(const std::future<Value>& task, std::chrono::milliseconds time = kLimit) {
         return task.wait_for(time) == std::future_status::ready;
@@ -72,9 +85,9 @@ protected:
 
     // The next write to the registry is held at the gate.
     static void holdNextWrite(Gate& gate) {
-        faults::regSetValue.intercept([&gate](auto... arguments) {
+        RegSetValueExAFault.intercept([&gate](auto... arguments) {
             gate.pass();
-            return faults::regSetValue.real(arguments...);
+            return RegSetValueExAFault.real(arguments...);
         });
     }
 

@@ -4,8 +4,6 @@
 #include "toast/ToastManager.h"
 #include "tracking/BulkPatching.h"
 
-#include <thread>
-
 namespace brisk {
 namespace {
 
@@ -15,7 +13,6 @@ using ::testing::ElementsAre;
 using testing::Gate;
 using ::testing::IsEmpty;
 using testing::kTemptation;
-using testing::Lines;
 using ::testing::StartsWith;
 
 class ButtonThreadsTest : public testing::ButtonThreadsFixture {};
@@ -65,7 +62,7 @@ TEST_F(ButtonThreadsTest, ToastsAreClearedDuringAPressThatShowsItsOwn) {
     loadRegistryGame();
     showOffer();
     Gate gate;
-    faults::regSetValue.intercept([&gate](auto...) -> LSTATUS {
+    RegSetValueExAFault.intercept([&gate](auto...) -> LSTATUS {
         gate.pass();
         return ERROR_ACCESS_DENIED;
     });
@@ -94,9 +91,7 @@ TEST_F(ButtonThreadsTest, PressThatWasUnderWayWhenItsToastWasClearedStillActs) {
     ASSERT_TRUE(gate.waitUntilReached());
     // Waits in the notification system behind the first.
     std::future<Result> second = press(2, 0);
-    while (toasts.control.list() != Lines{}) {
-        std::this_thread::yield();
-    }
+    ASSERT_TRUE(waitUntilNoneIsListed());
     clearToasts();
     EXPECT_FALSE(isReady(second, std::chrono::milliseconds(0)));
     gate.open();
@@ -170,9 +165,7 @@ TEST_F(ButtonThreadsTest, PressesAndHandlersAtOnceLeaveTheFileWhole) {
         toasts.control.reset();
         showOffer();
         std::future<Result> pressed = press(1, kConfigure);
-        while (toasts.control.list() != Lines{}) {
-            std::this_thread::yield();
-        }
+        ASSERT_TRUE(waitUntilNoneIsListed());
         onTrackingTimer(Desktop::kServiceWindow);
         finish();
         onMassivePatching();

@@ -27,65 +27,64 @@ std::uintptr_t number(const void* handle) {
 } // namespace
 
 Desktop::Desktop() {
-    faults::getForegroundWindow.intercept([this] { return foreground; });
-    faults::getWindowThreadProcessId.intercept([this](HWND window, DWORD* process) {
+    GetForegroundWindowFault.intercept([this] { return foreground; });
+    GetWindowThreadProcessIdFault.intercept([this](HWND window, DWORD* process) {
         *process = window == foreground && window ? foregroundProcess : 0;
         return DWORD{1};
     });
-    faults::isWindow.intercept([this](HWND window) -> BOOL { return window && isForegroundAWindow; });
-    faults::setTimer.intercept([this](HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
+    IsWindowFault.intercept([this](HWND window) -> BOOL { return window && isForegroundAWindow; });
+    SetTimerFault.intercept([this](HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
         calls.push_back(describe("SetTimer", number(window), id) + " " + std::to_string(period) +
                         (procedure ? " procedure" : ""));
         return UINT_PTR{1};
     });
-    faults::killTimer.intercept([this](HWND window, UINT_PTR id) -> BOOL {
+    KillTimerFault.intercept([this](HWND window, UINT_PTR id) -> BOOL {
         calls.push_back(describe("KillTimer", number(window), id));
         return TRUE;
     });
-    faults::openProcess.intercept([this](DWORD access, BOOL inherits, DWORD process) -> HANDLE {
+    OpenProcessFault.intercept([this](DWORD access, BOOL inherits, DWORD process) -> HANDLE {
         if (access != PROCESS_QUERY_INFORMATION) {
             return executable.empty() ? nullptr : kImageHandle;
         }
         calls.push_back(describe("OpenProcess", access, inherits, process));
         return canOpen ? kGameHandle : nullptr;
     });
-    faults::getExitCodeProcess.intercept([this](HANDLE process, DWORD* code) -> BOOL {
+    GetExitCodeProcessFault.intercept([this](HANDLE process, DWORD* code) -> BOOL {
         *code = exitCode;
         return process == kGameHandle && hasExitCode;
     });
-    faults::closeHandle.intercept([this](HANDLE handle) -> BOOL {
+    CloseHandleFault.intercept([this](HANDLE handle) -> BOOL {
         if (handle != kGameHandle && handle != kImageHandle) {
-            return faults::closeHandle.real(handle);
+            return CloseHandleFault.real(handle);
         }
         if (handle == kGameHandle) {
             calls.push_back(describe("CloseHandle", number(handle)));
         }
         return TRUE;
     });
-    faults::getModuleFileNameEx.intercept([this](HANDLE, HMODULE, char* path, DWORD size) {
+    K32GetModuleFileNameExAFault.intercept([this](HANDLE, HMODULE, char* path, DWORD size) {
         const std::size_t length = executable.copy(path, size);
         return static_cast<DWORD>(length);
     });
-    faults::getFileVersionInfoSize.intercept([this](const char* file, DWORD*) {
+    GetFileVersionInfoSizeAFault.intercept([this](const char* file, DWORD*) {
         askedFile = file;
         return publisher.empty() ? 0UL : 16UL;
     });
-    faults::getFileVersionInfo.intercept([](const char*, DWORD, DWORD, void*) -> BOOL { return TRUE; });
+    GetFileVersionInfoAFault.intercept([](const char*, DWORD, DWORD, void*) -> BOOL { return TRUE; });
     // The strings lie in the resource's own buffer.
-    faults::verQueryValue.intercept(
-        [this](const void* resource, const char* block, void** value, UINT* length) -> BOOL {
-            const std::string name = block;
-            char* buffer = static_cast<char*>(const_cast<void*>(resource));
-            *value = buffer;
-            if (name == "\\VarFileInfo\\Translation") {
-                std::fill_n(buffer, 4, '\0');
-                *length = 4;
-                return TRUE;
-            }
-            buffer[publisher.copy(buffer, 15)] = '\0';
-            *length = 1;
-            return name == "\\StringFileInfo\\00000000\\CompanyName";
-        });
+    VerQueryValueAFault.intercept([this](const void* resource, const char* block, void** value, UINT* length) -> BOOL {
+        const std::string name = block;
+        char* buffer = static_cast<char*>(const_cast<void*>(resource));
+        *value = buffer;
+        if (name == "\\VarFileInfo\\Translation") {
+            std::fill_n(buffer, 4, '\0');
+            *length = 4;
+            return TRUE;
+        }
+        buffer[publisher.copy(buffer, 15)] = '\0';
+        *length = 1;
+        return name == "\\StringFileInfo\\00000000\\CompanyName";
+    });
 }
 
 std::vector<std::string> Desktop::takeCalls() {

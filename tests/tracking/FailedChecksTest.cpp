@@ -66,20 +66,20 @@ TEST_F(FailedChecksTest, AnotherProcessInTheForegroundCountsNothingOnThisTick) {
 }
 
 TEST_F(FailedChecksTest, ForegroundWindowIsTakenBeforeTheExitCode) {
-    faults::getExitCodeProcess.intercept([](HANDLE process, DWORD* code) -> BOOL {
+    GetExitCodeProcessFault.intercept([](HANDLE process, DWORD* code) -> BOOL {
         EXPECT_EQ(process, Desktop::kGameHandle);
-        EXPECT_EQ(faults::getForegroundWindow.calls(), 1u);
+        EXPECT_EQ(GetForegroundWindowFault.calls(), 1u);
         *code = STILL_ACTIVE;
         return TRUE;
     });
     EXPECT_TRUE(isTrackedAppActive(Desktop::kServiceWindow));
-    EXPECT_EQ(faults::getForegroundWindow.calls(), 1u);
+    EXPECT_EQ(GetForegroundWindowFault.calls(), 1u);
 }
 
 TEST_F(FailedChecksTest, EndOfTheProcessIsLoggedBeforeTheTimerIsStoppedAndItsHandleClosed) {
     trackingState = TrackingState::AppWarming;
     desktop.exitCode = 0;
-    faults::killTimer.intercept([this](HWND, UINT_PTR) -> BOOL {
+    KillTimerFault.intercept([this](HWND, UINT_PTR) -> BOOL {
         EXPECT_THAT(log.take(), ElementsAre("Brisk : tracked process is closed. Skip tracking, waiting for "
                                             "BRISK_APP_FINISHED message."));
         EXPECT_THAT(desktop.takeCalls(), IsEmpty());

@@ -1,4 +1,4 @@
-// The calls that tests of this folder script. A fault point can be made only once in a program, hence the references.
+// The calls that tests of this folder script.
 #pragma once
 
 #include "support/Faults.h"
@@ -7,23 +7,19 @@
 
 #include <psapi.h>
 
-namespace brisk::faults {
-
-extern FaultPoint<decltype(::GetForegroundWindow)>& getForegroundWindow;
-extern FaultPoint<decltype(::GetWindowThreadProcessId)>& getWindowThreadProcessId;
-extern FaultPoint<decltype(::IsWindow)>& isWindow;
-extern FaultPoint<decltype(::SetTimer)>& setTimer;
-extern FaultPoint<decltype(::KillTimer)>& killTimer;
-extern FaultPoint<decltype(::OpenProcess)>& openProcess;
-extern FaultPoint<decltype(::GetExitCodeProcess)>& getExitCodeProcess;
-extern FaultPoint<decltype(::CloseHandle)>& closeHandle;
-extern FaultPoint<decltype(::K32GetModuleFileNameExA)>& getModuleFileNameEx;
-extern FaultPoint<decltype(::GetFileVersionInfoSizeA)>& getFileVersionInfoSize;
-extern FaultPoint<decltype(::GetFileVersionInfoA)>& getFileVersionInfo;
-extern FaultPoint<decltype(::VerQueryValueA)>& verQueryValue;
-extern FaultPoint<decltype(::GetFileAttributesW)>& getFileAttributes;
-extern FaultPoint<decltype(::GetProcAddress)>& getProcAddress;
-extern FaultPoint<decltype(::RegCreateKeyExA)>& regCreateKey;
-extern FaultPoint<decltype(::RegSetValueExA)>& regSetValue;
-
-} // namespace brisk::faults
+BRISK_FAULT_POINT("user32.dll", GetForegroundWindow)
+BRISK_FAULT_POINT("user32.dll", GetWindowThreadProcessId)
+BRISK_FAULT_POINT("user32.dll", IsWindow)
+BRISK_FAULT_POINT("user32.dll", SetTimer)
+BRISK_FAULT_POINT("user32.dll", KillTimer)
+BRISK_FAULT_POINT("kernel32.dll", OpenProcess)
+BRISK_FAULT_POINT("kernel32.dll", GetExitCodeProcess)
+BRISK_FAULT_POINT("kernel32.dll", CloseHandle)
+BRISK_FAULT_POINT("kernel32.dll", K32GetModuleFileNameExA)
+BRISK_FAULT_POINT("version.dll", GetFileVersionInfoSizeA)
+BRISK_FAULT_POINT("version.dll", GetFileVersionInfoA)
+BRISK_FAULT_POINT("version.dll", VerQueryValueA)
+BRISK_FAULT_POINT("kernel32.dll", GetFileAttributesW)
+BRISK_FAULT_POINT("kernel32.dll", GetProcAddress)
+BRISK_FAULT_POINT("advapi32.dll", RegCreateKeyExA)
+BRISK_FAULT_POINT("advapi32.dll", RegSetValueExA)

@@ -46,7 +46,7 @@ TEST_F(GameEndTest, EveryOtherStateStopsTheTimerFirstAndEndsInIdle) {
     for (std::uint32_t state = 1; state <= 4; ++state) {
         trackingState = static_cast<TrackingState>(state);
         Lines before;
-        faults::killTimer.intercept([&](HWND window, UINT_PTR id) -> BOOL {
+        KillTimerFault.intercept([&](HWND window, UINT_PTR id) -> BOOL {
             EXPECT_EQ(window, Desktop::kServiceWindow);
             EXPECT_EQ(id, 0u);
             before = log.take();
@@ -57,7 +57,7 @@ TEST_F(GameEndTest, EveryOtherStateStopsTheTimerFirstAndEndsInIdle) {
         EXPECT_EQ(log.take().at(0), "Brisk : switch to IDLE");
         EXPECT_EQ(trackingState, TrackingState::Idle);
     }
-    EXPECT_EQ(faults::killTimer.calls(), 4u);
+    EXPECT_EQ(KillTimerFault.calls(), 4u);
 }
 
 TEST_F(GameEndTest, ContextKeepsItsValuesUntilTheNextGameIsAccepted) {
@@ -276,7 +276,7 @@ TEST_F(GameEndTest, CountOfRefusalsIsUnsigned) {
 }
 
 TEST_F(GameEndTest, UserStateThatCannotBeReadCountsAsNoRefusal) {
-    faults::regCreateKey.fail(ERROR_ACCESS_DENIED);
+    RegCreateKeyExAFault.fail(ERROR_ACCESS_DENIED);
     finish();
     EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() +
                                              Lines{"Brisk : areToastsAllowed : RegCreateKeyEx failed. Error 5.",
@@ -294,7 +294,7 @@ TEST_F(GameEndTest, OfferReplacesWhatIsStillShown) {
 
 TEST_F(GameEndTest, ToastsAreClearedOnlyWhenEverythingIsDecided) {
     ToastManager::instance()->cleanup();
-    faults::getProcAddress.fail(nullptr);
+    GetProcAddressFault.fail(nullptr);
     EXPECT_THROW(finish(), std::runtime_error);
     EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() + allowedLines()));
     EXPECT_EQ(trackingState, TrackingState::Idle);

@@ -51,7 +51,7 @@ protected:
 TEST_F(GameStartTest, KnownGameIsWaitedForWithACleanContextAndARunningTimer) {
     fillContext();
     Lines linesBeforeTheTimer;
-    faults::setTimer.intercept([&](HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
+    SetTimerFault.intercept([&](HWND window, UINT_PTR id, UINT period, TIMERPROC procedure) {
         EXPECT_EQ(window, Desktop::kServiceWindow);
         EXPECT_EQ(id, 0u);
         EXPECT_EQ(period, 1000u);
@@ -64,7 +64,7 @@ TEST_F(GameStartTest, KnownGameIsWaitedForWithACleanContextAndARunningTimer) {
                 ElementsAre("Brisk : onAppStarted, p1 = 1001, p2 = 0x1f4",
                             "Brisk : waiting for activation, GameID 1001, PID 0x1f4", "Brisk : switch to WAITING_APP"));
     EXPECT_THAT(log.take(), IsEmpty());
-    EXPECT_EQ(faults::setTimer.calls(), 1u);
+    EXPECT_EQ(SetTimerFault.calls(), 1u);
     EXPECT_THAT(desktop.takeCalls(), IsEmpty());
     EXPECT_EQ(trackingState, TrackingState::WaitingApp);
     EXPECT_EQ(trackingContext.gameId, 1001u);
@@ -131,7 +131,7 @@ TEST_F(GameStartTest, SecondGameEndsAllTrackingInEveryStateAndIsNotTrackedEither
 TEST_F(GameStartTest, SecondGameStopsTheTimerBeforeTheStateAndTheContextGo) {
     fillContext();
     trackingState = TrackingState::Tracking;
-    faults::killTimer.intercept([this](HWND window, UINT_PTR id) -> BOOL {
+    KillTimerFault.intercept([this](HWND window, UINT_PTR id) -> BOOL {
         EXPECT_EQ(window, Desktop::kServiceWindow);
         EXPECT_EQ(id, 0u);
         EXPECT_THAT(log.take(), ElementsAre("Brisk : onAppStarted, p1 = 1001, p2 = 0x1f4",
@@ -142,7 +142,7 @@ TEST_F(GameStartTest, SecondGameStopsTheTimerBeforeTheStateAndTheContextGo) {
         return FALSE; // whether it succeeds is not asked
     });
     announce();
-    EXPECT_EQ(faults::killTimer.calls(), 1u);
+    EXPECT_EQ(KillTimerFault.calls(), 1u);
     EXPECT_THAT(log.take(), ElementsAre("Brisk : switch to IDLE"));
     expectEmptyContext();
 }
@@ -150,7 +150,7 @@ TEST_F(GameStartTest, SecondGameStopsTheTimerBeforeTheStateAndTheContextGo) {
 TEST_F(GameStartTest, ToastsAreClearedBeforeAnythingIsSaidOrChanged) {
     fillContext();
     ToastManager::instance()->cleanup();
-    faults::getProcAddress.fail(nullptr);
+    GetProcAddressFault.fail(nullptr);
     EXPECT_THROW(announce(), std::runtime_error);
     EXPECT_THAT(log.take(), ElementsAre("Brisk : onAppStarted, p1 = 1001, p2 = 0x1f4"));
     EXPECT_EQ(trackingState, TrackingState::Idle);
@@ -176,7 +176,7 @@ TEST_F(GameStartTest, NoForegroundWindowIsNotTheGame) {
     desktop.foreground = nullptr;
     EXPECT_FALSE(shouldStartTracking(Desktop::kServiceWindow));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : shouldStartTracking", "Brisk : HWND = 0"));
-    EXPECT_EQ(faults::getWindowThreadProcessId.calls(), 0u);
+    EXPECT_EQ(GetWindowThreadProcessIdFault.calls(), 0u);
 }
 
 TEST_F(GameStartTest, AnotherProcessInTheForegroundIsLoggedInTheBaseThatTheLinesBeforeLeft) {

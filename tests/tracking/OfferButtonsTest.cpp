@@ -21,7 +21,7 @@ TEST_F(OfferButtonsTest, ConfigureSettingsPatchesTheTitleAndSaysNothingMore) {
 
 TEST_F(OfferButtonsTest, MarkerThatCannotBeSetDoesNotMakeThePatchFail) {
     finishWithOffer();
-    faults::regSetValue.fail(ERROR_ACCESS_DENIED);
+    RegSetValueExAFault.fail(ERROR_ACCESS_DENIED);
     press(0);
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : 'The Game' optimized.",
                                         "Brisk : setPatched : RegSetValueEx failed. Error 5.",
@@ -58,7 +58,7 @@ TEST_F(OfferButtonsTest, NotNowCountsARefusalOfThisTitle) {
 
 TEST_F(OfferButtonsTest, RefusalThatCannotBeCountedIsLogged) {
     finishWithOffer();
-    faults::regSetValue.fail(ERROR_ACCESS_DENIED);
+    RegSetValueExAFault.fail(ERROR_ACCESS_DENIED);
     press(1);
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Not now",
                                         "Brisk : incNumberOfToastsShown : RegSetValueEx failed. Error 5.",
@@ -77,7 +77,7 @@ TEST_F(OfferButtonsTest, DontAskAgainDisablesAllOffers) {
 
 TEST_F(OfferButtonsTest, OffersThatCannotBeDisabledAreLogged) {
     finishWithOffer();
-    faults::regCreateKey.fail(ERROR_ACCESS_DENIED);
+    RegCreateKeyExAFault.fail(ERROR_ACCESS_DENIED);
     press(2);
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Don't ask again",
                                         "Brisk : disallowToasts : RegCreateKeyEx failed. Error 5.",

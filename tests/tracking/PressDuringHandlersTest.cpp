@@ -23,7 +23,7 @@ class PressDuringHandlersTest : public testing::ButtonThreadsFixture {};
 
 TEST_F(PressDuringHandlersTest, PressDuringASecondGamesStartPatchesTheFirstGame) {
     showOffer();
-    faults::killTimer.intercept([this](HWND, UINT_PTR) -> BOOL {
+    KillTimerFault.intercept([this](HWND, UINT_PTR) -> BOOL {
         EXPECT_EQ(toasts.control.press(1, kConfigure).result, S_OK);
         return TRUE;
     });
@@ -40,7 +40,7 @@ TEST_F(PressDuringHandlersTest, PressUnderWayWhenTheNextGameStartsIsDoneForTheLa
     holdNextWrite(gate);
     std::future<Result> pressed = press(1, kNotNow);
     ASSERT_TRUE(gate.waitUntilReached());
-    faults::setTimer.intercept([&](auto...) {
+    SetTimerFault.intercept([&](auto...) {
         gate.open();
         expectDone(pressed);
         return UINT_PTR{1};
@@ -69,7 +69,7 @@ TEST_F(PressDuringHandlersTest, PressDuringATickIsDoneAtOnceInEveryState) {
         {TrackingState::AppWarming, {}, {}},
         {TrackingState::Tracking, {}, {"Brisk : FPS = 60"}},
         {TrackingState::NotTracking, {}, {}}};
-    faults::getForegroundWindow.intercept([this] {
+    GetForegroundWindowFault.intercept([this] {
         EXPECT_EQ(toasts.control.press(1, kNotNow).result, S_OK);
         return Desktop::kGameWindow;
     });
@@ -92,12 +92,12 @@ TEST_F(PressDuringHandlersTest, PressWhileTheConfigurationIsLookedForWaitsAndThe
     trackingState = TrackingState::WaitingApp;
     std::future<Result> pressed;
     bool waited = false;
-    faults::getFileAttributes.intercept([&](const wchar_t* file) {
+    GetFileAttributesWFault.intercept([&](const wchar_t* file) {
         if (!pressed.valid()) {
             pressed = press(1, kConfigure);
             waited = !isReady(pressed, kTemptation);
         }
-        return faults::getFileAttributes.real(file);
+        return GetFileAttributesWFault.real(file);
     });
     onTrackingTimer(Desktop::kServiceWindow);
     EXPECT_TRUE(waited);
@@ -122,12 +122,12 @@ TEST_F(PressDuringHandlersTest, PressDuringAnEvaluationPatchesSoThatNothingIsLef
 TEST_F(PressDuringHandlersTest, PressJustBeforeTheAnswersAreReadIsHeard) {
     showOffer();
     std::atomic<bool> isPressed = false;
-    faults::regCreateKey.intercept([&](auto... arguments) {
+    RegCreateKeyExAFault.intercept([&](auto... arguments) {
         // The press itself comes here, too.
         if (!isPressed.exchange(true)) {
             EXPECT_EQ(toasts.control.press(1, kDontAskAgain).result, S_OK);
         }
-        return faults::regCreateKey.real(arguments...);
+        return RegCreateKeyExAFault.real(arguments...);
     });
     finish();
     EXPECT_EQ(log.take().back(), "Brisk : areToastsAllowed = 0");
@@ -163,12 +163,12 @@ TEST_F(PressDuringHandlersTest, PressDuringABulkPassWaitsForTheTitleThatIsBeingP
     std::future<Result> pressed = press(1, kConfigure);
     ASSERT_TRUE(gate.waitUntilReached());
     bool waited = false;
-    faults::regSetValue.intercept([&](auto... arguments) {
+    RegSetValueExAFault.intercept([&](auto... arguments) {
         if (!gate.isOpen()) {
             gate.open();
             waited = !isReady(pressed, kTemptation);
         }
-        return faults::regSetValue.real(arguments...);
+        return RegSetValueExAFault.real(arguments...);
     });
     onMassivePatching();
     EXPECT_TRUE(waited);

@@ -50,7 +50,7 @@ TEST_F(ServicesTest, ToastThatCannotBeShownIsOnlyLogged) {
 
 TEST_F(ServicesTest, ToastManagerThatCannotBeMadeIsTheCallersException) {
     ToastManager::instance()->cleanup();
-    faults::getProcAddress.fail(nullptr);
+    GetProcAddressFault.fail(nullptr);
     const auto errorOf = [](auto operation) -> std::string {
         try {
             operation();

@@ -65,7 +65,7 @@ TEST_F(TrackingTest, TicksInIdleAndInAnUnknownStateDoNothing) {
     trackingState = static_cast<TrackingState>(5);
     tick();
     EXPECT_EQ(trackingState, static_cast<TrackingState>(5));
-    EXPECT_EQ(faults::getForegroundWindow.calls(), 0u);
+    EXPECT_EQ(GetForegroundWindowFault.calls(), 0u);
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
@@ -306,7 +306,7 @@ TEST_F(TrackingTest, NoForegroundWindowAndOneThatIsJustGoneAreInactiveWithoutALi
     desktop.foreground = nullptr;
     EXPECT_FALSE(isTrackedAppActive(Desktop::kServiceWindow));
     EXPECT_THAT(log.take(), IsEmpty());
-    EXPECT_EQ(faults::getWindowThreadProcessId.calls(), 0u);
+    EXPECT_EQ(GetWindowThreadProcessIdFault.calls(), 0u);
 }
 
 TEST_F(TrackingTest, ForegroundWindowOfAnotherProcessIsLogged) {
