@@ -84,6 +84,7 @@ std::wstring WinToast::configureAUMI(const std::wstring& company, const std::wst
 }
 
 bool WinToast::initialize(WinToastError* error) {
+    const std::lock_guard lock(mutex);
     initialized = false;
     setError(error, WinToastError::NoError);
     if (!isCompatible()) {

@@ -29,7 +29,7 @@ enum class WinToastError {
 enum class ShortcutPolicy { Ignore = 0, RequireCreate = 2 };
 
 // Registers the process with the Windows notification system and shows toasts. One instance for the process. Failures
-// are results, never exceptions. Once initialised, any thread may show and clear.
+// are results, never exceptions. Any thread; createShortcut only before the first toast.
 class WinToast {
 public:
     static WinToast& instance();
@@ -43,10 +43,10 @@ public:
     WinToast(const WinToast&) = delete;
     WinToast& operator=(const WinToast&) = delete;
 
-    void setAppName(const std::wstring& name) { appName = name; }         // the shortcut's file name
-    void setCompanyName(const std::wstring& name) { companyName = name; } // the shortcut's folder
-    void setAppUserModelId(const std::wstring& id) { appUserModelId = id; }
-    void setShortcutPolicy(ShortcutPolicy policy) { shortcutPolicy = policy; }
+    void setAppName(const std::wstring& name) { set(appName, name); }         // the shortcut's file name
+    void setCompanyName(const std::wstring& name) { set(companyName, name); } // the shortcut's folder
+    void setAppUserModelId(const std::wstring& id) { set(appUserModelId, id); }
+    void setShortcutPolicy(ShortcutPolicy policy) { set(shortcutPolicy, policy); }
 
     bool initialize(WinToastError* error = nullptr);
     // 0: a valid shortcut was there; 1: its id was corrected; 2: it was created; -1: name or id missing; -2: not
@@ -65,6 +65,11 @@ private:
         ToastEventTokens tokens;
     };
 
+    template <class Value>
+    void set(Value& field, const Value& value) {
+        const std::lock_guard lock(mutex);
+        field = value;
+    }
     HRESULT createNotifier(brisk::ComReference<abi::IToastNotificationManagerStatics>& statics,
                            brisk::ComReference<abi::IToastNotifier>& notifier) const;
     // The steps of showToast under the table's lock.
@@ -77,7 +82,7 @@ private:
     std::wstring appName;
     std::wstring companyName;
     std::wstring appUserModelId;
-    std::mutex mutex; // of the table; held from the start of showToast to its return
+    std::mutex mutex; // of all of this; held from the start of showToast to its return
     std::map<std::int64_t, ShownToast> toasts;
     std::int64_t nextId = 0;
 };

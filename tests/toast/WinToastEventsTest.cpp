@@ -203,6 +203,16 @@ TEST_F(WinToastEventsTest, ClearWaitsForAToastThatIsBeingShownAndHidesIt) {
     toasts.waitUntilIdle();
 }
 
+TEST_F(WinToastEventsTest, SettingUpWaitsForAToastThatIsBeingShown) {
+    expectToWaitForShowing([this] { winToast.setAppName(L"Another Name"); });
+    toasts.waitUntilIdle();
+}
+
+TEST_F(WinToastEventsTest, InitializingWaitsForAToastThatIsBeingShown) {
+    expectToWaitForShowing([this] { EXPECT_TRUE(winToast.initialize()); });
+    toasts.waitUntilIdle();
+}
+
 TEST_F(WinToastEventsTest, EventThatTakesItsHandlerOffTheToastReachesItsEnd) {
     using brisk::testing::FakeNotification;
     using Event = HRESULT (FakeNotification::*)();
