@@ -58,6 +58,15 @@ TEST(KeyExamples, AFurtherGroupBeforeTheValueMakesItTheThird) {
     EXPECT_EQ(use("((?:a|b)=)(\\d+)()", "a=5"), "5 -> a=9");
 }
 
+TEST(KeyExamples, ADollarSignAtTheEndOfAValueTakesTheTextBehindIt) {
+    EXPECT_EQ(use("(unit=\")(\\w*)(\")", "unit=\"x\"\n", "US$"), "x -> unit=\"US$3\n");
+    EXPECT_EQ(use("(unit=\")(\\w*)(\")", "unit=\"x\"\n", "US$$"), "x -> unit=\"US$\"\n");
+}
+
+TEST(KeyExamples, AnEmptyKeyMatchesEverywhere) {
+    EXPECT_EQ(use("", "ab", "x"), " -> xaxbx");
+}
+
 TEST(KeyExamples, LettersOutsideAsciiAreSeveralBytes) {
     EXPECT_EQ(use("(Gr.\\We=)(\\d+)()", "Gr\u00F6\u00DFe=5"), "none -> Gr\u00F6\u00DFe=5");
     EXPECT_EQ(use("(Gr..\\W\\We=)(\\d+)()", "Gr\u00F6\u00DFe=5"), "5 -> Gr\u00F6\u00DFe=9");

@@ -27,6 +27,10 @@ TEST_F(TitleCheckTest, AConfigurationThatCannotBeLoadedIsLogged) {
     loadTitle(textTitle(R"json([{"key": "(w=)(\\d+)()", "value": 5}])json"));
     EXPECT_FALSE(check());
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : unable to load configuration.", "next"));
+    // Also where there would be nothing to check in it.
+    loadTitle(textTitle("[]"));
+    EXPECT_FALSE(check());
+    EXPECT_THAT(takeLog(), ElementsAre("Brisk : unable to load configuration.", "next"));
 }
 
 TEST_F(TitleCheckTest, ARegistryTitleThatWasNotFoundCannotBeLoaded) {
@@ -101,7 +105,8 @@ TEST_F(TitleCheckTest, AMissingNumberReadsAsZero) {
 }
 
 TEST_F(TitleCheckTest, FieldsAreCheckedInTheOrderOfTheirKeysUpToTheFirstDifference) {
-    loadTextTitle("a=1\nb=2\nc=3\n", R"json([{"key": "(c=)(\\d+)()", "value": 0}, {"key": "(b=)(\\d+)()", "value": 7},
+    // Reading the third one would be an error.
+    loadTextTitle("a=1\nb=2\nc=x\n", R"json([{"key": "(c=)(\\w+)()", "value": 0}, {"key": "(b=)(\\d+)()", "value": 7},
                                          {"key": "(a=)(\\d+)()", "value": 1}])json");
     EXPECT_TRUE(check());
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : game setting '2' is not optimal '7'.", "next"));
@@ -244,6 +249,8 @@ TEST_F(TitleCheckTest, AdaptersErrorsLeaveTheManagerUsable) {
     EXPECT_THAT([&] { check(); }, ThrowsMessage<std::out_of_range>(StrEq("stoi argument out of range")));
     loadTitle(textTitle(R"json([{"key": "(w=", "value": 5}])json"));
     EXPECT_THROW(check(), std::regex_error);
+    loadTitle(textTitle(R"json([{"value": 5}])json"));
+    EXPECT_THAT([&] { check(); }, ThrowsMessage<std::invalid_argument>(StrEq("invalid stoi argument")));
     loadTitle(textTitle(R"json([{"key": "(w=)(\\d)\\d*()", "value": 5}])json"));
     EXPECT_TRUE(check());
 }

@@ -87,6 +87,16 @@ TEST_F(TitleLoadingTest, MalformedJsonIsTheLibrarysParseError) {
     EXPECT_THAT(manager.getBinaryNames(), IsEmpty());
 }
 
+TEST_F(TitleLoadingTest, MalformedJsonLeavesTheTitlesThatAreHeldAndTheNextDatabaseIsRead) {
+    EXPECT_TRUE(load(R"([{"id": 1, "config_type": "txt", "binary_name": "a.exe"}])"));
+    EXPECT_THROW(load(R"([{"id": 2, "config_type": "txt", "binary_name": "b.exe"},)"), json::parse_error);
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe"));
+    EXPECT_FALSE(manager.isTitleIdKnown(2));
+    EXPECT_TRUE(load(R"([{"id": 2, "config_type": "txt", "binary_name": "b.exe"}])"));
+    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe", "b.exe"));
+    EXPECT_TRUE(manager.isTitleIdKnown(2));
+}
+
 TEST_F(TitleLoadingTest, AnythingButAnArrayIsRejected) {
     for (const char* text : {"null", "{}", R"({"config_type": "txt"})", "1", "\"[]\"", "true"}) {
         EXPECT_FALSE(load(text)) << text;
@@ -225,6 +235,9 @@ TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
         strcpy(path, "C:\\Users\\J\u00F6rg \u5B9A");
         return S_OK;
     });
+    { const TitleManager made; }
+    EXPECT_THAT(calls, ElementsAre("40", "28", "26"));
+    calls.clear();
     EXPECT_THAT(locations(), ElementsAre("C:\\Users\\J\u00F6rg \u5B9A\\?", "C:\\Users\\J\u00F6rg \u5B9A\\?",
                                          "C:\\Users\\J\u00F6rg \u5B9A\\?"));
     EXPECT_THAT(calls, ElementsAre("40", "28", "26"));
@@ -233,6 +246,26 @@ TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
 TEST_F(UserFoldersTest, AFolderThatCannotBeToldIsEmpty) {
     faults::getFolderPath.fail(E_FAIL);
     EXPECT_THAT(locations(), ElementsAre("\\?", "\\?", "\\?"));
+    // Also when the one before it could be told.
+    faults::getFolderPath.intercept([](HWND, int csidl, HANDLE, DWORD, char* path) -> HRESULT {
+        if (csidl == CSIDL_LOCAL_APPDATA) {
+            return E_FAIL;
+        }
+        strcpy(path, "D:\\Told");
+        return S_OK;
+    });
+    EXPECT_THAT(locations(), ElementsAre("D:\\Told\\?", "\\?", "D:\\Told\\?"));
+}
+
+TEST_F(UserFoldersTest, AFolderMayFillItsBuffer) {
+    const std::string longest(MAX_PATH - 1, 'x');
+    faults::getFolderPath.intercept([&longest](HWND, int, HANDLE, DWORD, char* path) -> HRESULT {
+        strcpy(path, longest.c_str());
+        return S_OK;
+    });
+    // No file system has to bear the name.
+    faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, ERROR_FILE_NOT_FOUND);
+    EXPECT_THAT(locations(), ElementsAre(longest + "\\?", longest + "\\?", longest + "\\?"));
 }
 
 TEST_F(UserFoldersTest, ResultCodesAreNotLookedAt) {

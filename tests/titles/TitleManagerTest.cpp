@@ -38,6 +38,16 @@ TEST_F(TitleMatchingTest, BinaryNamesAreComparedWholeAndByCase) {
     }
 }
 
+TEST_F(TitleMatchingTest, ATitleWithoutABinaryNameIsFoundUnderTheEmptyOne) {
+    testing::writeFile(file(), "");
+    json title = textTitle("[]");
+    title.erase("binary_name");
+    loadTitle(title);
+    EXPECT_TRUE(manager.isTitleSupported("", "", ""));
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : publisher: '', binary name: ''.",
+                                        "Brisk : checking path '" + filePath() + "'.", "Brisk : config found."));
+}
+
 TEST_F(TitleMatchingTest, PublishersAreComparedWholeAndByCaseBeforeTheConfigurationIsLookedFor) {
     loadTextTitle("", "[]");
     for (const char* publisher : {"studio", "Studio ", "Stud", "Studio Ltd."}) {
@@ -109,6 +119,21 @@ TEST_F(TitleFactsTest, NothingIsKnownOfAnUnknownExecutable) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
+TEST_F(TitleFactsTest, NothingIsKnownOfAnExecutableInAnotherLetterCase) {
+    testing::writeFile(file(), "w=1\n");
+    json title = textTitle(R"json([{"key": "(w=)(\\d+)()", "text": "words", "value": 5}])json");
+    title["luma_version"] = 1;
+    loadTitle(title);
+    EXPECT_EQ(manager.getTitleName("Game.exe"), "");
+    EXPECT_FALSE(manager.isLumaSupported("Game.exe"));
+    EXPECT_EQ(manager.getSettingText("Game.exe"), "");
+    EXPECT_FALSE(manager.isTitleNeedToBeOptimized("Game.exe"));
+    EXPECT_FALSE(manager.optimizeTitle("Game.exe"));
+    EXPECT_EQ(testing::readFile(file()), "w=1\n");
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_EQ(manager.getSettingText("game.exe"), "words");
+}
+
 TEST_F(TitleFactsTest, BinaryNamesAreGivenInTheOrderOfTheirBytes) {
     load(R"([{"config_type": "txt", "binary_name": "b.exe"}, {"config_type": "txt", "binary_name": "\u00e4.exe"},
              {"config_type": "reg", "binary_name": "B.exe"}, {"config_type": "txt", "binary_name": "a.exe"}])"_json);
@@ -116,7 +141,7 @@ TEST_F(TitleFactsTest, BinaryNamesAreGivenInTheOrderOfTheirBytes) {
 }
 
 TEST_F(TitleFactsTest, LumaIsSupportedByATitleWithAVersionOfIt) {
-    load(R"([{"config_type": "txt", "binary_name": "a.exe", "luma_version": 2},
+    load(R"([{"config_type": "txt", "binary_name": "a.exe", "luma_version": 1},
              {"config_type": "txt", "binary_name": "b.exe", "luma_version": 0},
              {"config_type": "txt", "binary_name": "c.exe"}])"_json);
     EXPECT_TRUE(manager.isLumaSupported("a.exe"));

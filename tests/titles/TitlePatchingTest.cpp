@@ -1,6 +1,7 @@
 // The rewriting of a title's settings.
 #include "TitleManagerFixture.h"
 
+#include <regex>
 #include <stdexcept>
 
 namespace brisk {
@@ -66,6 +67,21 @@ TEST_F(TitlePatchingTest, EveryFieldIsWrittenAndTheTitleIsLogged) {
     EXPECT_FALSE(manager.isTitleNeedToBeOptimized("game.exe"));
 }
 
+TEST_F(TitlePatchingTest, AResolutionNameThatIsNotSetYetOrUnknownStandsForTheFieldsOwnNumber) {
+    loadTextTitle("a=1\r\nb=1\r\n", R"json([{"key": "(a=)(\\d+)()", "meta": "width", "value": 7},
+                                         {"key": "(b=)(\\d+)()", "meta": "Width", "value": 8}])json");
+    manager.setNativeResolution(1920, 1080);
+    EXPECT_EQ(patched(), "a=7\r\nb=8\r\n");
+    manager.setResolution(1600, 900);
+    EXPECT_EQ(patched(), "a=1600\r\nb=8\r\n");
+}
+
+TEST_F(TitlePatchingTest, AResolutionNameBesideATextValueIsIgnored) {
+    loadTextTitle("w=1\r\n", R"json([{"key": "(w=)(\\d+)()", "meta": "width", "value": "7"}])json");
+    manager.setResolution(1600, 900);
+    EXPECT_EQ(patched(), "w=7\r\n");
+}
+
 TEST_F(TitlePatchingTest, ConditionsAreNotLookedAt) {
     loadTextTitle("w=1\r\n", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json",
                   R"json([{"key": "(r=)(\\w+)()", "presence": ["x"]
@@ -95,7 +111,7 @@ TEST_F(TitlePatchingTest, FieldsAreWrittenInTheOrderOfTheirKeysAlsoThoseThatHold
     EXPECT_THAT(log.take(), ElementsAre("Brisk : 'The Game' optimized."));
 }
 
-TEST_F(TitlePatchingTest, WhenEveryWriteFailsNothingIsSaved) {
+TEST_F(TitlePatchingTest, ATitleOfWhichEveryWriteFailsIsNotPatchedAndTheNextTryWritesAgain) {
     loadRegistryTitle(R"json([{"key": "Width", "value": 5}, {"key": "Mode", "value": "fast"},
                           {"key": "Missing", "value": "x", "create_key": "New", "create_value": "*"}])json");
     faults::regSetValue.fail(ERROR_ACCESS_DENIED);
@@ -103,6 +119,12 @@ TEST_F(TitlePatchingTest, WhenEveryWriteFailsNothingIsSaved) {
     EXPECT_THAT(log.take(), ElementsAre("Brisk : setValue failed for 'New'. Error 5.",
                                         "Brisk : setValue failed for 'Mode'. Error 5.",
                                         "Brisk : setValue failed for 'Width'. Error 5."));
+    faults::reset();
+    EXPECT_TRUE(optimize());
+    EXPECT_EQ(readValue("New"), "\"x\"");
+    EXPECT_EQ(readValue("Mode"), "\"fast\"");
+    EXPECT_EQ(readValue("Width"), "5");
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : 'The Game' optimized."));
 }
 
 TEST_F(TitlePatchingTest, OneSuccessfulWriteIsEnough) {
@@ -212,6 +234,15 @@ TEST_F(TitlePatchingTest, ANumberThatCannotBeReadIsAnErrorOnlyWhereItCouldBeCrea
     EXPECT_THAT([&] { optimize(); }, ThrowsMessage<std::invalid_argument>(StrEq("invalid stoi argument")));
     EXPECT_EQ(testing::readFile(file()), "w=abc\r\n");
     EXPECT_EQ(manager.getTitleName("game.exe"), "The Game");
+}
+
+TEST_F(TitlePatchingTest, AnErrorHalfWayLeavesTheFileAsItIs) {
+    loadTextTitle("a=1\r\nb=1\r\n", R"json([{"key": "(a=)(\\d+)()", "value": 5}, {"key": "(b=", "value": 6}])json");
+    EXPECT_THROW(optimize(), std::regex_error);
+    EXPECT_EQ(testing::readFile(file()), "a=1\r\nb=1\r\n");
+    EXPECT_THAT(log.take(), IsEmpty());
+    loadTitle(textTitle(R"json([{"key": "(b=)(\\d+)()", "value": 6}])json"));
+    EXPECT_EQ(patched(), "a=1\r\nb=6\r\n");
 }
 
 TEST_F(TitlePatchingTest, AClosedManagerPatchesNothingUntilTitlesAreLoadedAgain) {
