@@ -103,12 +103,12 @@ protected:
             listing.front().name.copy(data->cFileName, MAX_PATH - 1);
             listing.erase(listing.begin());
         };
-        faults::findFirstFile.intercept([give](const wchar_t* pattern, WIN32_FIND_DATAW* data) {
-            const HANDLE search = faults::findFirstFile.real(pattern, data);
+        FindFirstFileWFault.intercept([give](const wchar_t* pattern, WIN32_FIND_DATAW* data) {
+            const HANDLE search = FindFirstFileWFault.real(pattern, data);
             give(data);
             return search;
         });
-        faults::findNextFile.intercept([this, give](HANDLE, WIN32_FIND_DATAW* data) -> WINBOOL {
+        FindNextFileWFault.intercept([this, give](HANDLE, WIN32_FIND_DATAW* data) -> WINBOOL {
             if (listing.empty()) {
                 SetLastError(ERROR_NO_MORE_FILES);
                 return FALSE;
@@ -128,7 +128,7 @@ protected:
 TEST_F(LocationTest, ALocationWithoutAStarIsAcceptedUnchangedWithoutALook) {
     EXPECT_EQ(resolve("C:\\no such folder\\a.ini"), "C:\\no such folder\\a.ini");
     EXPECT_EQ(resolve(""), "");
-    EXPECT_EQ(faults::getFileAttributes.calls(), 0u);
+    EXPECT_EQ(GetFileAttributesWFault.calls(), 0u);
 }
 
 TEST_F(LocationTest, TheFirstSubdirectoryTakesTheStarsPlace) {
@@ -137,7 +137,7 @@ TEST_F(LocationTest, TheFirstSubdirectoryTakesTheStarsPlace) {
     fs::create_directory(folder / "profile 7");
     EXPECT_EQ(resolve(in("*\\cfg.ini")), in("profile 7\\cfg.ini"));
     EXPECT_EQ(resolve(in("*")), in("profile 7"));
-    EXPECT_EQ(faults::findClose.calls(), 2u);
+    EXPECT_EQ(FindCloseFault.calls(), 2u);
 }
 
 TEST_F(LocationTest, TheFirstOneIsTheFirstOneListed) {
@@ -188,7 +188,7 @@ TEST_F(LocationTest, AFolderWithoutSubdirectoriesLeavesTheStar) {
     testing::writeFile(folder / "file", "");
     EXPECT_EQ(resolve(in("*\\cfg.ini")), in("*\\cfg.ini"));
     // An empty drive lists not even "." and "..".
-    faults::findFirstFile.fail(INVALID_HANDLE_VALUE, ERROR_FILE_NOT_FOUND);
+    FindFirstFileWFault.fail(INVALID_HANDLE_VALUE, ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(resolve(in("*\\cfg.ini")), in("*\\cfg.ini"));
 }
 
@@ -199,26 +199,26 @@ TEST_F(LocationTest, TextBeforeTheStarThatIsNoFolderIsRefused) {
     EXPECT_EQ(resolve(in("missing\\too\\*\\cfg.ini")), "refused");
     EXPECT_EQ(resolve("*\\cfg.ini"), "refused");
     EXPECT_EQ(resolve("%APPDIR%\\*\\cfg.ini"), "refused");
-    EXPECT_EQ(faults::findFirstFile.calls(), 0u);
+    EXPECT_EQ(FindFirstFileWFault.calls(), 0u);
 }
 
 TEST_F(LocationTest, AFileSystemThatFailsOnTheTextBeforeTheStarIsAnErrorOfStatus) {
-    faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
+    GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
     expectError("status", folder / "", ERROR_ACCESS_DENIED, [this] { resolve(in("*\\cfg.ini")); });
 }
 
 TEST_F(LocationTest, AFolderThatCannotBeListedIsAnErrorOfTheIteratorsConstructor) {
-    faults::findFirstFile.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
+    FindFirstFileWFault.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
     expectError("directory_iterator::directory_iterator", folder / "", ERROR_ACCESS_DENIED,
                 [this] { resolve(in("*\\cfg.ini")); });
 }
 
 TEST_F(LocationTest, AListingThatBreaksOffIsAnErrorOfTheIteratorsIncrement) {
     fs::create_directory(folder / "one");
-    faults::findNextFile.fail(FALSE, ERROR_NETNAME_DELETED);
+    FindNextFileWFault.fail(FALSE, ERROR_NETNAME_DELETED);
     expectError("directory_iterator::operator++", folder / "", ERROR_NETNAME_DELETED,
                 [this] { resolve(in("*\\cfg.ini")); });
-    EXPECT_EQ(faults::findClose.calls(), 1u);
+    EXPECT_EQ(FindCloseFault.calls(), 1u);
 }
 
 TEST_F(LocationTest, ALinkCountsForWhatItLeadsTo) {
@@ -237,13 +237,13 @@ TEST_F(LocationTest, ALinkCountsForWhatItLeadsTo) {
 TEST_F(LocationTest, ALinkThatCannotBeFollowedIsAnErrorOfTheEntrysStatus) {
     fs::create_directory(folder / "link");
     list({{L"link", kFolderLink}});
-    faults::createFile.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
+    CreateFileWFault.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
     expectError("directory_entry::status", folder / "link", ERROR_ACCESS_DENIED, [this] { resolve(in("*\\cfg.ini")); });
     faults::reset();
     list({{L"link", kFolderLink}});
-    faults::getFileInformation.fail(FALSE, ERROR_IO_DEVICE);
+    GetFileInformationByHandleFault.fail(FALSE, ERROR_IO_DEVICE);
     expectError("directory_entry::status", folder / "link", ERROR_IO_DEVICE, [this] { resolve(in("*\\cfg.ini")); });
-    EXPECT_EQ(faults::findClose.calls(), 1u);
+    EXPECT_EQ(FindCloseFault.calls(), 1u);
 }
 
 TEST_F(LocationTest, FilesAndFoldersExist) {
@@ -263,7 +263,7 @@ TEST_F(LocationTest, MissingEntriesAndMissingParentsAndImpossibleNamesDoNotExist
     EXPECT_FALSE(locationExists(""));
     for (const DWORD absent : std::initializer_list<DWORD>{ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND,
                                                            ERROR_INVALID_NAME, ERROR_BAD_NETPATH}) {
-        faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, absent);
+        GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, absent);
         EXPECT_FALSE(locationExists(folder.narrow())) << absent;
     }
 }
@@ -271,7 +271,7 @@ TEST_F(LocationTest, MissingEntriesAndMissingParentsAndImpossibleNamesDoNotExist
 TEST_F(LocationTest, AnyOtherFailureIsAnErrorOfExists) {
     for (const DWORD code :
          std::initializer_list<DWORD>{ERROR_ACCESS_DENIED, ERROR_NOT_READY, ERROR_SHARING_VIOLATION}) {
-        faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, code);
+        GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, code);
         expectError("exists", folder / "a.ini", code, [this] { locationExists(in("a.ini")); });
     }
 }

@@ -27,7 +27,7 @@ protected:
     ExamplesTest() {
         fs::create_directories(user / "AppData" / "Local");
         fs::create_directories(user / "AppData" / "Roaming");
-        faults::getFolderPath.intercept([this](HWND, int csidl, HANDLE, DWORD, char* path) -> HRESULT {
+        SHGetFolderPathAFault.intercept([this](HWND, int csidl, HANDLE, DWORD, char* path) -> HRESULT {
             const fs::path place = csidl == CSIDL_PROFILE         ? user
                                    : csidl == CSIDL_LOCAL_APPDATA ? user / "AppData" / "Local"
                                                                   : user / "AppData" / "Roaming";

@@ -1,4 +1,4 @@
-// The calls that tests of this folder let fail. A fault point can be made only once in a program, hence the references.
+// The calls that tests of this folder let fail.
 #pragma once
 
 #include "support/Faults.h"
@@ -7,18 +7,14 @@
 
 #include <shlobj.h>
 
-namespace brisk::faults {
-
-extern FaultPoint<decltype(::GetFileAttributesW)>& getFileAttributes;
-extern FaultPoint<decltype(::FindFirstFileW)>& findFirstFile;
-extern FaultPoint<decltype(::FindNextFileW)>& findNextFile;
-extern FaultPoint<decltype(::FindClose)>& findClose;
-extern FaultPoint<decltype(::CreateFileW)>& createFile;
-extern FaultPoint<decltype(::GetFileInformationByHandle)>& getFileInformation;
-extern FaultPoint<decltype(::RegOpenKeyExA)>& regOpenKey;
-extern FaultPoint<decltype(::RegCloseKey)>& regCloseKey;
-extern FaultPoint<decltype(::RegSetValueExA)>& regSetValue;
-extern FaultPoint<decltype(::RegQueryValueExA)>& regQueryValue;
-extern FaultPoint<decltype(::SHGetFolderPathA)>& getFolderPath;
-
-} // namespace brisk::faults
+BRISK_FAULT_POINT("kernel32.dll", GetFileAttributesW)
+BRISK_FAULT_POINT("kernel32.dll", FindFirstFileW)
+BRISK_FAULT_POINT("kernel32.dll", FindNextFileW)
+BRISK_FAULT_POINT("kernel32.dll", FindClose)
+BRISK_FAULT_POINT("kernel32.dll", CreateFileW)
+BRISK_FAULT_POINT("kernel32.dll", GetFileInformationByHandle)
+BRISK_FAULT_POINT("advapi32.dll", RegOpenKeyExA)
+BRISK_FAULT_POINT("advapi32.dll", RegCloseKey)
+BRISK_FAULT_POINT("advapi32.dll", RegSetValueExA)
+BRISK_FAULT_POINT("advapi32.dll", RegQueryValueExA)
+BRISK_FAULT_POINT("shell32.dll", SHGetFolderPathA)

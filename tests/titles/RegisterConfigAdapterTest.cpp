@@ -95,22 +95,22 @@ TEST_F(RegisterConfigAdapterTest, AKeyOfTheLocalMachineIsOpened) {
 }
 
 TEST_F(RegisterConfigAdapterTest, TheKeyIsOpenedForEverythingAndNeverClosed) {
-    faults::regOpenKey.intercept([](HKEY root, const char* path, DWORD options, REGSAM access, HKEY* key) {
+    RegOpenKeyExAFault.intercept([](HKEY root, const char* path, DWORD options, REGSAM access, HKEY* key) {
         EXPECT_EQ(root, HKEY_CURRENT_USER);
         EXPECT_STREQ(path, "Software\\Studio\\Game");
         EXPECT_EQ(options, 0u);
         EXPECT_EQ(access, static_cast<REGSAM>(KEY_ALL_ACCESS));
-        return faults::regOpenKey.real(root, path, options, access, key);
+        return RegOpenKeyExAFault.real(root, path, options, access, key);
     });
-    faults::regCloseKey.reset();
+    RegCloseKeyFault.reset();
     {
         RegisterConfigAdapter one;
         one.configLocations = {"HKEY_CURRENT_USER/Software/Studio/Game"};
         EXPECT_TRUE(one.findConfig(""));
         EXPECT_TRUE(one.saveConfig());
     }
-    EXPECT_EQ(faults::regOpenKey.calls(), 1u);
-    EXPECT_EQ(faults::regCloseKey.calls(), 0u);
+    EXPECT_EQ(RegOpenKeyExAFault.calls(), 1u);
+    EXPECT_EQ(RegCloseKeyFault.calls(), 0u);
 }
 
 TEST_F(RegisterConfigAdapterTest, LocationsWithoutASlashAreNotFoundSilently) {
@@ -123,9 +123,9 @@ TEST_F(RegisterConfigAdapterTest, LocationsWithoutASlashAreNotFoundSilently) {
 }
 
 TEST_F(RegisterConfigAdapterTest, AnyOtherRootFailsAtTheOpen) {
-    faults::regOpenKey.intercept([](HKEY root, const char* path, DWORD options, REGSAM access, HKEY* key) {
+    RegOpenKeyExAFault.intercept([](HKEY root, const char* path, DWORD options, REGSAM access, HKEY* key) {
         EXPECT_EQ(root, nullptr);
-        return faults::regOpenKey.real(root, path, options, access, key);
+        return RegOpenKeyExAFault.real(root, path, options, access, key);
     });
     for (const char* location : {"HKEY_CLASSES_ROOT/Software/Studio/Game", "hkey_current_user/Software/Studio/Game",
                                  "HKCU/Software/Studio/Game", "/Software/Studio/Game"}) {
@@ -147,7 +147,7 @@ TEST_F(RegisterConfigAdapterTest, ASecondLocationIsNeverTried) {
 TEST_F(RegisterConfigAdapterTest, TheErrorOfAFailedOpenIsLoggedInDecimalAndTheKeyFoundBeforeIsForgotten) {
     open();
     EXPECT_TRUE(title.loadConfig());
-    faults::regOpenKey.fail(1450);
+    RegOpenKeyExAFault.fail(1450);
     logLine(std::hex, std::showbase, "base");
     EXPECT_FALSE(title.findConfig(""));
     EXPECT_FALSE(title.loadConfig());
@@ -196,9 +196,9 @@ TEST_F(RegisterConfigAdapterTest, NumbersAreWrittenAtOnceAsFourBytes) {
 TEST_F(RegisterConfigAdapterTest, FailedWritesAreLogged) {
     open();
     EXPECT_TRUE(title.setIntValue("Width", 1));
-    faults::regSetValue.fail(ERROR_ACCESS_DENIED);
+    RegSetValueExAFault.fail(ERROR_ACCESS_DENIED);
     EXPECT_FALSE(title.setValue("Upscaler", "sharp"));
-    faults::regSetValue.fail(ERROR_DISK_FULL);
+    RegSetValueExAFault.fail(ERROR_DISK_FULL);
     processLog.text(std::hex, std::showbase);
     EXPECT_FALSE(title.setIntValue("Width", 1920));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : setValue failed for 'Upscaler'. Error 5.",
@@ -269,10 +269,10 @@ TEST_F(RegisterConfigAdapterTest, ALongTextIsReadWhole) {
 TEST_F(RegisterConfigAdapterTest, ATextThatGrowsBetweenTheTwoQueriesIsTheDefaultAndAShorterOneIsRead) {
     open();
     std::string replacement;
-    faults::regQueryValue.intercept(
+    RegQueryValueExAFault.intercept(
         [&](HKEY key, const char* name, DWORD* reserved, DWORD* type, BYTE* data, DWORD* size) {
             EXPECT_EQ(type, nullptr);
-            const LSTATUS status = faults::regQueryValue.real(key, name, reserved, type, data, size);
+            const LSTATUS status = RegQueryValueExAFault.real(key, name, reserved, type, data, size);
             if (!data) {
                 write("text", REG_SZ, replacement);
             }
@@ -289,9 +289,9 @@ TEST_F(RegisterConfigAdapterTest, ATextThatGrowsBetweenTheTwoQueriesIsTheDefault
 TEST_F(RegisterConfigAdapterTest, FailedQueriesAreTheDefaultsAlsoWhenOnlyTheSecondFails) {
     open();
     write("text", REG_SZ, bytes("sharp\0", 6));
-    faults::regQueryValue.fail(ERROR_ACCESS_DENIED, ERROR_SUCCESS, 2);
+    RegQueryValueExAFault.fail(ERROR_ACCESS_DENIED, ERROR_SUCCESS, 2);
     EXPECT_EQ(title.getValue("text", "default"), "default");
-    EXPECT_EQ(faults::regQueryValue.calls(), 2u);
+    EXPECT_EQ(RegQueryValueExAFault.calls(), 2u);
     EXPECT_EQ(title.getIntValue("text", 7), 7);
     EXPECT_THAT(log.take(), IsEmpty());
 }

@@ -131,7 +131,7 @@ TEST_F(TextConfigSearchTest, AWildcardBelowNoFolderIsPassedOverSilently) {
 
 TEST_F(TextConfigSearchTest, AFileSystemErrorLeavesTheSearchAndTheNextOneBeginsAnew) {
     testing::writeFile(folder / "b.ini", "");
-    faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
+    GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
     title.configLocations = {in("a.ini"), in("b.ini")};
     EXPECT_THAT([this] { title.findConfig(""); },
                 ThrowsMessage<std::filesystem::filesystem_error>(HasSubstr("exists")));
@@ -144,7 +144,7 @@ TEST_F(TextConfigSearchTest, AFileSystemErrorLeavesTheSearchAndTheNextOneBeginsA
 
 TEST_F(TextConfigSearchTest, AFolderThatCannotBeListedLeavesTheSearchWithoutALine) {
     testing::writeFile(folder / "profile" / "cfg.ini", "");
-    faults::findFirstFile.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
+    FindFirstFileWFault.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
     title.configLocations = {"%APPDIR%\\*\\cfg.ini", folder.narrow()};
     EXPECT_THAT([this] { title.findConfig(folder.narrow()); },
                 ThrowsMessage<std::filesystem::filesystem_error>(HasSubstr("directory_iterator::directory_iterator")));

@@ -230,7 +230,7 @@ TEST_F(UserFoldersTest, ThePlaceholdersStandForTheUsersOwnFolders) {
 
 TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
     std::vector<std::string> calls;
-    faults::getFolderPath.intercept([&](HWND window, int csidl, HANDLE token, DWORD flags, char* path) -> HRESULT {
+    SHGetFolderPathAFault.intercept([&](HWND window, int csidl, HANDLE token, DWORD flags, char* path) -> HRESULT {
         calls.push_back(std::to_string(csidl) + (window || token || flags ? " with more" : ""));
         strcpy(path, "C:\\Users\\J\u00F6rg \u5B9A");
         return S_OK;
@@ -244,10 +244,10 @@ TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
 }
 
 TEST_F(UserFoldersTest, AFolderThatCannotBeToldIsEmpty) {
-    faults::getFolderPath.fail(E_FAIL);
+    SHGetFolderPathAFault.fail(E_FAIL);
     EXPECT_THAT(locations(), ElementsAre("\\?", "\\?", "\\?"));
     // Also when the one before it could be told.
-    faults::getFolderPath.intercept([](HWND, int csidl, HANDLE, DWORD, char* path) -> HRESULT {
+    SHGetFolderPathAFault.intercept([](HWND, int csidl, HANDLE, DWORD, char* path) -> HRESULT {
         if (csidl == CSIDL_LOCAL_APPDATA) {
             return E_FAIL;
         }
@@ -259,17 +259,17 @@ TEST_F(UserFoldersTest, AFolderThatCannotBeToldIsEmpty) {
 
 TEST_F(UserFoldersTest, AFolderMayFillItsBuffer) {
     const std::string longest(MAX_PATH - 1, 'x');
-    faults::getFolderPath.intercept([&longest](HWND, int, HANDLE, DWORD, char* path) -> HRESULT {
+    SHGetFolderPathAFault.intercept([&longest](HWND, int, HANDLE, DWORD, char* path) -> HRESULT {
         strcpy(path, longest.c_str());
         return S_OK;
     });
     // No file system has to bear the name.
-    faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, ERROR_FILE_NOT_FOUND);
+    GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, ERROR_FILE_NOT_FOUND);
     EXPECT_THAT(locations(), ElementsAre(longest + "\\?", longest + "\\?", longest + "\\?"));
 }
 
 TEST_F(UserFoldersTest, ResultCodesAreNotLookedAt) {
-    faults::getFolderPath.intercept([](HWND, int, HANDLE, DWORD, char* path) -> HRESULT {
+    SHGetFolderPathAFault.intercept([](HWND, int, HANDLE, DWORD, char* path) -> HRESULT {
         strcpy(path, "D:\\Left");
         return E_FAIL;
     });

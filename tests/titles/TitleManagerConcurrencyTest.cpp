@@ -31,13 +31,13 @@ TEST_F(TitleManagerConcurrencyTest, ACheckWaitsForARewriteToEnd) {
     loadRegistryTitle(R"json([{"key": "A", "value": 1}, {"key": "B", "value": 2}])json");
     std::future<bool> check;
     bool isCheckedMeanwhile = false;
-    faults::regSetValue.intercept(
+    RegSetValueExAFault.intercept(
         [&](HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
             if (!check.valid()) {
                 check = std::async(std::launch::async, [this] { return manager.isTitleNeedToBeOptimized("game.exe"); });
                 isCheckedMeanwhile = isReady(check, kTemptation);
             }
-            return faults::regSetValue.real(key, name, reserved, type, data, size);
+            return RegSetValueExAFault.real(key, name, reserved, type, data, size);
         });
     EXPECT_TRUE(manager.optimizeTitle("game.exe"));
     EXPECT_FALSE(isCheckedMeanwhile);
@@ -52,14 +52,14 @@ TEST_F(TitleManagerConcurrencyTest, ARewriteWaitsForACheckToEnd) {
     writeNumber("B", 2);
     std::future<bool> rewrite;
     std::string valueMeanwhile;
-    faults::regQueryValue.intercept(
+    RegQueryValueExAFault.intercept(
         [&](HKEY key, const char* name, DWORD* reserved, DWORD* type, BYTE* data, DWORD* size) {
             if (!rewrite.valid()) {
                 rewrite = std::async(std::launch::async, [this] { return manager.optimizeTitle("game.exe"); });
                 isReady(rewrite, kTemptation);
                 valueMeanwhile = readValue("A");
             }
-            return faults::regQueryValue.real(key, name, reserved, type, data, size);
+            return RegQueryValueExAFault.real(key, name, reserved, type, data, size);
         });
     EXPECT_TRUE(manager.isTitleNeedToBeOptimized("game.exe"));
     EXPECT_EQ(valueMeanwhile, "0");
@@ -74,13 +74,13 @@ TEST_F(TitleManagerConcurrencyTest, ClosingWaitsForARewriteToEnd) {
     loadRegistryTitle(R"json([{"key": "A", "value": 1}, {"key": "B", "value": 2}])json");
     std::future<void> closing;
     bool isClosedMeanwhile = false;
-    faults::regSetValue.intercept(
+    RegSetValueExAFault.intercept(
         [&](HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
             if (!closing.valid()) {
                 closing = std::async(std::launch::async, [this] { manager.close(); });
                 isClosedMeanwhile = isReady(closing, kTemptation);
             }
-            return faults::regSetValue.real(key, name, reserved, type, data, size);
+            return RegSetValueExAFault.real(key, name, reserved, type, data, size);
         });
     EXPECT_TRUE(manager.optimizeTitle("game.exe"));
     EXPECT_FALSE(isClosedMeanwhile);

@@ -102,7 +102,7 @@ TEST_F(TitleMatchingTest, ARegistryTitleIsSupportedWhenItsKeyExists) {
 
 TEST_F(TitleMatchingTest, AFileSystemErrorLeavesTheManagerUsable) {
     loadTextTitle("", "[]");
-    faults::getFileAttributes.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
+    GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
     EXPECT_THROW(manager.isTitleSupported("", "game.exe", ""), std::filesystem::filesystem_error);
     faults::reset();
     EXPECT_TRUE(manager.isTitleSupported("", "game.exe", ""));

@@ -24,17 +24,17 @@ protected:
 
     // Notes the calls that a registry title makes.
     void recordRegistry() {
-        faults::regQueryValue.intercept(
+        RegQueryValueExAFault.intercept(
             [this](HKEY key, const char* name, DWORD* reserved, DWORD* type, BYTE* data, DWORD* size) {
                 if (data) {
                     calls.push_back("read " + std::string(name));
                 }
-                return faults::regQueryValue.real(key, name, reserved, type, data, size);
+                return RegQueryValueExAFault.real(key, name, reserved, type, data, size);
             });
-        faults::regSetValue.intercept(
+        RegSetValueExAFault.intercept(
             [this](HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
                 calls.push_back("write " + std::string(name) + (type == REG_SZ ? " as text" : " as number"));
-                return faults::regSetValue.real(key, name, reserved, type, data, size);
+                return RegSetValueExAFault.real(key, name, reserved, type, data, size);
             });
     }
 
@@ -114,7 +114,7 @@ TEST_F(TitlePatchingTest, FieldsAreWrittenInTheOrderOfTheirKeysAlsoThoseThatHold
 TEST_F(TitlePatchingTest, ATitleOfWhichEveryWriteFailsIsNotPatchedAndTheNextTryWritesAgain) {
     loadRegistryTitle(R"json([{"key": "Width", "value": 5}, {"key": "Mode", "value": "fast"},
                           {"key": "Missing", "value": "x", "create_key": "New", "create_value": "*"}])json");
-    faults::regSetValue.fail(ERROR_ACCESS_DENIED);
+    RegSetValueExAFault.fail(ERROR_ACCESS_DENIED);
     EXPECT_FALSE(optimize());
     EXPECT_THAT(log.take(), ElementsAre("Brisk : setValue failed for 'New'. Error 5.",
                                         "Brisk : setValue failed for 'Mode'. Error 5.",
@@ -129,7 +129,7 @@ TEST_F(TitlePatchingTest, ATitleOfWhichEveryWriteFailsIsNotPatchedAndTheNextTryW
 
 TEST_F(TitlePatchingTest, OneSuccessfulWriteIsEnough) {
     loadRegistryTitle(R"json([{"key": "A", "value": 1}, {"key": "B", "value": 2}, {"key": "C", "value": "3"}])json");
-    faults::regSetValue.fail(ERROR_ACCESS_DENIED, ERROR_SUCCESS, 2);
+    RegSetValueExAFault.fail(ERROR_ACCESS_DENIED, ERROR_SUCCESS, 2);
     EXPECT_TRUE(optimize());
     EXPECT_EQ(readValue("A"), "1");
     EXPECT_EQ(readValue("B"), "none");
