@@ -5,9 +5,10 @@
 
 #include <cstring>
 #include <iomanip>
+#include <memory>
+#include <new>
 #include <sstream>
 #include <string_view>
-#include <vector>
 
 #include <windows.h>
 
@@ -28,7 +29,7 @@ struct Translation {
 
 // What a query finds, and everything behind it up to the resource's end; nothing where it does not lie within the
 // resource: a version library believes the offsets that stand in a file. The length is the value's as the file has it.
-std::string_view query(const std::vector<char>& resource, const std::string& subBlock, UINT& length) {
+std::string_view query(std::string_view resource, const std::string& subBlock, UINT& length) {
     void* value = nullptr;
     if (!VerQueryValueA(resource.data(), subBlock.c_str(), &value, &length)) {
         return {};
@@ -38,11 +39,11 @@ std::string_view query(const std::vector<char>& resource, const std::string& sub
     if (place < begin || place - begin > resource.size()) {
         return {};
     }
-    return std::string_view(resource.data(), resource.size()).substr(place - begin);
+    return resource.substr(place - begin);
 }
 
 // The text of one string of the resource, up to its terminating zero.
-std::string queryString(const std::vector<char>& resource, const Translation& translation, const char* name) {
+std::string queryString(std::string_view resource, const Translation& translation, const char* name) {
     std::ostringstream subBlock;
     subBlock << "\\StringFileInfo\\" << std::hex << std::setfill('0') << std::setw(4) << translation.language
              << std::setw(4) << translation.codePage << name;
@@ -91,10 +92,12 @@ FileProperties getFileProperties(const std::string& path) {
     if (size == 0) {
         return {};
     }
-    std::vector<char> resource(size);
-    if (!GetFileVersionInfoA(path.c_str(), 0, size, resource.data())) {
+    // The size stands in the file as well: there may be no memory for it.
+    const std::unique_ptr<char[]> buffer(new (std::nothrow) char[size]());
+    if (!buffer || !GetFileVersionInfoA(path.c_str(), 0, size, buffer.get())) {
         return {};
     }
+    const std::string_view resource(buffer.get(), size);
     UINT length = 0;
     const std::string_view translations = query(resource, "\\VarFileInfo\\Translation", length);
     Translation first;

@@ -137,6 +137,22 @@ TEST_F(TitleInfoTest, BlockThatCannotBeCopiedIsLogged) {
     EXPECT_THAT(log.take(), ElementsAre(kReceived));
 }
 
+TEST_F(TitleInfoTest, BlockThatThereIsNoMemoryToParseIsLogged) {
+    std::string block = "[1";
+    for (int i = 1; i < 100'000; ++i) {
+        block += ",1";
+    }
+    block += "]";
+    const COPYDATASTRUCT data{kTag, static_cast<DWORD>(block.size()), block.data()};
+    // Enough for the copy, too little for as many values.
+    failingAllocation = 4 * block.size();
+    receiveTitleInfo(nullptr, kTag, &data);
+    failingAllocation = SIZE_MAX;
+    EXPECT_THAT(log.take(), ElementsAre(kReceived, kException));
+    receiveTitleInfo(nullptr, kTag, &data);
+    EXPECT_THAT(log.take(), ElementsAre(kReceived));
+}
+
 TEST_F(TitleInfoTest, WellFormedBlockAfterAMalformedOneIsParsedAsEver) {
     EXPECT_THAT(receive("["), ElementsAre(kReceived, kException));
     EXPECT_THAT(receive("[]"), ElementsAre(kReceived));

@@ -112,12 +112,34 @@ TEST_F(CreateGfxInfoTest, LibraryWithoutPerformanceMonitoringIsTerminatedAtOnceA
     EXPECT_EQ(info->getCurrentFps(), 75u);
 }
 
+TEST_F(CreateGfxInfoTest, LibraryIsTerminatedOnlyWhenTheOperatingSystemHasBeenAsked) {
+    const KestrelInThisProcess here;
+    kestrel.setScript("result SystemServices.GetPerformanceMonitoringServices 3\n");
+    unsigned asked = 0;
+    displays.onDeviceAsked = [&asked] {
+        ++asked;
+        EXPECT_TRUE(KestrelInThisProcess::isLoaded());
+    };
+    EXPECT_TRUE(createGfxInfo());
+    EXPECT_EQ(asked, 2u); // the one there is and the one behind it
+    EXPECT_FALSE(KestrelInThisProcess::isLoaded());
+}
+
 TEST_F(CreateGfxInfoTest, WithoutLibraryAndDisplayThereIsNone) {
     displays.devices.clear();
     EXPECT_EQ(createGfxInfo(), nullptr);
     Lines lines = kWithoutLibrary;
     lines.push_back("Brisk : failed to create GfxInfo.");
     EXPECT_THAT(log.take(), ElementsAreArray(lines));
+    // A library that starts but measures nothing does not help.
+    const KestrelInThisProcess here;
+    kestrel.setScript("result SystemServices.GetPerformanceMonitoringServices 3\n");
+    EXPECT_EQ(createGfxInfo(), nullptr);
+    EXPECT_EQ(log.take().back(), "Brisk : failed to create GfxInfo.");
+    EXPECT_FALSE(KestrelInThisProcess::isLoaded());
+    // The next call asks anew.
+    kestrel.setScript(kestrelstandin::kOneDisplay);
+    EXPECT_NE(createGfxInfo(), nullptr);
 }
 
 TEST_F(CreateGfxInfoTest, WorkingLibraryNeedsNoDisplayOfTheOperatingSystem) {

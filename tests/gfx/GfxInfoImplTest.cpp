@@ -112,6 +112,11 @@ TEST_F(GfxInfoImplTest, NativeResolutionAtSeveralFrequenciesAloneGivesNoOptimalO
 TEST_F(GfxInfoImplTest, EmptyModeListGivesNoOptimalResolution) {
     EXPECT_EQ(info.getOptimalResolution({2560, 1440, 0, 0}), DisplayInfo{});
     EXPECT_THAT(log.take(), ElementsAre(kGetModes, "Brisk : found 0 display modes.", kUnable));
+    displays.devices = {{"\\\\.\\DISPLAY1", true, kLarge, {}}};
+    EXPECT_EQ(info.getOptimalResolution({2560, 1440, 0, 0}), DisplayInfo{});
+    EXPECT_THAT(log.take(), ElementsAre(kGetModes, "Brisk : found 0 display modes.", kUnable));
+    displays.devices[0].modes = {kLarge, kSmall};
+    EXPECT_EQ(info.getOptimalResolution({2560, 1440, 0, 0}), (DisplayInfo{1920, 1080, 0, 0}));
 }
 
 TEST_F(GfxInfoImplTest, ReferenceWithoutAWidthGivesNoOptimalResolution) {

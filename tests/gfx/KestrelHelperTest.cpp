@@ -212,6 +212,21 @@ TEST_F(KestrelHelperTest, SecondStartDoesNotLoadTheLibraryAgain) {
     EXPECT_FALSE(KestrelInThisProcess::isLoaded());
 }
 
+TEST_F(KestrelHelperTest, SecondStartReleasesTheServicesOfTheFirst) {
+    const KestrelInThisProcess here;
+    kestrel.setScript("result KestrelInitialize:2 3\n");
+    KestrelHelper helper;
+    helper.initialize();
+    kestrel.takeRecord();
+    EXPECT_EQ(helper.initialize(), kFailure);
+    EXPECT_EQ(helper.getSystemServices(), nullptr);
+    EXPECT_EQ(helper.initialize(), 0u);
+    EXPECT_EQ(KestrelInThisProcess::liveReferences(), 1u);
+    EXPECT_THAT(kestrel.takeRecord(), ElementsAre(kReleaseSystem, kQueryFullVersion, kQueryVersion,
+                                                  "KestrelInitialize 0x000100000005001E -> 3", kQueryFullVersion,
+                                                  kQueryVersion, kInitialize));
+}
+
 TEST_F(KestrelHelperTest, StartAnswersTheLibrarysResultWhateverItIs) {
     const KestrelInThisProcess here;
     for (const char* result : {"0", "1", "2", "3", "4", "4294967295"}) {
@@ -221,6 +236,11 @@ TEST_F(KestrelHelperTest, StartAnswersTheLibrarysResultWhateverItIs) {
         EXPECT_EQ(std::to_string(answer), result);
         EXPECT_EQ(helper.getSystemServices() != nullptr, answer < kFailure) << result;
     }
+    kestrel.setScript("result KestrelInitializeWithIncompatibleDriver 4\nresult KestrelInitializeWithCallerTarn 5\n");
+    KestrelHelper helper;
+    EXPECT_EQ(helper.initialize(nullptr, nullptr, true), 4u);
+    EXPECT_EQ(helper.initialize(reinterpret_cast<void*>(0xC0), reinterpret_cast<void*>(0xAD)), 5u);
+    EXPECT_EQ(helper.getSystemServices(), nullptr);
 }
 
 TEST_F(KestrelHelperTest, VersionsThatCannotBeQueriedDoNotPreventTheStart) {

@@ -24,6 +24,9 @@ ScriptedDisplays::ScriptedDisplays(std::vector<ScriptedDevice> initial) : device
         EXPECT_EQ(adapter, nullptr);
         EXPECT_EQ(flags, 0u);
         EXPECT_EQ(device->cb, sizeof(DISPLAY_DEVICEA));
+        if (onDeviceAsked) {
+            onDeviceAsked();
+        }
         return giveDevice(index, *device);
     });
     EnumDisplaySettingsAFault.intercept([this](LPCSTR name, DWORD number, PDEVMODEA mode) {

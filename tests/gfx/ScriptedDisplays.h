@@ -3,6 +3,7 @@
 
 #include "gfx/IGfxInfo.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,6 +33,8 @@ public:
 
     // May be changed at any time.
     std::vector<ScriptedDevice> devices;
+    // Called whenever a device is asked for.
+    std::function<void()> onDeviceAsked;
 
 private:
     BOOL giveDevice(DWORD index, DISPLAY_DEVICEA& device) const;

@@ -23,6 +23,38 @@ const std::vector<std::string> kKestrelStartLines{"Brisk 1.09 : started",
                                                   "Brisk : get Kestrel performance monitoring services.",
                                                   "Brisk : Kestrel performance monitoring services acquired."};
 
+const std::vector<std::string> kStartCalls{"KestrelQueryFullVersion -> 0", "KestrelQueryVersion -> 0",
+                                           "KestrelInitialize 0x000100000005001E -> 0",
+                                           "SystemServices.GetPerformanceMonitoringServices -> 0"};
+
+const std::vector<std::string> kNativeCalls{"SystemServices.GetDesktopServices -> 0",
+                                            "DesktopServices.GetDesktops -> 0",
+                                            "DesktopList.At 0 -> 0",
+                                            "Desktop.GetTopLeft -> 0",
+                                            "Desktop.GetType -> 0",
+                                            "Desktop.GetDisplays -> 0",
+                                            "release Desktop",
+                                            "release DesktopList",
+                                            "DisplayList.At 0 -> 0",
+                                            "Display.GetNativeResolution -> 0",
+                                            "Display.GetRefreshRate -> 0",
+                                            "release Display",
+                                            "release DisplayList",
+                                            "release DesktopServices"};
+
+const std::vector<std::string> kEndCalls{"release PerformanceMonitoringServices", "release SystemServices",
+                                         "KestrelTerminate -> 0, 0 live", "unload, 0 live"};
+
+// The calls of that many frame rates.
+std::vector<std::string> samples(unsigned count) {
+    std::vector<std::string> calls;
+    while (count-- > 0) {
+        calls.insert(calls.end(),
+                     {"PerformanceMonitoringServices.GetCurrentFps -> 0", "Fps.GetFps -> 0", "release Fps"});
+    }
+    return calls;
+}
+
 // A machine with the vendor's library.
 class KestrelGameTest : public GameFixture {
 protected:
@@ -51,8 +83,30 @@ TEST_F(KestrelGameTest, WholeGameIsMeasuredAndJudgedByTheRoundedRefreshRate) {
                                        "Brisk : patch marker set for StarlitHarbour.exe", "Brisk : finished"}));
     EXPECT_THAT(shownToasts(), ElementsAre(offer()));
     EXPECT_EQ(readFile(settings()), kAdjustedSettings);
-    // Stopped when the service ended, every interface released.
-    EXPECT_THAT(library.takeRecord(), ::testing::Contains("KestrelTerminate -> 0, 0 live"));
+    // The whole use of the library: started once, stopped when the service ended, every interface released.
+    EXPECT_THAT(library.takeRecord(),
+                ElementsAreArray(kStartCalls + samples(4) + kNativeCalls + samples(4) + kNativeCalls + kEndCalls));
+}
+
+TEST_F(KestrelGameTest, FrameRateThatCannotBeMeasuredIsNoSample) {
+    KestrelStandin library("desktop 0 0\ndisplay 1024 768 60\nframes 40\n"
+                           "result PerformanceMonitoringServices.GetCurrentFps:2 3\n"
+                           "result Fps.GetFps:2 3\n");
+    start("");
+    FakeGame game(program);
+    play(game);
+    EXPECT_EQ(service.quit(), 0u);
+    Lines end = finishedLines("40", kNativeLines);
+    end[2] = "Brisk : average fps = 40, intervals = 2";
+    EXPECT_THAT(
+        service.log(),
+        ElementsAreArray(kKestrelStartLines + announcedLines(game) + foundLines(game) +
+                         Lines{"Brisk : switch to TRACKING", "Brisk : FPS = 40",
+                               "Brisk : failed to get current FPS from Kestrel.", "Brisk : FPS = 0",
+                               "Brisk : failed to get FPS data from Kestrel.", "Brisk : FPS = 0",
+                               "Brisk : switch to NOT_TRACKING", "Brisk : switch to TRACKING", "Brisk : FPS = 40"} +
+                         end + Lines{"Brisk : insufficient data collected (2 intervals).", "Brisk : finished"}));
+    EXPECT_THAT(shownToasts(), IsEmpty());
 }
 
 TEST_F(KestrelGameTest, DisplayThatIsSpannedStopsTheJudgement) {

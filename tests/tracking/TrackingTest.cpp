@@ -69,28 +69,19 @@ TEST_F(TrackingTest, TicksInIdleAndInAnUnknownStateDoNothing) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(TrackingTest, WarmingEndsWithTheLastOfItsTicks) {
-    trackingState = TrackingState::AppWarming;
-    tick(2);
-    EXPECT_EQ(trackingContext.intervalCounter, 2u);
-    EXPECT_THAT(log.take(), IsEmpty());
-    tick();
-    EXPECT_EQ(trackingContext.intervalCounter, 0u);
-    EXPECT_EQ(trackingState, TrackingState::Tracking);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : switch to TRACKING"));
-    EXPECT_THAT(gfx->questions, IsEmpty());
-}
-
-TEST_F(TrackingTest, PauseEndsWithTheLastOfItsTicks) {
-    trackingState = TrackingState::NotTracking;
-    tick(2);
-    EXPECT_EQ(trackingContext.intervalCounter, 2u);
-    EXPECT_THAT(log.take(), IsEmpty());
-    tick();
-    EXPECT_EQ(trackingContext.intervalCounter, 0u);
-    EXPECT_EQ(trackingState, TrackingState::Tracking);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : switch to TRACKING"));
-    EXPECT_THAT(gfx->questions, IsEmpty());
+TEST_F(TrackingTest, WarmingAndPauseEndWithTheLastOfTheirTicks) {
+    for (const TrackingState state : {TrackingState::AppWarming, TrackingState::NotTracking}) {
+        SCOPED_TRACE(getStateName(state));
+        trackingState = state;
+        tick(2);
+        EXPECT_EQ(trackingContext.intervalCounter, 2u);
+        EXPECT_THAT(log.take(), IsEmpty());
+        tick();
+        EXPECT_EQ(trackingContext.intervalCounter, 0u);
+        EXPECT_EQ(trackingState, TrackingState::Tracking);
+        EXPECT_THAT(log.take(), ElementsAre("Brisk : switch to TRACKING"));
+        EXPECT_THAT(gfx->questions, IsEmpty());
+    }
 }
 
 TEST_F(TrackingTest, MeasuringEndsWithTheLastOfItsTicks) {
