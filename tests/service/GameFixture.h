@@ -51,6 +51,14 @@ protected:
         service.post(BRISK_APP_STARTED, 1001, static_cast<LPARAM>(game.processId()));
     }
 
+    // No real tick falls in between.
+    void announceWithTicks(const FakeGame& game, unsigned ticks) {
+        service.suspend();
+        announce(game);
+        service.tick(ticks);
+        service.resume();
+    }
+
     // As the log writes ids and handles.
     static std::string toHexadecimal(std::uintptr_t number) {
         std::ostringstream text;

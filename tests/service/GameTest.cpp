@@ -178,10 +178,7 @@ TEST_F(GameTest, TicksOutsideTheForegroundDoNotCount) {
     start();
     FakeGame game(program);
     game.giveForegroundAway();
-    service.suspend();
-    announce(game);
-    service.tick(2);
-    service.resume();
+    announceWithTicks(game, 2);
     // Found out of the foreground twice, then in it.
     waitUntil("two ticks", [this] { return log().size() >= 3 + 2 * 4; });
     game.takeForeground();
@@ -223,10 +220,7 @@ TEST_F(GameTest, SecondGameEndsAllTracking) {
 TEST_F(GameTest, GameThatDiesStopsTheTicksUntilTheHostReportsItsEnd) {
     start();
     FakeGame game(program);
-    service.suspend();
-    announce(game);
-    service.tick(1);
-    service.resume();
+    announceWithTicks(game, 1);
     service.waitForLog("Brisk : switch to APP_WARMING");
     const std::size_t before = service.log().size();
     game.die();
@@ -267,10 +261,7 @@ TEST_F(GameTest, GameWithoutAPublisherMatchesByItsNameAlone) {
     FakeGame::install(FakeGame::plainExecutable(), program);
     start();
     FakeGame game(program);
-    service.suspend();
-    announce(game);
-    service.tick(1);
-    service.resume();
+    announceWithTicks(game, 1);
     service.quit();
     Lines found = foundLines(game);
     found[3] = "Brisk : couldn't get file properties for StarlitHarbour.exe";
@@ -282,10 +273,7 @@ TEST_F(GameTest, GameWithoutItsConfigurationIsNotTracked) {
     std::filesystem::remove(settings());
     start();
     FakeGame game(program);
-    service.suspend();
-    announce(game);
-    service.tick(1);
-    service.resume();
+    announceWithTicks(game, 1);
     service.quit();
     Lines found = foundLines(game);
     found.resize(5);
