@@ -22,8 +22,7 @@ public:
     // The value's bytes up to the first zero, whatever its registry type.
     std::string getValue(const std::string& name, const std::string& defaultText) override;
 
-    // Null until found. Kept open for the life of the adapter and never closed by it, nor when the key is found anew:
-    // another thread may be writing through it.
+    // Null until found. Never closed, nor when the key is found anew (docs/decisions/what-is-kept.md).
     HKEY key = nullptr;
 };
 

@@ -18,7 +18,7 @@ const json* findMember(const json& element, const char* name) {
     return member == element.end() ? nullptr : &*member;
 }
 
-// The low 32 bits of a number; fractions are cut off. A floating-point number beyond 64 bits counts as 0.
+// The low 32 bits of a number; fractions are cut off. A floating-point number beyond a signed 64-bit one counts as 0.
 std::uint32_t toUint32(const json& number) {
     if (!number.is_number_float()) {
         return static_cast<std::uint32_t>(number.get<std::uint64_t>());

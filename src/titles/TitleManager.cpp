@@ -48,7 +48,6 @@ TitleManager::TitleManager()
 
 bool TitleManager::loadTitlesDatabase(const std::string& directory) {
     const std::lock_guard lock(mutex);
-    closed = false;
     std::ifstream file(toPath(directory + "\\titles_db.json"));
     if (!file) {
         logLine("Brisk : unable to open title database.");

@@ -41,7 +41,7 @@ public:
     bool optimizeTitle(const std::string& binaryName);
 
     // Waits for the patch that a button's action runs, and lets none begin: the process is about to end, and a file
-    // must not be cut short. Loading titles opens the manager again.
+    // must not be cut short.
     void close();
 
     // The numbers behind the resolution names of the database.

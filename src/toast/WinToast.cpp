@@ -18,6 +18,16 @@ using brisk::ComReference;
 
 DynamicFunctions functions;
 
+// The functions in use are replaced only by a whole set.
+bool resolveFunctions() {
+    DynamicFunctions found;
+    if (!found.resolve()) {
+        return false;
+    }
+    functions = found;
+    return true;
+}
+
 void setError(WinToastError* error, WinToastError value) {
     if (error) {
         *error = value;
@@ -75,7 +85,7 @@ WinToast& WinToast::instance() {
 }
 
 bool WinToast::isCompatible() {
-    return functions.resolve();
+    return DynamicFunctions().resolve();
 }
 
 std::wstring WinToast::configureAUMI(const std::wstring& company, const std::wstring& product,
@@ -87,7 +97,7 @@ bool WinToast::initialize(WinToastError* error) {
     const std::lock_guard lock(mutex);
     initialized = false;
     setError(error, WinToastError::NoError);
-    if (!isCompatible()) {
+    if (!resolveFunctions()) {
         setError(error, WinToastError::SystemNotSupported);
         return false;
     }
@@ -111,7 +121,7 @@ int WinToast::createShortcut() {
     if (appUserModelId.empty() || appName.empty()) {
         return -1;
     }
-    if (!isCompatible()) {
+    if (!resolveFunctions()) {
         return -2;
     }
     if (!comInitialized) {

@@ -16,10 +16,6 @@ constexpr char kSomePatched[] =
 constexpr char kReadMoreHint[] = "Use \"Read More\" to find details on the adjustments made.";
 constexpr char kAllOptimal[] = "Orlan Software: Meridian Edition has detected that optimal settings have already been "
                                "applied for supported games.";
-// Ends in a blank, other than the text of a single title's failure.
-constexpr char kSomeFailed[] =
-    "Orlan Software: Meridian Edition has encountered some errors while adjusting game settings. This may be resolved "
-    "by starting and stopping the game, or by changing graphics settings. ";
 constexpr char kReportSubtitle[] =
     "Orlan Software: Meridian Edition made adjustments to improve your gaming experience for:";
 
@@ -39,7 +35,7 @@ std::optional<TitleOutcome> adjustTitle(const std::string& binaryName) {
     return patchTitle(binaryName) ? TitleOutcome::Patched : TitleOutcome::Failed;
 }
 
-std::string describe(TitleOutcome outcome, const std::string& binaryName, const std::string& resolution) {
+std::string describe(TitleOutcome outcome, const std::string& binaryName, const DisplayInfo& optimal) {
     switch (outcome) {
     case TitleOutcome::NothingToDo:
         return "No additional adjustments required.";
@@ -48,9 +44,7 @@ std::string describe(TitleOutcome outcome, const std::string& binaryName, const 
     case TitleOutcome::Patched:
         break;
     }
-    return titleManager().isLumaSupported(binaryName)
-               ? "Enabled LUMA using " + titleManager().getSettingText(binaryName) + "."
-               : "Enabled TANO using " + resolution + ".";
+    return describeAdjustment(binaryName, "", optimal);
 }
 
 } // namespace
@@ -66,7 +60,6 @@ BulkOutcome doMassivePatching(std::string& report) {
         return BulkOutcome::NoOptimalResolution;
     }
     titleManager().setResolution(optimal.width, optimal.height);
-    const std::string resolution = std::to_string(optimal.width) + "x" + std::to_string(optimal.height);
     bool patched = false;
     bool failed = false;
     for (const std::string& binaryName : titleManager().getBinaryNames()) {
@@ -76,7 +69,7 @@ BulkOutcome doMassivePatching(std::string& report) {
         }
         patched |= outcome == TitleOutcome::Patched;
         failed |= outcome == TitleOutcome::Failed;
-        report += titleManager().getTitleName(binaryName) + "\n" + describe(*outcome, binaryName, resolution) + "\n";
+        report += titleManager().getTitleName(binaryName) + "\n" + describe(*outcome, binaryName, optimal) + "\n";
     }
     if (failed) {
         return BulkOutcome::Failed;
@@ -101,7 +94,7 @@ void onMassivePatching() {
         showToast(kAdjustmentsTitle, kNoOptimalConfiguration, "", {});
         break;
     case BulkOutcome::Failed:
-        showToast(kAdjustmentsTitle, kSomeFailed, "", buttons);
+        showToast(kAdjustmentsTitle, std::string(kAdjustmentErrors) + " ", "", buttons);
         break;
     }
 }

@@ -15,9 +15,6 @@ constexpr float kFpsRatioLimit = 0.85f; // an offer needs less
 constexpr std::uint32_t kMaximumRefusals = 3;
 
 constexpr char kOfferTitle[] = "Orlan Software: Meridian Edition Suggested Game Settings";
-constexpr char kPatchFailed[] =
-    "Orlan Software: Meridian Edition has encountered some errors while adjusting game settings. This may be resolved "
-    "by starting and stopping the game, or by changing graphics settings.";
 
 bool runsBelowRefreshRate(std::uint32_t refreshRate) {
     const float ratio = static_cast<float>(trackingContext.averageFps) / static_cast<float>(refreshRate);
@@ -44,13 +41,10 @@ bool shouldShowToast(const std::string& executableName) {
 
 void showOffer(const std::string& executableName, const DisplayInfo& optimal) {
     const std::string name = titleManager().getTitleName(executableName);
-    const std::string detail =
-        titleManager().isLumaSupported(executableName)
-            ? "Enabled LUMA for " + name + " using " + titleManager().getSettingText(executableName) + "."
-            : "Enabled TANO for " + name + " using " + std::to_string(optimal.width) + "x" +
-                  std::to_string(optimal.height) + ".";
+    const std::string adjustment = describeAdjustment(executableName, " for " + name, optimal);
     clearToasts();
-    showToast(kOfferTitle, "Recommendations are available for " + name + " to improve your gaming experience.", detail,
+    showToast(kOfferTitle, "Recommendations are available for " + name + " to improve your gaming experience.",
+              adjustment,
               {{"Configure Settings", configureSettings}, {"Not Now", notNow}, {"Don't ask again", dontAskAgain}});
 }
 
@@ -108,7 +102,7 @@ void configureSettings() {
     logLine("Brisk : Toast : Configure Settings");
     if (!patchTitle(getTrackedExecutableName())) {
         clearToasts();
-        showToast(kAdjustmentsTitle, kPatchFailed, "", {});
+        showToast(kAdjustmentsTitle, kAdjustmentErrors, "", {});
     }
 }
 
@@ -128,6 +122,14 @@ void dontAskAgain() {
 void logNativeResolution(const DisplayInfo& native) {
     logLine("Brisk : native resolution: ", std::dec, native.width, "x", native.height);
     logLine("Brisk : aspect ratio: ", getAspectRatio(native));
+}
+
+std::string describeAdjustment(const std::string& executableName, const std::string& forTitle,
+                               const DisplayInfo& optimal) {
+    return titleManager().isLumaSupported(executableName)
+               ? "Enabled LUMA" + forTitle + " using " + titleManager().getSettingText(executableName) + "."
+               : "Enabled TANO" + forTitle + " using " + std::to_string(optimal.width) + "x" +
+                     std::to_string(optimal.height) + ".";
 }
 
 bool patchTitle(const std::string& executableName) {

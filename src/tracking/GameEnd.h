@@ -21,6 +21,11 @@ void dontAskAgain();
 // Writes the title's wanted settings and its patch marker. A failed marker does not make the patch fail. Any thread.
 bool patchTitle(const std::string& executableName);
 
+// What the patch turns on, as toasts tell it: LUMA with its words, or TANO with the resolution. forTitle is put behind
+// the name of the technique, and may be empty. Any thread.
+std::string describeAdjustment(const std::string& executableName, const std::string& forTitle,
+                               const DisplayInfo& optimal);
+
 // The two lines that a judgement and a bulk pass begin with.
 void logNativeResolution(const DisplayInfo& native);
 

@@ -1,5 +1,7 @@
 #include "toast/FakeShellLink.h"
 
+#include <filesystem>
+
 #include <objbase.h>
 #include <propsys.h>
 #include <shlobj.h>

@@ -3,7 +3,6 @@
 
 #include "toast/FaultPoints.h"
 
-#include <filesystem>
 #include <string>
 #include <vector>
 

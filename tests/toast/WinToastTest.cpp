@@ -176,13 +176,13 @@ TEST_F(WinToastTest, StringThatCannotBeMadeIsAFailureToo) {
                        ? E_OUTOFMEMORY
                        : reinterpret_cast<Create>(reinterpret_cast<void*>(create))(text, length, header, string);
         }));
-    ASSERT_TRUE(WinToast::isCompatible());
+    ASSERT_TRUE(winToast.initialize());
     for (int n = 0; n < 4; ++n) {
         left = n;
         EXPECT_EQ(winToast.showToast(makeToast(), handler()), -1) << n;
     }
     faults::reset();
-    ASSERT_TRUE(WinToast::isCompatible());
+    ASSERT_TRUE(winToast.initialize());
     EXPECT_GE(winToast.showToast(makeToast(), handler()), 0);
     winToast.clear();
 }

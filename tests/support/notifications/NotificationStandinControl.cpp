@@ -206,6 +206,7 @@ void NotificationStandinControl::setFailures(const std::string& rules) const {
 }
 
 long NotificationStandinControl::liveObjects() const {
+    waitUntilIdle();
     return std::stol(command("objects"));
 }
 

@@ -61,7 +61,7 @@ public:
 
     // Replaces the injected failures; grammar in NotificationStandin.h.
     void setFailures(const std::string& rules) const;
-    // The stand-in's COM objects that are alive.
+    // The stand-in's COM objects that are alive when every event raised so far has been delivered.
     long liveObjects() const;
     // Forgets toasts, counts and failures; numbers start at 1 again.
     void reset() const;
