@@ -6,12 +6,12 @@ target_compile_definitions(brisk_settings INTERFACE
 if(MSVC)
   set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
   target_compile_options(brisk_settings INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus /guard:cf)
-  target_link_options(brisk_settings INTERFACE /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT)
+  target_link_options(brisk_settings INTERFACE /DYNAMICBASE /HIGHENTROPYVA /NXCOMPAT /guard:cf)
 else()
   target_compile_options(brisk_settings INTERFACE
     $<$<COMPILE_LANGUAGE:C,CXX>:-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror>
-    # GCC 12 sees overlaps in std::string's operator+ where there are none.
     $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
+    # GCC 12 sees overlaps in std::string's operator+ where there are none.
     $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict>
     $<$<COMPILE_LANGUAGE:C,CXX>:-ffunction-sections -fdata-sections>)
   if(WIN32)

@@ -3,7 +3,7 @@
 namespace brisk {
 
 // The service's version, as the log's start line and the notification identity show it. The version resource in
-// brisk.rc carries the same number.
+// brisk.rc and brisk.manifest carry the same number.
 inline constexpr char kVersion[] = "1.09";
 
 } // namespace brisk

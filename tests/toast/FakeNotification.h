@@ -16,6 +16,9 @@ public:
     HRESULT dismiss() { return raise(dismissed); }
     HRESULT fail() { return raise(failed); }
 
+    // The handler attached to the press.
+    IUnknown& activatedHandler() const { return *activated.get(); }
+
     // A handler that was running would have been destroyed by its removal; it was left attached instead.
     bool wasRunningHandlerLost = false;
 

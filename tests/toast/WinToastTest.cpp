@@ -1,6 +1,5 @@
 #include "toast/WinToast.h"
 
-#include "toast/InternalDateTime.h"
 #include "toast/ToastFixture.h"
 
 #include <new>
@@ -244,20 +243,6 @@ TEST_F(WinToastTest, ExpirationBeyondAllTimeIsTheLatestThereIs) {
     winToast.showToast(toast, handler());
     EXPECT_THAT(takeRecord(), Contains("put_ExpirationTime 1 9223372036854775807"));
     winToast.clear();
-}
-
-TEST_F(WinToastTest, ExpirationTimeIsAReferenceToADateTimeForAnyThread) {
-    const brisk::ComReference<InternalDateTime> time(new InternalDateTime(133500000000000000));
-    for (const IID& iid : {IID_IUnknown, IID_IAgileObject, abi::IReferenceDateTime::kIid}) {
-        brisk::ComReference<abi::IReferenceDateTime> found;
-        ASSERT_EQ(time->QueryInterface(iid, found.receiveVoid()), S_OK);
-        abi::DateTime value{};
-        EXPECT_EQ(found->get_Value(&value), S_OK);
-        EXPECT_EQ(value.UniversalTime, 133500000000000000);
-    }
-    brisk::ComReference<abi::IToastNotifier> other;
-    EXPECT_EQ(time->QueryInterface(abi::IToastNotifier::kIid, other.receiveVoid()), E_NOINTERFACE);
-    EXPECT_FALSE(other);
 }
 
 TEST_F(WinToastTest, ExpirationOfZeroOrLessSetsNone) {
