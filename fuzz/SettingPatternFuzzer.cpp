@@ -2,7 +2,6 @@
 #include "fuzz/StandardPatterns.h"
 #include "titles/SettingPattern.h"
 
-#include <algorithm>
 #include <new>
 #include <optional>
 #include <regex>

@@ -3,7 +3,6 @@
 #include "host/simulation/SimulatedCall.h"
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <optional>
 

@@ -6,8 +6,6 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-
 #include <psapi.h>
 
 BRISK_FAULT_POINT("kernel32.dll", GetModuleFileNameA)

@@ -1,26 +1,13 @@
 #include "app/Log.h"
 
+#include "support/Faults.h"
 #include "support/Sandbox.h"
 
 #include <gmock/gmock.h>
 
 #include <thread>
 
-namespace {
-
-// What the process wrote to the debugger output, one text a call.
-std::vector<std::string> debuggerOutput;
-
-void WINAPI captureDebuggerOutput(LPCSTR text) {
-    debuggerOutput.emplace_back(text);
-}
-
-} // namespace
-
-// Replaces the import. (A fault point cannot stand for a function without a result.)
-extern "C" {
-decltype(&::OutputDebugStringA) __imp_OutputDebugStringA = captureDebuggerOutput;
-}
+BRISK_FAULT_POINT("kernel32.dll", OutputDebugStringA)
 
 namespace brisk {
 namespace {
@@ -32,10 +19,15 @@ using ::testing::SizeIs;
 
 class LogTest : public ::testing::Test {
 protected:
-    LogTest() { debuggerOutput.clear(); }
+    LogTest() {
+        OutputDebugStringAFault.intercept([this](LPCSTR text) { debuggerOutput.emplace_back(text); });
+    }
+    ~LogTest() override { faults::reset(); }
 
     std::filesystem::path file() const { return folder / "brisk.log"; }
 
+    // One text a call.
+    std::vector<std::string> debuggerOutput;
     testing::TemporaryFolder folder;
     Log log;
 };

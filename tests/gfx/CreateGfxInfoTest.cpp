@@ -16,8 +16,7 @@ using kestrelstandin::KestrelStandin;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
-
-using Lines = std::vector<std::string>;
+using testing::Lines;
 
 constexpr DisplayInfo kCurrent{1920, 1080, 32, 75};
 constexpr DisplayInfo kNative{2560, 1440, 0, 60};

@@ -16,10 +16,9 @@ using kestrelstandin::kOneDisplay;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
+using testing::Lines;
 using ::testing::Not;
 using ::testing::StartsWith;
-
-using Lines = std::vector<std::string>;
 
 constexpr DisplayInfo kNone{};
 

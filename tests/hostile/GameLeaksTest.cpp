@@ -78,13 +78,6 @@ protected:
         });
     }
 
-    void announceOnly(const FakeGame& game) {
-        service.suspend();
-        announce(game);
-        service.tick(2);
-        service.resume();
-    }
-
     unsigned shows = 0;
     unsigned activationsBefore = 0;
 };
@@ -113,7 +106,7 @@ TEST_F(GameLeaksTest, GameThatEndsWhileItIsTrackedKeepsNoHandle) {
             beginCounting();
         }
         FakeGame game(program);
-        announceOnly(game);
+        announceWithTicks(game, 2);
         service.waitForLog("Brisk : switch to APP_WARMING");
         forgetLog();
         game.die();
@@ -132,7 +125,7 @@ TEST_F(GameLeaksTest, GameAbandonedForASecondOneKeepsOneProcessHandle) {
         if (i == kWarmUp) {
             beginCounting();
         }
-        announceOnly(game);
+        announceWithTicks(game, 2);
         service.post(BRISK_APP_STARTED, 1001, 1);
         settle();
     }

@@ -8,8 +8,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 
-using Lines = std::vector<std::string>;
-
 constexpr std::size_t kMegabyte = 1024 * 1024;
 
 // Titles that no machine has, with ids from 2000 on.

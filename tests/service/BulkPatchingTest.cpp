@@ -6,8 +6,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 
-using Lines = std::vector<std::string>;
-
 constexpr char kTitle[] = "Orlan Software: Meridian Edition Game Adjustments";
 
 class BulkPatchingTest : public ServiceFixture {

@@ -11,8 +11,6 @@ namespace brisk::testing {
 // 4 samples to be valid.
 class GameFixture : public ServiceFixture {
 protected:
-    using Lines = std::vector<std::string>;
-
     static constexpr char kSettings[] = "[Display]\r\nWidth=1024\r\nHeight=768\r\n[Quality]\r\nUpscaling=Off\r\n";
     static constexpr char kAdjustedSettings[] = "[Display]\r\nWidth=800\r\nHeight=600\r\n[Quality]\r\nUpscaling=On\r\n";
 

@@ -73,9 +73,4 @@ std::string displayModesLine() {
     return "Brisk : found " + std::to_string(count) + " display modes.";
 }
 
-std::vector<std::string> operator+(std::vector<std::string> lines, const std::vector<std::string>& more) {
-    lines.insert(lines.end(), more.begin(), more.end());
-    return lines;
-}
-
 } // namespace brisk::testing

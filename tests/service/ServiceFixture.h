@@ -31,6 +31,4 @@ std::vector<std::string> startLines();
 // The line that counts the primary display's modes.
 std::string displayModesLine();
 
-std::vector<std::string> operator+(std::vector<std::string> lines, const std::vector<std::string>& more);
-
 } // namespace brisk::testing

@@ -1,11 +1,7 @@
 #include "StartUpFixture.h"
 
 #include "app/BriskHost.h"
-#include "app/RunTimeParameters.h"
-#include "tracking/Services.h"
-#include "tracking/Tracking.h"
-
-#include <memory>
+#include "support/ProcessState.h"
 
 #include <nlohmann/json.hpp>
 
@@ -39,29 +35,16 @@ void scriptDisplay() {
     });
 }
 
-void renewProcessState() {
-    TitleManager& manager = titleManager();
-    std::destroy_at(&manager);
-    std::construct_at(&manager);
-    gfxInfo.reset();
-    NumberOfIntervalsForWarming = 120;
-    fpsOverride.reset();
-    logToFile.reset();
+void renewProcess() {
+    renewProcessState();
     processLog.setFilePath({});
     processLog.text(std::dec, std::noshowbase);
-    trackingState = TrackingState::Idle;
-    resetTrackingContext();
 }
 
 } // namespace
 
-Lines operator+(Lines lines, const Lines& more) {
-    lines.insert(lines.end(), more.begin(), more.end());
-    return lines;
-}
-
 StartUpFixture::StartUpFixture() {
-    renewProcessState();
+    renewProcess();
     scriptDisplay();
     OutputDebugStringAFault.intercept([this](const char* text) {
         const std::lock_guard lock(mutex);
@@ -96,7 +79,7 @@ StartUpFixture::~StartUpFixture() {
     UnregisterClassA("BriskClass", GetModuleHandleA(nullptr));
     for (MSG message; PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE);) {
     }
-    renewProcessState();
+    renewProcess();
 }
 
 void StartUpFixture::writeGame(const std::string& key) const {

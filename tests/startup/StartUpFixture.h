@@ -11,10 +11,6 @@
 
 namespace brisk::testing {
 
-using Lines = std::vector<std::string>;
-
-Lines operator+(Lines lines, const Lines& more);
-
 // A process that is just starting: WinMain can be called as often as a test likes. The executable's directory is the
 // folder, there is one display of 1920x1080 (and 1280x720) at 60 Hz and a user without any state.
 class StartUpFixture : public ::testing::Test {

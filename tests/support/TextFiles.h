@@ -29,8 +29,15 @@ inline void writeFile(const std::filesystem::path& file, const std::string& byte
     }
 }
 
-inline std::vector<std::string> splitLines(const std::string& text) {
-    std::vector<std::string> lines;
+using Lines = std::vector<std::string>;
+
+inline Lines operator+(Lines lines, const Lines& more) {
+    lines.insert(lines.end(), more.begin(), more.end());
+    return lines;
+}
+
+inline Lines splitLines(const std::string& text) {
+    Lines lines;
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);) {
         if (line.ends_with('\r')) {

@@ -1,10 +1,9 @@
 // Checks come on the window's thread, the user's consent on another one.
 #include "TitleManagerFixture.h"
 
+#include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <future>
-#include <mutex>
 #include <thread>
 
 namespace brisk {

@@ -1,37 +1,12 @@
 #include "ServicesFixture.h"
 
-#include "app/RunTimeParameters.h"
-
-#include <memory>
+#include "support/ProcessState.h"
 
 namespace brisk::testing {
 
-namespace {
-
-// A title manager keeps what it has loaded; this gives the process a new one.
-void renewTitleManager() {
-    TitleManager& manager = titleManager();
-    std::destroy_at(&manager);
-    std::construct_at(&manager);
-}
-
-} // namespace
-
-Lines operator+(Lines lines, const Lines& more) {
-    lines.insert(lines.end(), more.begin(), more.end());
-    return lines;
-}
-
 ServicesFixture::ServicesFixture() {
-    renewTitleManager();
-    NumberOfIntervalsForWarming = 120;
-    NumberOfIntervalsForTracking = 30;
-    NumberOfIntervalsForNotTracking = 120;
-    NumberOfTrackingIntervalsToBeValid = 120;
-    fpsOverride.reset();
+    renewProcessState();
     gfxInfo = gfx;
-    trackingState = TrackingState::Idle;
-    resetTrackingContext();
     desktop.executable = toNarrow(folder / "game.exe");
     desktop.publisher = "Studio";
 }

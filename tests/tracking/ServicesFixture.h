@@ -15,10 +15,6 @@
 
 namespace brisk::testing {
 
-using Lines = std::vector<std::string>;
-
-Lines operator+(Lines lines, const Lines& more);
-
 // Process-wide state as after start-up, with no title loaded yet.
 class ServicesFixture : public ::testing::Test {
 protected:

@@ -2,29 +2,17 @@
 
 #include "app/BriskHost.h"
 #include "app/Log.h"
-#include "app/RunTimeParameters.h"
 #include "host/simulation/Desktop.h"
 #include "host/simulation/Handles.h"
 #include "host/simulation/Processes.h"
+#include "support/ProcessState.h"
 #include "toast/ToastManager.h"
-#include "tracking/Services.h"
-#include "tracking/Tracking.h"
 
 #include <memory>
 
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR commandLine, int showCommand);
 
 namespace brisk::model::ServiceProcess {
-
-namespace {
-
-template <class Object>
-void renew(Object& object) {
-    std::destroy_at(&object);
-    std::construct_at(&object);
-}
-
-} // namespace
 
 int run(const std::string& commandLine) {
     std::string writable = commandLine;
@@ -33,17 +21,9 @@ int run(const std::string& commandLine) {
 
 void forget() {
     ToastManager::instance()->cleanup();
-    gfxInfo.reset();
-    renew(titleManager());
-    renew(processLog);
-    trackingState = TrackingState::Idle;
-    resetTrackingContext();
-    NumberOfIntervalsForWarming = 120;
-    NumberOfIntervalsForTracking = 30;
-    NumberOfIntervalsForNotTracking = 120;
-    NumberOfTrackingIntervalsToBeValid = 120;
-    fpsOverride.reset();
-    logToFile.reset();
+    testing::renewProcessState();
+    std::destroy_at(&processLog);
+    std::construct_at(&processLog);
 
     host::Desktop& desktop = host::desktop();
     desktop.classes.clear();

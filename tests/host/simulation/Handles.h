@@ -2,7 +2,6 @@
 #pragma once
 
 #include <any>
-#include <cstdint>
 #include <vector>
 
 #include <windows.h>

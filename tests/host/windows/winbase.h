@@ -9,7 +9,6 @@ BOOL CloseHandle(HANDLE handle);
 
 #define PROCESS_VM_READ 0x0010
 #define PROCESS_QUERY_INFORMATION 0x0400
-#define PROCESS_QUERY_LIMITED_INFORMATION 0x1000
 #define STILL_ACTIVE 259
 DWORD GetCurrentProcessId();
 HANDLE OpenProcess(DWORD access, BOOL inherit, DWORD processId);
@@ -37,7 +36,6 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int length, LP
 
 #define INVALID_HANDLE_VALUE (reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(-1)))
 #define INVALID_FILE_ATTRIBUTES static_cast<DWORD>(-1)
-#define FILE_ATTRIBUTE_READONLY 0x0001
 #define FILE_ATTRIBUTE_HIDDEN 0x0002
 #define FILE_ATTRIBUTE_DIRECTORY 0x0010
 #define FILE_ATTRIBUTE_NORMAL 0x0080

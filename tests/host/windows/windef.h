@@ -16,7 +16,6 @@ using INT64 = std::int64_t;
 using LONG = std::int32_t;
 using LSTATUS = LONG;
 using HRESULT = LONG;
-using NTSTATUS = LONG;
 using BOOL = int;
 using WINBOOL = BOOL;
 using CHAR = char;
@@ -41,7 +40,6 @@ using LPCWSTR = const wchar_t*;
 using PCWSTR = const wchar_t*;
 
 using HANDLE = void*;
-using PHANDLE = HANDLE*;
 using HWND = struct HWND__*;
 using HKEY = struct HKEY__*;
 using PHKEY = HKEY*;
@@ -57,8 +55,6 @@ using FARPROC = std::int64_t (*)();
 #define WINAPI
 #define CALLBACK
 #define STDMETHODCALLTYPE
-#define APIENTRY
-#define CONST const
 
 #define TRUE 1
 #define FALSE 0
@@ -81,11 +77,9 @@ struct FILETIME {
 #define ERROR_NO_MORE_FILES 18L
 #define ERROR_NOT_READY 21L
 #define ERROR_SHARING_VIOLATION 32L
-#define ERROR_NOT_SUPPORTED 50L
 #define ERROR_BAD_NETPATH 53L
 #define ERROR_NETNAME_DELETED 64L
 #define ERROR_INVALID_PARAMETER 87L
-#define ERROR_CALL_NOT_IMPLEMENTED 120L
 #define ERROR_DISK_FULL 112L
 #define ERROR_INSUFFICIENT_BUFFER 122L
 #define ERROR_INVALID_NAME 123L

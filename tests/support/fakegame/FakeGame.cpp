@@ -86,18 +86,9 @@ void FakeGame::takeForeground() {
 }
 
 void FakeGame::giveForegroundAway() {
-    giveForegroundTo(GetDesktopWindow());
-}
-
-void FakeGame::giveForegroundTo(HWND other) {
-    request(kGiveForeground, other);
-    waitUntil([other] { return GetForegroundWindow() == other; }, "the other window is in the foreground");
-}
-
-void FakeGame::leaveNoForeground() {
-    takeForeground(); // only the foreground's owner can leave it empty
-    request(kLeaveNoForeground);
-    waitUntil([] { return GetForegroundWindow() == nullptr; }, "no window is in the foreground");
+    const HWND desktop = GetDesktopWindow();
+    request(kGiveForeground, desktop);
+    waitUntil([desktop] { return GetForegroundWindow() == desktop; }, "the desktop is in the foreground");
 }
 
 std::uint32_t FakeGame::end(std::uint32_t exitCode) {

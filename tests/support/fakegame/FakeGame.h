@@ -32,10 +32,6 @@ public:
     void takeForeground();
     // The desktop is in the foreground afterwards.
     void giveForegroundAway();
-    // Another process's window is in the foreground afterwards, or a window of the calling thread.
-    void giveForegroundTo(HWND other);
-    // GetForegroundWindow answers null afterwards.
-    void leaveNoForeground();
 
     // End the game in good order, or on the spot with nothing cleaned up. Give the process's exit code.
     std::uint32_t end(std::uint32_t exitCode = 0);
