@@ -24,37 +24,37 @@ bool meansAbsent(DWORD error) {
            error == ERROR_BAD_NETPATH;
 }
 
-// The attributes of an entry, nothing when it is absent.
-std::optional<DWORD> getAttributes(const std::wstring& entry, const char* operation) {
-    const DWORD attributes = GetFileAttributesW(entry.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES) {
-        return attributes;
-    }
-    const DWORD error = GetLastError();
-    if (!meansAbsent(error)) {
-        throwFileSystemError(operation, entry, error);
-    }
-    return std::nullopt;
-}
-
-// Whether a link leads to a directory. A dangling link does not.
-bool leadsToDirectory(const std::wstring& link) {
+// The attributes of what a link leads to, nothing when that is absent.
+std::optional<DWORD> getTargetAttributes(const std::wstring& link, const char* operation) {
     const HANDLE opened =
         CreateFileW(link.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                     OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (opened == INVALID_HANDLE_VALUE) {
         const DWORD error = GetLastError();
         if (!meansAbsent(error)) {
-            throwFileSystemError("directory_entry::status", link, error);
+            throwFileSystemError(operation, link, error);
         }
-        return false;
+        return std::nullopt;
     }
     const UniqueHandle target(opened);
     BY_HANDLE_FILE_INFORMATION information{};
     if (!GetFileInformationByHandle(target.get(), &information)) {
-        throwFileSystemError("directory_entry::status", link, GetLastError());
+        throwFileSystemError(operation, link, GetLastError());
     }
-    return information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+    return information.dwFileAttributes;
+}
+
+// The attributes of an entry, nothing when it is absent. A link counts for what it leads to.
+std::optional<DWORD> getAttributes(const std::wstring& entry, const char* operation) {
+    const DWORD attributes = GetFileAttributesW(entry.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        const DWORD error = GetLastError();
+        if (!meansAbsent(error)) {
+            throwFileSystemError(operation, entry, error);
+        }
+        return std::nullopt;
+    }
+    return attributes & FILE_ATTRIBUTE_REPARSE_POINT ? getTargetAttributes(entry, operation) : attributes;
 }
 
 // A separator goes between the two where the folder brings none.
@@ -66,10 +66,11 @@ std::wstring join(std::wstring folder, const wchar_t* name) {
 }
 
 bool isDirectory(const std::wstring& directory, const WIN32_FIND_DATAW& entry) {
-    if (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) {
-        return leadsToDirectory(join(directory, entry.cFileName));
-    }
-    return entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY;
+    const DWORD attributes =
+        entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT
+            ? getTargetAttributes(join(directory, entry.cFileName), "directory_entry::status").value_or(0)
+            : entry.dwFileAttributes;
+    return attributes & FILE_ATTRIBUTE_DIRECTORY;
 }
 
 // The name of the first subdirectory in the order of the listing; nothing when there is none.

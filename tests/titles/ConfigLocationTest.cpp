@@ -205,6 +205,9 @@ TEST_F(LocationTest, TextBeforeTheStarThatIsNoFolderIsRefused) {
 TEST_F(LocationTest, AFileSystemThatFailsOnTheTextBeforeTheStarIsAnErrorOfStatus) {
     GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
     expectError("status", folder / "", ERROR_ACCESS_DENIED, [this] { resolve(in("*\\cfg.ini")); });
+    GetFileAttributesWFault.intercept([](auto) -> DWORD { return kFolderLink; });
+    CreateFileWFault.fail(INVALID_HANDLE_VALUE, ERROR_NOT_READY);
+    expectError("status", folder / "", ERROR_NOT_READY, [this] { resolve(in("*\\cfg.ini")); });
 }
 
 TEST_F(LocationTest, AFolderThatCannotBeListedIsAnErrorOfTheIteratorsConstructor) {
@@ -246,6 +249,22 @@ TEST_F(LocationTest, ALinkThatCannotBeFollowedIsAnErrorOfTheEntrysStatus) {
     EXPECT_EQ(FindCloseFault.calls(), 1u);
 }
 
+TEST_F(LocationTest, ALinkExistsIfWhatItLeadsToDoes) {
+    testing::writeFile(folder / "to a file", "");
+    GetFileAttributesWFault.intercept([](auto) -> DWORD { return FILE_ATTRIBUTE_REPARSE_POINT; });
+    EXPECT_TRUE(locationExists(in("to a file")));
+    EXPECT_FALSE(locationExists(in("dangling")));
+}
+
+TEST_F(LocationTest, ALinkBeforeTheStarCountsForWhatItLeadsTo) {
+    fs::create_directories(folder / "to a folder" / "one");
+    testing::writeFile(folder / "to a file", "");
+    GetFileAttributesWFault.intercept([](auto) -> DWORD { return kFolderLink; });
+    EXPECT_EQ(resolve(in("to a folder\\*\\cfg.ini")), in("to a folder\\one\\cfg.ini"));
+    EXPECT_EQ(resolve(in("to a file*\\cfg.ini")), "refused");
+    EXPECT_EQ(resolve(in("dangling\\*\\cfg.ini")), "refused");
+}
+
 TEST_F(LocationTest, FilesAndFoldersExist) {
     testing::writeFile(folder / "file", "");
     EXPECT_TRUE(locationExists(in("file")));
@@ -274,6 +293,9 @@ TEST_F(LocationTest, AnyOtherFailureIsAnErrorOfExists) {
         GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, code);
         expectError("exists", folder / "a.ini", code, [this] { locationExists(in("a.ini")); });
     }
+    GetFileAttributesWFault.intercept([](auto) -> DWORD { return FILE_ATTRIBUTE_REPARSE_POINT; });
+    CreateFileWFault.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
+    expectError("exists", folder / "a.ini", ERROR_ACCESS_DENIED, [this] { locationExists(in("a.ini")); });
 }
 
 } // namespace
