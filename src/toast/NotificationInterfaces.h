@@ -1,5 +1,6 @@
 // The Windows notification interfaces that the service calls, declared by hand: the cross compiler's headers do not
-// have them. Slots that nobody uses are left out at the end; the order of those that stand here is the binary interface.
+// have them. Slots that nobody uses are left out at the end; the order of those that stand here is the binary
+// interface.
 #pragma once
 
 #include <windows.h>
