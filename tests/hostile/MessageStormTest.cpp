@@ -15,6 +15,15 @@ protected:
         return static_cast<std::size_t>(std::count_if(
             lines.begin(), lines.end(), [&](const std::string& line) { return line.starts_with(begin); }));
     }
+
+    // Ends the storm and the service: nothing is left behind. The log of it.
+    Lines linesOfTheStorm() {
+        // The first toast to clear brings the stand-in and its buffers along.
+        const ProcessCounters after = endStorm(4);
+        EXPECT_EQ(after.processHandles, before.processHandles);
+        EXPECT_EQ(service.quit(), 0u);
+        return log();
+    }
 };
 
 TEST_F(MessageStormTest, ThousandsOfGamesThatNobodySeesLeaveNothingBehind) {
@@ -29,11 +38,7 @@ TEST_F(MessageStormTest, ThousandsOfGamesThatNobodySeesLeaveNothingBehind) {
         }
     }
     settle();
-    // The first toast to clear brings the stand-in and its buffers along.
-    const ProcessCounters after = endStorm(4);
-    EXPECT_EQ(after.processHandles, before.processHandles);
-    EXPECT_EQ(service.quit(), 0u);
-    const Lines lines = log();
+    const Lines lines = linesOfTheStorm();
     EXPECT_EQ(count(lines, "Brisk : onAppStarted, p1 = 1001, p2 = 0x1"), games);
     EXPECT_EQ(count(lines, "Brisk : switch to WAITING_APP"), games);
     // Of the real timer there may be some more.
@@ -81,11 +86,7 @@ TEST_F(MessageStormTest, StartsFinishesResetsAndTicksInAnyOrderAreEachAnswered) 
     }
     settle();
     ++(isTracking ? finished : idle);
-    // The first toast to clear brings the stand-in and its buffers along.
-    const ProcessCounters after = endStorm(4);
-    EXPECT_EQ(after.processHandles, before.processHandles);
-    EXPECT_EQ(service.quit(), 0u);
-    const Lines lines = log();
+    const Lines lines = linesOfTheStorm();
     EXPECT_EQ(count(lines, "Brisk : switch to WAITING_APP"), waiting);
     EXPECT_EQ(count(lines, "Brisk : stop tracking, doesn't track more than one app"), stopped);
     EXPECT_EQ(count(lines, "Brisk : insufficient data collected (0 intervals)."), finished);

@@ -26,6 +26,19 @@ protected:
     }
     static std::string widthField() { return R"json({"key": "(Width=)(\\d+)()", "meta": "width"})json"; }
 
+    // A bulk pass over the hopeless text, in which the service ends.
+    Lines lastLinesOfABulkPass(const std::string& fields) {
+        setFields(fields, toNarrow(settings()));
+        writeFile(settings(), kHopelessText);
+        startStorm();
+        service.post(BRISK_MASSIVE_PATCHING);
+        EXPECT_EQ(waitForStormsEnd(), 1u);
+        printFigures({});
+        Lines lines = log();
+        lines.erase(lines.begin(), lines.end() - 2);
+        return lines;
+    }
+
     static constexpr char kArguments[] = "-nw 2 -nt 3 -nn 1 -nv 4 -fps 40";
 };
 
@@ -66,28 +79,13 @@ TEST_F(HostilePatternsTest, HopelessPatternMetByAButtonFailsTheEventAndTheServic
 }
 
 TEST_F(HostilePatternsTest, HopelessPatternMetByABulkPassEndsTheServiceWithOneLine) {
-    setFields(hopelessField(), toNarrow(settings()));
-    writeFile(settings(), kHopelessText);
-    startStorm();
-    service.post(BRISK_MASSIVE_PATCHING);
-    EXPECT_EQ(waitForStormsEnd(), 1u);
-    printFigures({});
-    Lines lines = log();
-    lines.erase(lines.begin(), lines.end() - 2);
-    EXPECT_THAT(lines, ElementsAre("Brisk : config found.", kGivenUp));
+    EXPECT_THAT(lastLinesOfABulkPass(hopelessField()), ElementsAre("Brisk : config found.", kGivenUp));
     EXPECT_EQ(readFile(settings()), kHopelessText);
 }
 
 TEST_F(HostilePatternsTest, HopelessPatternMetByTheHostsPatchEndsTheServiceAndLeavesTheFileWhole) {
-    setFields(widthField() + "," + hopelessField(), toNarrow(settings()));
-    writeFile(settings(), kHopelessText);
-    startStorm();
-    service.post(BRISK_MASSIVE_PATCHING);
-    EXPECT_EQ(waitForStormsEnd(), 1u);
-    printFigures({});
-    Lines lines = log();
-    lines.erase(lines.begin(), lines.end() - 2);
-    EXPECT_THAT(lines, ElementsAre("Brisk : game setting '1024' is not optimal '800'.", kGivenUp));
+    EXPECT_THAT(lastLinesOfABulkPass(widthField() + "," + hopelessField()),
+                ElementsAre("Brisk : game setting '1024' is not optimal '800'.", kGivenUp));
     EXPECT_EQ(readFile(settings()), kHopelessText);
 }
 

@@ -73,4 +73,15 @@ std::string displayModesLine() {
     return "Brisk : found " + std::to_string(count) + " display modes.";
 }
 
+std::vector<std::string> bulkPassLines() {
+    return {"Brisk : onMassivePatching",
+            "Brisk : doMassivePatching",
+            "Brisk : get current display info.",
+            "Brisk : native resolution: 1024x768",
+            "Brisk : aspect ratio: 0.75",
+            "Brisk : get available display info modes.",
+            displayModesLine(),
+            "Brisk : optimal resolution: 800x600"};
+}
+
 } // namespace brisk::testing

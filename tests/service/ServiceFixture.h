@@ -31,4 +31,7 @@ std::vector<std::string> startLines();
 // The line that counts the primary display's modes.
 std::string displayModesLine();
 
+// The lines of a bulk pass, up to the first title's own.
+std::vector<std::string> bulkPassLines();
+
 } // namespace brisk::testing

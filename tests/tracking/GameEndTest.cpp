@@ -120,11 +120,7 @@ TEST_F(GameEndTest, LumaTitleNeedsNoOptimalResolution) {
 
 TEST_F(GameEndTest, ResolutionsOfTheDatabaseAreThoseOfThisEvaluation) {
     nlohmann::json title = textTitle("The Game", "game.exe", "game.ini");
-    title["config_fields"] = nlohmann::json::parse(R"json([
-        {"key": "(A=)(\\d+)()", "meta": "native_width", "value": 0},
-        {"key": "(B=)(\\d+)()", "meta": "native_height", "value": 0},
-        {"key": "(C=)(\\d+)()", "meta": "width", "value": 0},
-        {"key": "(D=)(\\d+)()", "meta": "height", "value": 0}])json");
+    title["config_fields"] = resolutionFields();
     loadTitles({title});
     testing::writeFile(settings(), "A=1\r\nB=1\r\nC=1\r\nD=1\r\n");
     finish();

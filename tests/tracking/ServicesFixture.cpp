@@ -32,6 +32,14 @@ nlohmann::json ServicesFixture::textTitle(const std::string& name, const std::st
             {"config_fields", {{{"key", R"((Width=)(\d+)())"}, {"meta", "width"}, {"value", 0}}}}};
 }
 
+nlohmann::json ServicesFixture::resolutionFields() {
+    return nlohmann::json::parse(R"json([
+        {"key": "(A=)(\\d+)()", "meta": "native_width", "value": 0},
+        {"key": "(B=)(\\d+)()", "meta": "native_height", "value": 0},
+        {"key": "(C=)(\\d+)()", "meta": "width", "value": 0},
+        {"key": "(D=)(\\d+)()", "meta": "height", "value": 0}])json");
+}
+
 void ServicesFixture::loadGame() {
     nlohmann::json title = textTitle("The Game", "game.exe", "game.ini");
     title["id"] = 1001;

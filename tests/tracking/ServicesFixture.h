@@ -25,7 +25,9 @@ protected:
     void loadTitles(const std::vector<nlohmann::json>& titles);
     // A text title of "Studio" whose one setting, the width, is in the file of this name in the folder.
     nlohmann::json textTitle(const std::string& name, const std::string& binaryName, const std::string& file) const;
-    // The same with an id, as the only one, its file holding a width of 1920.
+    // Settings A to D: the native width and height, and the width and height to set.
+    static nlohmann::json resolutionFields();
+    // The text title of the game, with an id, as the only one, its file holding a width of 1920.
     void loadGame();
 
     std::filesystem::path settings() const { return folder / "game.ini"; }
