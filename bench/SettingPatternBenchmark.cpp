@@ -68,8 +68,7 @@ int main() {
         std::printf("%s\n", key);
         const SettingPattern ours(key);
         const std::regex standard(key);
-        compare(
-            "compile", [key] { SettingPattern{key}; }, [key] { std::regex{key}; });
+        compare("compile", [key] { SettingPattern{key}; }, [key] { std::regex{key}; });
         compare(
             "search", [&] { static_cast<void>(ours.search(text)); },
             [&] {

@@ -235,7 +235,9 @@ TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
         strcpy(path, "C:\\Users\\J\u00F6rg \u5B9A");
         return S_OK;
     });
-    { const TitleManager made; }
+    {
+        const TitleManager made;
+    }
     EXPECT_THAT(calls, ElementsAre("40", "28", "26"));
     calls.clear();
     EXPECT_THAT(locations(), ElementsAre("C:\\Users\\J\u00F6rg \u5B9A\\?", "C:\\Users\\J\u00F6rg \u5B9A\\?",

@@ -66,9 +66,7 @@ TEST(ComObjectsTest, EventHandlerIsCalledOnAnyThread) {
     brisk::testing::FakeNotification notification;
     ToastEventTokens tokens;
     const auto handler = std::make_shared<brisk::WinToastHandler>(std::vector<brisk::ToastAction>{});
-    ASSERT_EQ(attachEvents(
-                  DynamicFunctions(), notification, handler, 0, [] {}, tokens),
-              S_OK);
+    ASSERT_EQ(attachEvents(DynamicFunctions(), notification, handler, 0, [] {}, tokens), S_OK);
     expectInterfaces(notification.activatedHandler(), {IID_IUnknown, IID_IAgileObject, abi::IActivatedHandler::kIid});
 }
 

@@ -111,8 +111,7 @@ void waitForEnd(HANDLE process) {
 }
 
 // Runs briskhost; `meanwhile` is called once it has been started.
-Outcome briskhost(
-    const std::wstring& arguments, const std::function<void()>& meanwhile = [] {}) {
+Outcome briskhost(const std::wstring& arguments, const std::function<void()>& meanwhile = [] {}) {
     Pipe output;
     Pipe errors;
     STARTUPINFOW startup{};
