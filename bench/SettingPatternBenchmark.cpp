@@ -1,4 +1,4 @@
-#include "titles/SettingPattern.h"
+#include "pattern/SettingPattern.h"
 
 #include <algorithm>
 #include <chrono>

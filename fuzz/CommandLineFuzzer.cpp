@@ -1,4 +1,4 @@
-#include "app/RunTimeParameters.h"
+#include "base/RunTimeParameters.h"
 #include "fuzz/Fuzzing.h"
 
 #include <algorithm>

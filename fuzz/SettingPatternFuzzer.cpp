@@ -1,6 +1,6 @@
 #include "fuzz/Fuzzing.h"
 #include "fuzz/StandardPatterns.h"
-#include "titles/SettingPattern.h"
+#include "pattern/SettingPattern.h"
 
 #include <new>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "app/BriskHost.h"
+#include "BriskHost.h"
 #include "app/TitleInfo.h"
 #include "fuzz/Fuzzing.h"
 

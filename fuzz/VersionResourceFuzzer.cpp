@@ -1,4 +1,4 @@
-#include "app/Executables.h"
+#include "base/Executables.h"
 #include "fuzz/Fuzzing.h"
 #include "host/simulation/SimulatedCall.h"
 

@@ -1,8 +1,8 @@
 #include "app/ServiceWindow.h"
 
-#include "app/BriskHost.h"
-#include "app/Log.h"
+#include "BriskHost.h"
 #include "app/TitleInfo.h"
+#include "base/Log.h"
 #include "state/UserState.h"
 #include "toast/ToastManager.h"
 #include "tracking/BulkPatching.h"

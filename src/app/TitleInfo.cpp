@@ -1,7 +1,7 @@
 #include "app/TitleInfo.h"
 
-#include "app/BriskHost.h"
-#include "app/Log.h"
+#include "BriskHost.h"
+#include "base/Log.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #include "gfx/GfxInfoGen.h"
 
-#include "app/Log.h"
+#include "base/Log.h"
 
 namespace brisk {
 

@@ -1,6 +1,6 @@
 #include "gfx/GfxInfoImpl.h"
 
-#include "app/Log.h"
+#include "base/Log.h"
 #include "gfx/OptimalResolution.h"
 
 #include <optional>

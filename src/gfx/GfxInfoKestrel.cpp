@@ -1,6 +1,6 @@
 #include "gfx/GfxInfoKestrel.h"
 
-#include "app/Log.h"
+#include "base/Log.h"
 #include "gfx/KestrelDisplay.h"
 
 namespace brisk {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 
 namespace brisk {
 
@@ -39,9 +38,5 @@ protected:
     IGfxInfo(const IGfxInfo&) = delete;
     IGfxInfo& operator=(const IGfxInfo&) = delete;
 };
-
-// The vendor's device library where it works, the operating system otherwise; empty, with a log line, when neither
-// does.
-std::shared_ptr<IGfxInfo> createGfxInfo();
 
 } // namespace brisk

@@ -1,7 +1,7 @@
 #include "gfx/KestrelDisplay.h"
 
-#include "app/Log.h"
-#include "app/WindowsHandles.h"
+#include "base/Log.h"
+#include "base/WindowsHandles.h"
 
 #include <cmath>
 

@@ -1,8 +1,8 @@
 #include "titles/ConfigLocation.h"
 
-#include "app/StandardErrors.h"
-#include "app/TextEncoding.h"
-#include "app/WindowsHandles.h"
+#include "base/StandardErrors.h"
+#include "base/TextEncoding.h"
+#include "base/WindowsHandles.h"
 
 #include <optional>
 #include <string_view>

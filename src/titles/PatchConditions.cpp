@@ -1,6 +1,6 @@
 #include "titles/PatchConditions.h"
 
-#include "app/Log.h"
+#include "base/Log.h"
 
 #include <algorithm>
 #include <limits>

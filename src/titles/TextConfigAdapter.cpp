@@ -1,10 +1,10 @@
 #include "titles/TextConfigAdapter.h"
 
-#include "app/Log.h"
-#include "app/StandardErrors.h"
-#include "app/TextEncoding.h"
+#include "base/Log.h"
+#include "base/StandardErrors.h"
+#include "base/TextEncoding.h"
+#include "pattern/SettingPattern.h"
 #include "titles/ConfigLocation.h"
-#include "titles/SettingPattern.h"
 
 #include <fstream>
 

@@ -1,6 +1,6 @@
 #include "titles/TitleDatabase.h"
 
-#include "app/Log.h"
+#include "base/Log.h"
 #include "titles/RegisterConfigAdapter.h"
 #include "titles/TextConfigAdapter.h"
 

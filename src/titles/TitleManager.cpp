@@ -1,7 +1,7 @@
 #include "titles/TitleManager.h"
 
-#include "app/Log.h"
-#include "app/TextEncoding.h"
+#include "base/Log.h"
+#include "base/TextEncoding.h"
 #include "titles/PatchConditions.h"
 #include "titles/TitleDatabase.h"
 

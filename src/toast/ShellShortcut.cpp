@@ -1,6 +1,6 @@
 #include "toast/ShellShortcut.h"
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 #include <filesystem>
 

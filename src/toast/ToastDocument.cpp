@@ -1,6 +1,6 @@
 #include "toast/ToastDocument.h"
 
-#include "app/Log.h"
+#include "base/Log.h"
 
 #include <sstream>
 

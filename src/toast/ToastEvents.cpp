@@ -1,6 +1,6 @@
 #include "toast/ToastEvents.h"
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 #include <atomic>
 #include <cwchar>

@@ -1,7 +1,7 @@
 #include "toast/ToastManager.h"
 
-#include "app/Log.h"
-#include "app/Version.h"
+#include "base/Log.h"
+#include "base/Version.h"
 #include "toast/WinToast.h"
 
 #include <mutex>

@@ -5,7 +5,7 @@
 #include "toast/ToastEvents.h"
 #include "toast/ToastTemplate.h"
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 #include <cstdint>
 #include <map>

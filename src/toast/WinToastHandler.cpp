@@ -1,6 +1,6 @@
 #include "toast/WinToastHandler.h"
 
-#include "app/StandardErrors.h"
+#include "base/StandardErrors.h"
 
 namespace brisk {
 

@@ -1,6 +1,6 @@
 #include "tracking/BulkPatching.h"
 
-#include "app/Log.h"
+#include "base/Log.h"
 #include "tracking/GameEnd.h"
 #include "tracking/Services.h"
 #include "tracking/ToastTexts.h"

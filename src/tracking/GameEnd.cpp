@@ -1,7 +1,7 @@
 #include "tracking/GameEnd.h"
 
-#include "app/Log.h"
-#include "app/RunTimeParameters.h"
+#include "base/Log.h"
+#include "base/RunTimeParameters.h"
 #include "state/UserState.h"
 #include "tracking/Services.h"
 #include "tracking/ToastTexts.h"

@@ -1,8 +1,8 @@
 #include "tracking/Tracking.h"
 
-#include "app/Executables.h"
-#include "app/Log.h"
-#include "app/RunTimeParameters.h"
+#include "base/Executables.h"
+#include "base/Log.h"
+#include "base/RunTimeParameters.h"
 #include "tracking/Services.h"
 
 #include <map>

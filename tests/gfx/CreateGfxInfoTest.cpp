@@ -1,4 +1,4 @@
-#include "gfx/IGfxInfo.h"
+#include "gfx/CreateGfxInfo.h"
 
 #include "gfx/PrintDisplayInfo.h"
 #include "gfx/ScriptedDisplays.h"

@@ -1,6 +1,6 @@
 #include "hostile/ProcessCounters.h"
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 #include <cstring>
 #include <stdexcept>

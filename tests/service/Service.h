@@ -1,8 +1,8 @@
 // Drives brisk.exe from outside, as a host does.
 #pragma once
 
-#include "app/BriskHost.h"
-#include "app/WindowsHandles.h"
+#include "BriskHost.h"
+#include "base/WindowsHandles.h"
 #include "support/Sandbox.h"
 
 #include <chrono>

@@ -1,7 +1,7 @@
 // The state that the product keeps for the whole process, except the log's and the toasts'.
 #pragma once
 
-#include "app/RunTimeParameters.h"
+#include "base/RunTimeParameters.h"
 #include "tracking/Services.h"
 #include "tracking/Tracking.h"
 

@@ -1,7 +1,7 @@
 // What tests stand on: a folder and a registry hive of their own, and the log's lines.
 #pragma once
 
-#include "app/Log.h"
+#include "base/Log.h"
 #include "support/TemporaryFolder.h"
 #include "support/TextFiles.h"
 

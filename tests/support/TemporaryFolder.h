@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/TextEncoding.h"
+#include "base/TextEncoding.h"
 
 #include <atomic>
 #include <filesystem>

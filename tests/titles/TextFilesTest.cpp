@@ -1,7 +1,7 @@
 // What becomes of real files of every kind when a text title loads and saves them.
 #include "titles/TextConfigAdapter.h"
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 #include "support/Processes.h"
 #include "support/Sandbox.h"
 

@@ -2,7 +2,7 @@
 
 #include "toast/NotificationInterfaces.h"
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 namespace brisk::testing {
 

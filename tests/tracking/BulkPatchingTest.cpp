@@ -3,7 +3,7 @@
 
 #include "ServicesFixture.h"
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 #include "state/UserState.h"
 #include "tracking/GameEnd.h"
 

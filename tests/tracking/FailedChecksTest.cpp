@@ -1,7 +1,7 @@
 // The per-tick check of a tracked game when it fails.
 #include "ServicesFixture.h"
 
-#include "app/RunTimeParameters.h"
+#include "base/RunTimeParameters.h"
 
 namespace brisk {
 namespace {

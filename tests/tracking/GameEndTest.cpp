@@ -1,7 +1,7 @@
 // The end of a game: its judgement and the offer.
 #include "GameEndFixture.h"
 
-#include "app/RunTimeParameters.h"
+#include "base/RunTimeParameters.h"
 #include "toast/ToastManager.h"
 
 namespace brisk {

@@ -1,7 +1,7 @@
 // A button is pressed while the window's thread is in one of its handlers.
 #include "ButtonThreadsFixture.h"
 
-#include "app/BriskHost.h"
+#include "BriskHost.h"
 #include "app/TitleInfo.h"
 #include "tracking/BulkPatching.h"
 

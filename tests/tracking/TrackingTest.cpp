@@ -1,7 +1,7 @@
 // A game in the foreground, tick by tick.
 #include "ServicesFixture.h"
 
-#include "app/RunTimeParameters.h"
+#include "base/RunTimeParameters.h"
 
 #include <cmath>
 

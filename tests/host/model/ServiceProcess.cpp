@@ -1,7 +1,7 @@
 #include "host/model/ServiceProcess.h"
 
-#include "app/BriskHost.h"
-#include "app/Log.h"
+#include "BriskHost.h"
+#include "base/Log.h"
 #include "host/simulation/Desktop.h"
 #include "host/simulation/Handles.h"
 #include "host/simulation/Processes.h"

@@ -1,6 +1,6 @@
 #include "host/model/World.h"
 
-#include "app/BriskHost.h"
+#include "BriskHost.h"
 #include "gfx/GfxInfoImpl.h"
 #include "host/model/ServiceProcess.h"
 #include "host/simulation/Desktop.h"

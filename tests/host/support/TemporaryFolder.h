@@ -2,7 +2,7 @@
 // path.
 #pragma once
 
-#include "app/TextEncoding.h"
+#include "base/TextEncoding.h"
 #include "host/simulation/Files.h"
 
 #include <atomic>

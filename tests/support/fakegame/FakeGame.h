@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 #include "support/fakegame/FakeGameContract.h"
 
 #include <cstdint>

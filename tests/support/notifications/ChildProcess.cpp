@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 namespace brisk::standin {
 

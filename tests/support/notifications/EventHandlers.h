@@ -8,7 +8,7 @@
 
 #include "ComObject.h"
 #include "EventThread.h"
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 namespace brisk::standin {
 

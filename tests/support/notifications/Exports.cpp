@@ -15,7 +15,7 @@
 #include "ToastNotification.h"
 #include "ToastNotificationManager.h"
 #include "XmlDocument.h"
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 namespace brisk::standin {
 

@@ -11,7 +11,7 @@
 #include <roapi.h>
 #include <winstring.h>
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 #include "toast/NotificationInterfaces.h"
 
 namespace brisk::standin {

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 namespace brisk::standin {
 

@@ -5,7 +5,7 @@
 #include "Text.h"
 #include "ToastNotification.h"
 #include "XmlDocument.h"
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 namespace brisk::standin {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "ToastContent.h"
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 namespace brisk::standin {
 

@@ -5,7 +5,7 @@
 #include <msxml2.h>
 #include <xmllite.h>
 
-#include "app/WindowsHandles.h"
+#include "base/WindowsHandles.h"
 
 namespace brisk::standin {
 

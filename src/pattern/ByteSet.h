@@ -1,0 +1,22 @@
+#pragma once
+
+#include "pattern/PatternReader.h"
+
+#include <bitset>
+
+namespace brisk {
+
+// The bytes that one place of a regular expression accepts; bit n stands for byte n. Character classes are those of the
+// "C" locale: no byte above 0x7F is a letter.
+using ByteSet = std::bitset<256>;
+
+// The bytes that '.' accepts: all but line feed and carriage return.
+ByteSet bytesOfDot();
+
+// The bytes of the escape \d, \D, \s, \S, \w or \W, given its letter.
+ByteSet bytesOfClassEscape(char letter);
+
+// The bytes of a bracket expression, whose opening '[' is stepped over already. Throws std::regex_error.
+ByteSet takeBracketExpression(PatternReader& reader);
+
+} // namespace brisk

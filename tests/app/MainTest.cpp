@@ -1,0 +1,303 @@
+// WinMain from its first line to its exit code.
+#include "StartUpFixture.h"
+
+#include "BriskHost.h"
+#include "base/RunTimeParameters.h"
+#include "gfx/CreateGfxInfo.h"
+#include "toast/ToastManager.h"
+#include "tracking/Services.h"
+
+namespace brisk {
+namespace {
+
+using testing::Lines;
+using testing::operator+;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+class MainTest : public testing::StartUpFixture {
+protected:
+    // Notes every call of the fault point by its name.
+    template <class Result, class... Arguments>
+    void noteCalls(const std::string& name, faults::FaultPoint<Result WINAPI(Arguments...)>& point) {
+        point.intercept([this, name, &point](Arguments... arguments) -> Result {
+            note("[" + name + "]");
+            return point.real(arguments...);
+        });
+    }
+
+    // One of the functions that toasts need is missing.
+    static void hideFunction(const std::string& hidden) {
+        GetProcAddressFault.intercept([hidden](HMODULE module, const char* name) -> FARPROC {
+            return hidden == name ? nullptr : GetProcAddressFault.real(module, name);
+        });
+    }
+
+    static Lines withoutTitles(Lines lines) {
+        lines.erase(lines.begin() + 1);
+        return lines;
+    }
+};
+
+TEST_F(MainTest, StartAndQuitLogEveryLineInOrderAndExitWithZero) {
+    writeGame();
+    EXPECT_EQ(start(), 0);
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines() + startLines() + Lines{"Brisk : finished"}));
+}
+
+TEST_F(MainTest, StepsOfTheStartFollowTheirOrder) {
+    writeGame();
+    noteCalls("FindWindow", FindWindowAFault);
+    noteCalls("RegCreateKeyEx", RegCreateKeyExAFault);
+    noteCalls("RegisterClass", RegisterClassAFault);
+    noteCalls("CreateEvent", CreateEventAFault);
+    noteCalls("PostQuitMessage", PostQuitMessageFault);
+    GetModuleFileNameAFault.intercept([this](HMODULE module, char* buffer, DWORD size) {
+        EXPECT_EQ(module, nullptr);
+        EXPECT_EQ(size, 260u);
+        note("[GetModuleFileName]");
+        const std::string path = folder.narrow() + "/brisk.exe";
+        return static_cast<DWORD>(path.copy(buffer, size));
+    });
+    GetProcAddressFault.intercept([this](HMODULE module, const char* name) {
+        if (std::string(name) == "RoGetActivationFactory" && record().back() != "[toast manager]") {
+            note("[toast manager]");
+        }
+        return GetProcAddressFault.real(module, name);
+    });
+    EXPECT_EQ(start(), 0);
+    const Lines lines = startLines();
+    EXPECT_THAT(recordAfterParameters(),
+                ElementsAre(lines[0], "[FindWindow]", "[GetModuleFileName]", lines[1], "[RegCreateKeyEx]", lines[2],
+                            lines[3], lines[4], lines[5], lines[6], lines[7], "[toast manager]", "[RegisterClass]",
+                            "[CreateEvent]", "[PostQuitMessage]", "Brisk : finished"));
+}
+
+TEST_F(MainTest, ParametersAreReadAndTheLogGoesToItsFileFromTheStartLineOn) {
+    writeGame();
+    const std::string file = toNarrow(folder / "brisk.log");
+    EXPECT_EQ(start("-nw 7 -fps 50 -log " + file), 0);
+    EXPECT_EQ(NumberOfIntervalsForWarming, 7u);
+    EXPECT_EQ(fpsOverride, 50);
+    EXPECT_THAT(testing::splitLines(testing::readFile(folder / "brisk.log")),
+                ElementsAreArray(startLines() + Lines{"Brisk : finished"}));
+    Lines before = parameterLines();
+    before.insert(before.begin() + 1, "Brisk : set NumberOfIntervalsForWarming to 7");
+    before.insert(before.begin() + 6, "Brisk : set fpsOverride to 50");
+    before.push_back("Brisk : set logToFile to " + file);
+    EXPECT_THAT(record(), ElementsAreArray(before));
+}
+
+TEST_F(MainTest, EmptyLogPathLeavesTheLogToTheDebugger) {
+    writeGame();
+    EXPECT_EQ(start("-log "), 0);
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines() + Lines{"Brisk : set logToFile to "} + startLines() +
+                                           Lines{"Brisk : finished"}));
+}
+
+TEST_F(MainTest, LogThatCannotBeWrittenIsLostAndTheServiceDoesItsWork) {
+    writeGame();
+    whenCreated = [](HWND window) { PostMessageA(window, BRISK_MASSIVE_PATCHING, 0, 0); };
+    EXPECT_EQ(start("-log " + folder.narrow()), 0);
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines() + Lines{"Brisk : set logToFile to " + folder.narrow()}));
+    EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
+}
+
+TEST_F(MainTest, NumberBeyond32BitsEndsTheProcessWithOneBeforeTheStartLine) {
+    EXPECT_EQ(start("-nw 99999999999"), 1);
+    EXPECT_THAT(record(), ElementsAre(parameterLines()[0], "Brisk : set NumberOfIntervalsForWarming to 99999999999",
+                                      "Brisk : stoi argument out of range"));
+    EXPECT_EQ(FindWindowAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, SecondInstanceLeavesAtOnceWithOne) {
+    writeGame();
+    FindWindowAFault.intercept([](const char* windowClass, const char* name) {
+        EXPECT_STREQ(windowClass, "BriskClass");
+        EXPECT_EQ(name, nullptr);
+        return GetDesktopWindow();
+    });
+    EXPECT_EQ(start(), 1);
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines() +
+                                           Lines{"Brisk 1.09 : started", "Brisk : running already. Exiting."}));
+    EXPECT_EQ(GetModuleFileNameAFault.calls(), 0u);
+    EXPECT_EQ(RegCreateKeyExAFault.calls(), 0u);
+    EXPECT_EQ(EnumDisplaySettingsAFault.calls(), 0u);
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, UnknownModulePathIsLoggedAndLeavesNoDatabaseToFind) {
+    GetModuleFileNameAFault.fail(0, ERROR_ACCESS_DENIED);
+    EXPECT_EQ(start(), 0);
+    Lines lines = startLines();
+    lines[1] = "Brisk : unable to open title database.";
+    lines.insert(lines.begin() + 1, "Brisk : couldn't get module name. Error 5");
+    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(lines + Lines{"Brisk : finished"}));
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, ModulePathWithoutADirectoryIsLogged) {
+    GetModuleFileNameAFault.intercept(
+        [](HMODULE, char* buffer, DWORD) { return static_cast<DWORD>(std::string("brisk.exe").copy(buffer, 9)); });
+    EXPECT_EQ(start(), 0);
+    Lines lines = startLines();
+    lines[1] = "Brisk : unable to open title database.";
+    lines.insert(lines.begin() + 1, "Brisk : couldn't find delimiter in module name.");
+    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(lines + Lines{"Brisk : finished"}));
+}
+
+TEST_F(MainTest, DatabaseThatDoesNotLoadYieldsNoWindowAndExitsWithZero) {
+    writeDatabase("[]");
+    EXPECT_EQ(start(), 0);
+    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(withoutTitles(startLines()) + Lines{"Brisk : finished"}));
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
+    EXPECT_EQ(GetMessageAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, MalformedDatabaseEndsTheStartWithItsErrorAndOne) {
+    writeDatabase("[1, 2");
+    EXPECT_EQ(start(), 1);
+    EXPECT_THAT(recordAfterParameters(),
+                ElementsAre("Brisk 1.09 : started",
+                            "Brisk : [json.exception.parse_error.101] parse error at line 1, column 6: syntax error "
+                            "while parsing array - unexpected end of input; expected ']'"));
+    EXPECT_EQ(RegCreateKeyExAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, RegistryThatIsNotAccessibleYieldsNoWindowAndExitsWithZero) {
+    writeGame();
+    RegCreateKeyExAFault.fail(ERROR_ACCESS_DENIED);
+    EXPECT_EQ(start(), 0);
+    Lines lines = startLines();
+    lines[2] = "Brisk : access to the Windows Registry not granted.";
+    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(lines + Lines{"Brisk : finished"}));
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, MissingGraphicsInformationYieldsNoWindowAndExitsWithZero) {
+    writeGame();
+    EnumDisplaySettingsAFault.fail(FALSE);
+    EXPECT_EQ(start(), 0);
+    EXPECT_THAT(recordAfterParameters(),
+                ElementsAreArray(startLines() + Lines{"Brisk : failed to create GfxInfo.", "Brisk : finished"}));
+    EXPECT_EQ(gfxInfo, nullptr);
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, GraphicsInformationOfTheSlotIsReplaced) {
+    writeGame();
+    gfxInfo = createGfxInfo();
+    const std::weak_ptr<IGfxInfo> before = gfxInfo;
+    EXPECT_EQ(start(), 0);
+    EXPECT_TRUE(before.expired());
+    ASSERT_NE(gfxInfo, nullptr);
+    EXPECT_EQ(gfxInfo->getCurrentFps(), 60u);
+}
+
+TEST_F(MainTest, EachMissingToastFunctionEndsTheStartWithOne) {
+    writeGame();
+    for (const char* hidden :
+         {"SetCurrentProcessExplicitAppUserModelID", "PropVariantToString", "RoGetActivationFactory",
+          "WindowsCreateStringReference", "WindowsGetStringRawBuffer", "WindowsDeleteString"}) {
+        const std::size_t before = record().size() + parameterLines().size();
+        hideFunction(hidden);
+        EXPECT_EQ(start(), 1);
+        const Lines all = record();
+        EXPECT_THAT(Lines(all.begin() + static_cast<std::ptrdiff_t>(before), all.end()),
+                    ElementsAreArray(startLines() + Lines{"Brisk : ToastManager: Error, system in not supported"}))
+            << hidden;
+    }
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
+}
+
+HRESULT WINAPI refuseId(PCWSTR) {
+    return E_ACCESSDENIED;
+}
+
+TEST_F(MainTest, IdentityThatIsRefusedEndsTheStartWithOne) {
+    writeGame();
+    GetProcAddressFault.intercept([](HMODULE module, const char* name) -> FARPROC {
+        return std::string(name) == "SetCurrentProcessExplicitAppUserModelID"
+                   ? reinterpret_cast<FARPROC>(reinterpret_cast<void*>(refuseId))
+                   : GetProcAddressFault.real(module, name);
+    });
+    EXPECT_EQ(start(), 1);
+    EXPECT_THAT(
+        recordAfterParameters(),
+        ElementsAreArray(startLines() + Lines{"Brisk : ToastManager: Error, could not initialize the library"}));
+    EXPECT_EQ(RegisterClassAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, ToastManagerIsMadeAlsoWhenNoWindowWillBe) {
+    hideFunction("WindowsDeleteString");
+    EXPECT_EQ(start(), 1);
+    Lines lines = startLines();
+    lines[1] = "Brisk : unable to open title database.";
+    EXPECT_THAT(recordAfterParameters(),
+                ElementsAreArray(lines + Lines{"Brisk : ToastManager: Error, system in not supported"}));
+}
+
+TEST_F(MainTest, ClassThatCannotBeRegisteredEndsTheStartWithOne) {
+    writeGame();
+    RegisterClassAFault.fail(0, ERROR_CLASS_ALREADY_EXISTS);
+    EXPECT_EQ(start(), 1);
+    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(startLines() + Lines{"Brisk : RegisterClass failed"}));
+    EXPECT_EQ(CreateWindowExAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, WindowThatCannotBeCreatedEndsTheStartWithOne) {
+    writeGame();
+    CreateWindowExAFault.fail(nullptr, ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_EQ(start(), 1);
+    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(startLines() + Lines{"Brisk : CreateWindowEx failed"}));
+    EXPECT_EQ(GetMessageAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, ErrorOfTheMessageQueueIsTreatedLikeAnyMessage) {
+    writeGame();
+    std::vector<std::pair<HWND, UINT>> dispatched;
+    GetMessageAFault.intercept([](MSG* message, HWND filter, UINT first, UINT last) -> BOOL {
+        EXPECT_EQ(filter, nullptr);
+        EXPECT_EQ(first, 0u);
+        EXPECT_EQ(last, 0u);
+        return GetMessageAFault.calls() <= 2 ? -1 : GetMessageAFault.real(message, filter, first, last);
+    });
+    DispatchMessageAFault.intercept([&dispatched](const MSG* message) {
+        dispatched.emplace_back(message->hwnd, message->message);
+        return DispatchMessageAFault.real(message);
+    });
+    EXPECT_EQ(start(), 0);
+    ASSERT_GE(dispatched.size(), 3u);
+    EXPECT_EQ(dispatched[0], std::pair(HWND{}, 0u));
+    EXPECT_EQ(dispatched[1], std::pair(HWND{}, 0u));
+    EXPECT_EQ(recordAfterParameters().back(), "Brisk : finished");
+}
+
+TEST_F(MainTest, ExceptionOfAHandlerEndsTheServiceWithItsTextAndOne) {
+    writeGame("(");
+    whenCreated = [](HWND window) {
+        PostMessageA(window, BRISK_MASSIVE_PATCHING, 0, 0);
+        PostMessageA(window, BRISK_RESET_PROMPT_COUNTERS, 0, 0);
+    };
+    EXPECT_EQ(start(), 1);
+    EXPECT_THAT(recordAfterParameters(),
+                ElementsAreArray(startLines() +
+                                 Lines{"Brisk : onMassivePatching", "Brisk : doMassivePatching",
+                                       "Brisk : get current display info.", "Brisk : native resolution: 1920x1080",
+                                       "Brisk : aspect ratio: 0.5625", "Brisk : get available display info modes.",
+                                       "Brisk : found 2 display modes.", "Brisk : optimal resolution: 1280x720",
+                                       "Brisk : publisher: '', binary name: 'game.exe'.",
+                                       "Brisk : checking path '" + toNarrow(settings()) + "'.", "Brisk : config found.",
+                                       "Brisk : Mismatched '(' and ')' in regular expression"}));
+    EXPECT_EQ(testing::readFile(settings()), "Width=1920\r\n");
+}
+
+TEST_F(MainTest, WhatIsNoStandardExceptionIsNotCaught) {
+    GetModuleFileNameAFault.intercept([](HMODULE, char*, DWORD) -> DWORD { throw 5; });
+    EXPECT_THROW(start(), int);
+    EXPECT_THAT(recordAfterParameters(), ElementsAre("Brisk 1.09 : started"));
+}
+
+} // namespace
+} // namespace brisk

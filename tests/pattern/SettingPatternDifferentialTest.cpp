@@ -1,0 +1,146 @@
+#include "pattern/SettingPattern.h"
+#include "pattern/SettingPatternGenerator.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+#include <regex>
+#include <string>
+#include <string_view>
+
+// Holds SettingPattern against std::regex on generated cases. A failure prints the seed of its case.
+
+namespace brisk {
+namespace {
+
+std::string readable(std::string_view bytes) {
+    return testing::PrintToString(std::string(bytes));
+}
+
+// The place and the groups of the first match, or that there is none.
+std::string searchResult(const SettingPattern& pattern, const std::string& text) {
+    const auto match = pattern.search(text);
+    if (!match) {
+        return "no match";
+    }
+    std::string result = "at " + std::to_string(match->front().data() - text.data());
+    for (const std::string_view group : *match) {
+        result += ' ' + readable(group);
+    }
+    return result;
+}
+
+std::string searchResult(const std::regex& pattern, const std::string& text) {
+    std::smatch match;
+    if (!std::regex_search(text, match, pattern)) {
+        return "no match";
+    }
+    std::string result = "at " + std::to_string(match.position(0));
+    for (const auto& group : match) {
+        result += ' ' + readable(group.str());
+    }
+    return result;
+}
+
+template <typename Pattern>
+std::optional<Pattern> compiled(const std::string& pattern) {
+    try {
+        return Pattern(pattern);
+    } catch (const std::regex_error&) {
+        return std::nullopt;
+    }
+}
+
+struct Counts {
+    int accepted = 0;
+    int rejected = 0;
+};
+
+// Compares everything about one pattern: whether it is accepted, and then what it finds and replaces in some texts.
+void compare(const std::string& pattern, int texts, const std::function<std::string()>& nextText,
+             const std::function<std::string()>& nextFormat, Counts& counts) {
+    const auto ours = compiled<SettingPattern>(pattern);
+    const auto standard = compiled<std::regex>(pattern);
+    ASSERT_EQ(ours.has_value(), standard.has_value()) << "pattern " << readable(pattern);
+    ++(ours ? counts.accepted : counts.rejected);
+    for (; ours && texts > 0; --texts) {
+        const std::string text = nextText();
+        ASSERT_EQ(searchResult(*ours, text), searchResult(*standard, text))
+            << "pattern " << readable(pattern) << ", text " << readable(text);
+        if (nextFormat) {
+            const std::string format = nextFormat();
+            ASSERT_EQ(ours->replace(text, format), std::regex_replace(text, *standard, format))
+                << "pattern " << readable(pattern) << ", text " << readable(text) << ", format " << readable(format);
+        }
+    }
+}
+
+void compareGeneratedPatterns(GeneratorOptions options, unsigned firstSeed, unsigned count) {
+    Counts counts;
+    for (unsigned seed = firstSeed; seed < firstSeed + count; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        SettingPatternGenerator generator(seed, options);
+        const std::string pattern = generator.pattern();
+        const auto nextText = [&generator] { return generator.text(); };
+        const auto nextFormat = [&generator] { return generator.format(); };
+        ASSERT_NO_FATAL_FAILURE(
+            compare(pattern, 6, nextText, generator.hasEmptyLookahead() ? nullptr : std::function(nextFormat), counts));
+    }
+    EXPECT_EQ(counts.rejected, 0);
+}
+
+TEST(SettingPatternDifferentialTest, PatternsFindAndReplaceAsTheStandardLibrary) {
+    compareGeneratedPatterns({}, 0, 20'000);
+}
+
+TEST(SettingPatternDifferentialTest, PatternsWithLookaheadsFindAndReplaceAsTheStandardLibrary) {
+    compareGeneratedPatterns({.lookaheads = true}, 120'000, 20'000);
+}
+
+TEST(SettingPatternDifferentialTest, PatternsWithBackReferencesFindAndReplaceAsTheStandardLibrary) {
+    compareGeneratedPatterns({.lookaheads = true, .backReferences = true}, 200'000, 20'000);
+}
+
+TEST(SettingPatternDifferentialTest, BracketExpressionsHoldTheSameBytesOrAreRejected) {
+    Counts counts;
+    for (unsigned seed = 0; seed < 4'000; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        SettingPatternGenerator generator(seed, {});
+        const std::string pattern = '[' + generator.bracketExpression();
+        int byte = 0;
+        const auto nextText = [&byte] { return std::string(1, static_cast<char>(byte++)); };
+        ASSERT_NO_FATAL_FAILURE(compare(pattern, 256, nextText, nullptr, counts));
+    }
+    EXPECT_GT(counts.accepted, 3'000);
+    EXPECT_GT(counts.rejected, 500);
+}
+
+TEST(SettingPatternDifferentialTest, RunsOfTokensMeanTheSameOrAreRejected) {
+    Counts counts;
+    for (unsigned seed = 0; seed < 40'000; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        SettingPatternGenerator generator(seed, {});
+        const std::string pattern = generator.tokens();
+        const auto nextText = [&generator] { return generator.tokens(); };
+        ASSERT_NO_FATAL_FAILURE(compare(pattern, 3, nextText, nullptr, counts));
+    }
+    EXPECT_GT(counts.accepted, 5'000);
+    EXPECT_GT(counts.rejected, 10'000);
+}
+
+TEST(SettingPatternDifferentialTest, SettingKeysFindAndReplaceAsTheStandardLibrary) {
+    Counts counts;
+    for (unsigned seed = 0; seed < 5'000; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        SettingPatternGenerator generator(seed, {});
+        const std::string pattern = generator.settingKey();
+        const auto nextText = [&generator] { return generator.settingsText(); };
+        const auto nextFormat = [] { return std::string("$1$991920$3"); };
+        ASSERT_NO_FATAL_FAILURE(compare(pattern, 4, nextText, nextFormat, counts));
+    }
+    EXPECT_EQ(counts.rejected, 0);
+}
+
+} // namespace
+} // namespace brisk

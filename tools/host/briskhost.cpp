@@ -1,0 +1,212 @@
+// briskhost: plays the host for a running service from the command line. Everything it knows of the service stands in
+// BriskHost.h. Texts go in and out as UTF-8.
+#include "BriskHost.h"
+
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <windows.h>
+
+namespace {
+
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+constexpr DWORD kPollMilliseconds = 20;
+constexpr UINT kSendLimitMilliseconds = 10'000;
+
+constexpr char kHelp[] =
+    "briskhost: tells a running Brisk service what its host would tell it\n"
+    "\n"
+    "usage: briskhost status                  is a service running?\n"
+    "       briskhost wait [SECONDS]          wait until a service has started, for ever or so long\n"
+    "       briskhost start GAMEID PID        a game was started\n"
+    "       briskhost finish [WPARAM LPARAM]  the game has finished; the numbers (0 0) only go to the log\n"
+    "       briskhost patch-all               adjust every installed title\n"
+    "       briskhost reset                   forget the user's answers to earlier offers\n"
+    "       briskhost title-info FILE         send the JSON text in FILE as title information\n"
+    "       briskhost quit                    shut the service down\n"
+    "       briskhost --help                  print this text\n"
+    "\n"
+    "Numbers are unsigned 32-bit numbers, decimal or hexadecimal with 0x.\n"
+    "Exit code: 0 done, 1 not done (no service is running, for example), 2 wrong usage.\n";
+
+using Arguments = std::vector<std::string>;
+
+int fail(const std::string& reason) {
+    std::fprintf(stderr, "briskhost: %s\n", reason.c_str());
+    return kFailed;
+}
+
+int wrongUsage(const std::string& reason) {
+    std::fprintf(stderr, "briskhost: %s\nTry: briskhost --help\n", reason.c_str());
+    return kWrongUsage;
+}
+
+// The whole text as a number: decimal, or hexadecimal behind 0x; nothing else around it.
+std::optional<std::uint32_t> toNumber(const std::string& text) {
+    const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    const char* const begin = text.data() + (hexadecimal ? 2 : 0);
+    const char* const end = text.data() + text.size();
+    std::uint32_t number = 0;
+    const auto [rest, error] = std::from_chars(begin, end, number, hexadecimal ? 16 : 10);
+    if (error != std::errc() || rest != end) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+HWND findService() {
+    return FindWindowA(BRISK_WINDOW_CLASS, nullptr);
+}
+
+int noService() {
+    return fail("no service is running");
+}
+
+int post(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+    const HWND service = findService();
+    if (!service) {
+        return noService();
+    }
+    if (!PostMessageA(service, message, wParam, lParam)) {
+        return fail("the message could not be posted, error " + std::to_string(GetLastError()));
+    }
+    return kDone;
+}
+
+int postNumbers(UINT message, const Arguments& arguments) {
+    const std::optional<std::uint32_t> first = toNumber(arguments[1]);
+    const std::optional<std::uint32_t> second = toNumber(arguments[2]);
+    if (!first || !second) {
+        return wrongUsage("not an unsigned 32-bit number: '" + arguments[first ? 2 : 1] + "'");
+    }
+    return post(message, *first, static_cast<LPARAM>(*second));
+}
+
+int sendTitleInfo(const std::string& fileName) {
+    std::ifstream file(std::filesystem::path(std::u8string(fileName.begin(), fileName.end())), std::ios::binary);
+    std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    if (!file || text.size() > std::numeric_limits<DWORD>::max()) {
+        return fail("cannot read '" + fileName + "'");
+    }
+    const HWND service = findService();
+    if (!service) {
+        return noService();
+    }
+    COPYDATASTRUCT data{BRISK_TITLE_INFO_TAG, static_cast<DWORD>(text.size()), text.data()};
+    // The service's answer is the same whatever it made of the text, so it says nothing.
+    DWORD_PTR answer = 0;
+    if (!SendMessageTimeoutA(service, WM_COPYDATA, BRISK_TITLE_INFO_TAG, reinterpret_cast<LPARAM>(&data),
+                             SMTO_ABORTIFHUNG, kSendLimitMilliseconds, &answer)) {
+        return fail("the title information could not be sent, error " + std::to_string(GetLastError()));
+    }
+    return kDone;
+}
+
+// Whether the started event exists and is set, or becomes so in the given time.
+bool isStarted(DWORD milliseconds) {
+    const HANDLE event = OpenEventA(SYNCHRONIZE, FALSE, BRISK_STARTED_EVENT);
+    if (!event) {
+        return false;
+    }
+    const bool started = WaitForSingleObject(event, milliseconds) == WAIT_OBJECT_0;
+    CloseHandle(event);
+    return started;
+}
+
+// The service makes the event when it starts, so before that there is nothing to wait for: look again and again.
+int waitForService(std::optional<std::uint32_t> seconds) {
+    const ULONGLONG begin = GetTickCount64();
+    while (!isStarted(kPollMilliseconds)) {
+        if (seconds && GetTickCount64() - begin >= *seconds * 1000ULL) {
+            return fail("the service has not started within " + std::to_string(*seconds) + " s");
+        }
+        Sleep(kPollMilliseconds);
+    }
+    return kDone;
+}
+
+int printStatus() {
+    const HWND service = findService();
+    if (!service) {
+        std::puts("No service is running.");
+        return kFailed;
+    }
+    DWORD processId = 0;
+    GetWindowThreadProcessId(service, &processId);
+    std::printf("The service is running: process %lu (0x%lx), started event %s.\n", processId, processId,
+                isStarted(0) ? "set" : "not set");
+    return kDone;
+}
+
+int run(const Arguments& arguments) {
+    if (arguments.empty()) {
+        return wrongUsage("a command is missing");
+    }
+    const std::string& command = arguments[0];
+    const std::size_t count = arguments.size() - 1;
+    if (command == "--help" && count == 0) {
+        std::fputs(kHelp, stdout);
+        return kDone;
+    }
+    if (command == "status" && count == 0) {
+        return printStatus();
+    }
+    if (command == "wait" && count == 0) {
+        return waitForService(std::nullopt);
+    }
+    if (command == "wait" && count == 1) {
+        const std::optional<std::uint32_t> seconds = toNumber(arguments[1]);
+        return seconds ? waitForService(seconds) : wrongUsage("not an unsigned 32-bit number: '" + arguments[1] + "'");
+    }
+    if (command == "start" && count == 2) {
+        return postNumbers(BRISK_APP_STARTED, arguments);
+    }
+    if (command == "finish" && count == 0) {
+        return post(BRISK_APP_FINISHED);
+    }
+    if (command == "finish" && count == 2) {
+        return postNumbers(BRISK_APP_FINISHED, arguments);
+    }
+    if (command == "patch-all" && count == 0) {
+        return post(BRISK_MASSIVE_PATCHING);
+    }
+    if (command == "reset" && count == 0) {
+        return post(BRISK_RESET_PROMPT_COUNTERS);
+    }
+    if (command == "title-info" && count == 1) {
+        return sendTitleInfo(arguments[1]);
+    }
+    if (command == "quit" && count == 0) {
+        return post(BRISK_QUIT);
+    }
+    return wrongUsage("unknown command or wrong number of arguments: '" + command + "'");
+}
+
+std::string toUtf8(const wchar_t* text) {
+    const int size = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+    std::string narrow(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text, -1, narrow.data(), size, nullptr, nullptr);
+    narrow.pop_back(); // the terminator
+    return narrow;
+}
+
+} // namespace
+
+int wmain(int argc, wchar_t** argv) {
+    Arguments arguments;
+    for (int index = 1; index < argc; ++index) {
+        arguments.push_back(toUtf8(argv[index]));
+    }
+    return run(arguments);
+}
