@@ -1,7 +1,9 @@
 // The keys that docs/title-database.md gives as examples.
+#include "TitleManagerFixture.h"
+
 #include "titles/TextConfigAdapter.h"
 
-#include <gmock/gmock.h>
+#include <regex>
 
 namespace brisk {
 namespace {
@@ -53,6 +55,36 @@ TEST(KeyExamples, ADotTakesAsMuchOfALineAsItCan) {
               "2 -> <res width=\"1\"/><x width=\"9\"/>\n<x width=\"3\"/>");
 }
 
+TEST(KeyExamples, TwoNumbersInOneValueAreTwoSettings) {
+    const std::string width = "(\\nresolution *= *)(\\d+)(,\\d+)";
+    const std::string height = "(\\nresolution *= *\\d+,)(\\d+)()";
+    EXPECT_EQ(use(width, "\nresolution = 640,480\n", "1600"), "640 -> \nresolution = 1600,480\n");
+    EXPECT_EQ(use(height, "\nresolution = 1600,480\n", "900"), "480 -> \nresolution = 1600,900\n");
+}
+
+TEST(KeyExamples, OnlyTheFirstSettingOfANameIsFoundFromTheTextsBeginning) {
+    EXPECT_EQ(use("(^[\\s\\S]*?\\nWidth=)(\\d+)()", "[A]\nWidth=1\n[B]\nWidth=2\n"),
+              "1 -> [A]\nWidth=9\n[B]\nWidth=2\n");
+}
+
+TEST(KeyExamples, AnythingLazyInFrontDoesNotMakeItTheFirstSettingAlone) {
+    EXPECT_EQ(use("((?:.|\\n)*?\\nWidth=)(\\d+)()", "[A]\nWidth=1\n[B]\nWidth=2\n"),
+              "1 -> [A]\nWidth=9\n[B]\nWidth=9\n");
+}
+
+TEST(KeyExamples, AnythingLazyOutsideOfTheGroupsIsLost) {
+    EXPECT_EQ(use("(?:.|\\n)*?(\\nWidth=)(\\d+)()", "[A]\nWidth=1\n[B]\n"), "1 -> \nWidth=9\n[B]\n");
+}
+
+TEST(KeyExamples, AnythingLazyInFrontIsGivenUpWhereMuchTextFollows) {
+    std::string text = "[A]\nWidth=1\n";
+    while (text.size() < 20'000) {
+        text += "name of a setting = its value\n";
+    }
+    EXPECT_THROW(use("((?:.|\\n)*?\\nWidth=)(\\d+)()", text), std::regex_error);
+    EXPECT_THAT(use("(^(?:.|\\n)*?\\nWidth=)(\\d+)()", text), ::testing::StartsWith("1 -> [A]\nWidth=9\n"));
+}
+
 TEST(KeyExamples, AFurtherGroupBeforeTheValueMakesItTheThird) {
     EXPECT_EQ(use("((a|b)=)(\\d+)()", "a=5"), "a -> a=95");
     EXPECT_EQ(use("((?:a|b)=)(\\d+)()", "a=5"), "5 -> a=9");
@@ -83,6 +115,62 @@ TEST(KeyExamples, AnEmptySecondGroupIsAPlaceToCreateASettingAt) {
 TEST(KeyExamples, ASettingIsCreatedAtEveryPlaceThatMatches) {
     EXPECT_EQ(use("(#)()()", "#1 #2", "x"), " -> #x1 #x2");
     EXPECT_EQ(use("(!)()()", "#1 #2", "x"), "none -> #1 #2");
+}
+
+TEST(KeyExamples, APlaceMayBeATextThatIsReplaced) {
+    EXPECT_EQ(use("(\\n)(; *upscaling *=[^\\n]*)()", "x\n; upscaling = off\ny\n", "upscaling = b"),
+              "; upscaling = off -> x\nupscaling = b\ny\n");
+}
+
+// Whole fields, used as the service does.
+class FieldExamplesTest : public testing::TitleManagerFixture {
+protected:
+    // The file after the title was optimized, with plain line ends.
+    std::string optimize(const std::string& text, const char* fields) {
+        loadTextTitle(text, fields);
+        EXPECT_TRUE(manager.isTitleNeedToBeOptimized("game.exe"));
+        EXPECT_TRUE(manager.optimizeTitle("game.exe"));
+        EXPECT_FALSE(manager.isTitleNeedToBeOptimized("game.exe"));
+        std::string optimized = testing::readFile(file());
+        std::erase(optimized, '\r');
+        return optimized;
+    }
+};
+
+TEST_F(FieldExamplesTest, ASettingThatIsOnlyACommentTakesItsPlace) {
+    constexpr char kFields[] = R"json([{
+        "key": "(\\nupscaling *= *)(\\w+)()",
+        "value": "balanced",
+        "create_key": "(\\n)(; *upscaling *=[^\\n]*)()",
+        "create_value": "upscaling = *"
+    }])json";
+    EXPECT_EQ(optimize("x = 1\n; upscaling = off\ny = 2\n", kFields), "x = 1\nupscaling = balanced\ny = 2\n");
+    EXPECT_EQ(optimize("x = 1\nupscaling = off\n", kFields), "x = 1\nupscaling = balanced\n");
+}
+
+TEST_F(FieldExamplesTest, ASettingInAnotherFormCountsAsMissingAndIsCreatedASecondTime) {
+    EXPECT_EQ(optimize("height = 1080\nx = 1\nupscaling = -1\n", R"json([{
+        "key": "(\\nupscaling *= *)(\\d+)()",
+        "value": 2,
+        "create_key": "(height *= *\\d+)()()",
+        "create_value": "\nupscaling = *"
+    }])json"),
+              "height = 1080\nupscaling = 2\nx = 1\nupscaling = -1\n");
+    EXPECT_EQ(optimize("height = 1080\nx = 1\nupscaling = -1\n", R"json([{
+        "key": "(\\nupscaling *= *)(-?\\d+)()",
+        "value": 2,
+        "create_key": "(height *= *\\d+)()()",
+        "create_value": "\nupscaling = *"
+    }])json"),
+              "height = 1080\nx = 1\nupscaling = 2\n");
+}
+
+TEST_F(FieldExamplesTest, ANumberWithoutDigitsIsAnErrorOnlyWhereNoEarlierKeyDiffers) {
+    constexpr char kFields[] =
+        R"json([{ "key": "(\\nA=)(\\d+)()", "value": 1 }, { "key": "(\\nB=)(\\w+)()", "value": 2 }])json";
+    EXPECT_EQ(optimize("\nA=0\nB=auto\n", kFields), "\nA=1\nB=2\n");
+    loadTextTitle("\nA=1\nB=auto\n", kFields);
+    EXPECT_THROW(manager.isTitleNeedToBeOptimized("game.exe"), std::invalid_argument);
 }
 
 } // namespace
