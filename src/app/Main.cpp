@@ -36,7 +36,7 @@ int run(HINSTANCE instance, const char* commandLine) {
                                : "Brisk : access to the Windows Registry not granted.");
     gfxInfo = createGfxInfo();
     ToastManager::instance();
-    // Without one of the three the service ends quietly: there is nothing it could do.
+    // Without one of the three the service ends quietly, with 0 (docs/decisions/kept-behaviour.md).
     if (titlesLoaded && registryAccessible && gfxInfo) {
         runServiceWindow(instance);
         titleManager().close();

@@ -27,7 +27,7 @@ void onCreate() {
 
 void onQuit() {
     ToastManager::instance()->cleanup();
-    // A second quit message may be in the queue already.
+    // What is in the queue already is still handled, a second quit message, too (docs/decisions/kept-behaviour.md).
     CloseHandle(std::exchange(startedEvent, nullptr));
     PostQuitMessage(0);
 }
@@ -73,7 +73,7 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
     default:
         break;
     }
-    // Always, and its answer is the sender's, whatever was handled above.
+    // Always, and its answer is the sender's, whatever was handled above (docs/decisions/kept-behaviour.md).
     return DefWindowProcA(window, message, wParam, lParam);
 }
 

@@ -16,7 +16,7 @@ void receiveTitleInfo(HWND /*window*/, WPARAM wParam, const COPYDATASTRUCT* data
     }
     try {
         const std::string text(static_cast<const char*>(data->lpData), data->cbData);
-        // Parsed to tell a malformed block, and discarded: the title database stays the only source of titles.
+        // Parsed to tell a malformed block, and discarded (docs/decisions/kept-behaviour.md).
         const nlohmann::json document = nlohmann::json::parse(text);
     } catch (...) {
         logLine("Brisk : got exception while processing titles info");

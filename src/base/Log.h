@@ -11,7 +11,7 @@ namespace brisk {
 // debugger output or, once a file path is set, appended to that file. No levels, no time stamps.
 //
 // The stream's number base is sticky: a line that writes numbers says std::dec or std::hex itself. So is the prefix 0x,
-// which every line has from the first one on that asks for it (std::showbase).
+// which every line has from the first one on that asks for it (std::showbase; docs/decisions/kept-behaviour.md).
 //
 // Any thread may log: a mutex keeps the stream whole while one line is composed and committed.
 class Log {

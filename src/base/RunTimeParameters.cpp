@@ -25,6 +25,7 @@ struct Parameter {
     std::variant<std::uint64_t*, std::optional<std::int32_t>*, std::optional<std::string>*> variable;
 };
 
+// That -log takes the rest of the line, quotes included, is a promise (docs/decisions/kept-behaviour.md).
 const std::array<Parameter, 6>& parameterTable() {
     static const std::array<Parameter, 6> table{{
         {"-nw", "NumberOfIntervalsForWarming", R"((\s|^)(-nw)\s(\d+)(\s|$))", &NumberOfIntervalsForWarming},

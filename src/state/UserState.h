@@ -17,7 +17,7 @@ namespace brisk {
 // Whether the main key can be created or opened with full access; the only operation that does not log its failure.
 bool isRegistryAccessible();
 
-bool areToastsAllowed(); // true also on failure
+bool areToastsAllowed(); // true also on failure: docs/decisions/registry-failures.md
 bool disallowToasts();
 std::int32_t getNumberOfToastsShown(const std::string& title); // 0 on failure
 bool incNumberOfToastsShown(const std::string& title);

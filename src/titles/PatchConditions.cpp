@@ -25,7 +25,7 @@ Verdict judge(const PatchCondition& condition, const std::vector<Value>& allowed
     if (std::find(allowed.begin(), allowed.end(), current) != allowed.end()) {
         return Verdict::Met;
     }
-    // No line end: this stands at the front of the next line.
+    // No line end: this stands at the front of the next line (docs/decisions/kept-behaviour.md).
     logText("Brisk : current configuration with key '", condition.key, "' and value '", std::dec, current,
             "' doesn't meet requirements.");
     return Verdict::Forbidden;

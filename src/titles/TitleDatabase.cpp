@@ -90,6 +90,7 @@ std::shared_ptr<TitleConfigAdapter> createTitle(const json& element) {
     if (*type == "reg") {
         return std::make_shared<RegisterConfigAdapter>();
     }
+    // Misspelt for good (docs/decisions/kept-behaviour.md).
     logLine("Brisk : unknown adaper type '", type->dump(), "'.");
     return nullptr;
 }

@@ -8,6 +8,7 @@ namespace WinToastLib {
 
 namespace {
 
+// The texts of the document to the last blank (docs/decisions/kept-behaviour.md).
 constexpr wchar_t kHead[] = L"\n<toast template=\"ToastGeneric\" duration=\"long\" scenario=\"Default\">";
 constexpr wchar_t kVisual[] = L"<visual><binding template=\"ToastGeneric\">";
 constexpr wchar_t kImageOpen[] = L"<image placement=\"appLogoOverride\" hint-crop=\"circle\" src=\"";

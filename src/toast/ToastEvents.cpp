@@ -12,8 +12,8 @@ namespace {
 
 using brisk::ComReference;
 
-// A delegate that forwards to a function. The function's exceptions become failure codes: nothing may be thrown through
-// the notification system's frames.
+// A delegate that forwards to a function. The function's exceptions become failure codes, without a line
+// (docs/decisions/kept-behaviour.md): nothing may be thrown through the notification system's frames.
 template <class Delegate>
 class EventHandler final : public Delegate {
 public:

@@ -41,6 +41,7 @@ std::shared_ptr<ToastManager> ToastManager::instance() {
 
 ToastManager::ToastManager() {
     if (!WinToast::isCompatible()) {
+        // These words for good (docs/decisions/kept-behaviour.md).
         throw std::runtime_error("ToastManager: Error, system in not supported");
     }
     WinToast& winToast = WinToast::instance();

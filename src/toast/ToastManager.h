@@ -9,7 +9,8 @@
 namespace brisk {
 
 // The service's doorway to notifications: one manager, made on first access; any thread may call it. Every narrow
-// string is widened byte by byte (each byte sign-extended), without a code page: texts are expected to be plain ASCII.
+// string is widened byte by byte (each byte sign-extended), without a code page (docs/decisions/kept-behaviour.md):
+// texts are expected to be plain ASCII.
 class ToastManager {
 public:
     // The manager, created if there is none. Throws std::runtime_error when the system does not support toasts or the

@@ -200,7 +200,8 @@ HRESULT WinToast::show(const ToastTemplate& toast, const std::shared_ptr<IWinToa
     if (FAILED(result)) {
         return result;
     }
-    // In the table before it is shown: an event may arrive at once.
+    // In the table before it is shown, for an event may arrive at once; a toast that is refused stays there until the
+    // next clear (docs/decisions/kept-behaviour.md).
     const auto entry = toasts.emplace(id, std::move(shown)).first;
     return notifier->Show(entry->second.notification.get());
 }

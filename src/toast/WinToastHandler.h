@@ -15,8 +15,8 @@ struct ToastAction {
     std::function<void()> callback; // runs on the notification system's thread
 };
 
-// Runs the pressed button's callback. The toast's resources are held until a button was pressed: a dismissed toast
-// stays in the notification centre, from where its buttons can still be pressed.
+// Runs the pressed button's callback. The toast's resources are held until a button was pressed: Windows may keep a
+// dismissed toast where its buttons can still be pressed.
 class WinToastHandler final : public WinToastLib::IWinToastHandler {
 public:
     explicit WinToastHandler(std::vector<ToastAction> toastActions) : actions(std::move(toastActions)) {}

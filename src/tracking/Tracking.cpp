@@ -77,7 +77,7 @@ void addFpsSample(float fps) {
     }
     TrackingContext& context = trackingContext;
     ++context.sampleCount;
-    // Through single precision on purpose: large sums lose their low digits.
+    // Through single precision, so that large sums lose their low digits (docs/decisions/kept-behaviour.md).
     context.fpsSum = static_cast<std::uint64_t>(static_cast<float>(context.fpsSum) + fps);
     context.averageFps = static_cast<std::uint32_t>(context.fpsSum / context.sampleCount);
 }

@@ -19,7 +19,7 @@ std::string getStateName(TrackingState state);
 struct TrackingContext {
     std::uint32_t gameId = 0;
     std::uint32_t processId = 0;
-    HANDLE processHandle = nullptr; // closed only when the process is found ended; otherwise dropped
+    HANDLE processHandle = nullptr; // closed only if found ended: docs/decisions/kept-behaviour.md
     std::uint32_t averageFps = 0;
     std::uint64_t sampleCount = 0;     // accepted samples
     std::uint64_t intervalCounter = 0; // ticks counted in the current state
