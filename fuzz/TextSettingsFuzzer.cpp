@@ -1,5 +1,6 @@
 #include "fuzz/Fuzzing.h"
 #include "host/simulation/Files.h"
+#include "titles/ConfigFiles.h"
 #include "titles/ConfigLocation.h"
 #include "titles/TextConfigAdapter.h"
 

@@ -1,5 +1,6 @@
 #include "fuzz/Fuzzing.h"
 #include "host/simulation/Files.h"
+#include "titles/TextConfigAdapter.h"
 #include "titles/TitleDatabase.h"
 #include "titles/TitleManager.h"
 
@@ -126,19 +127,19 @@ void checkFields(const TitleConfigAdapter& title, const json& element) {
 }
 
 void checkTitle(const json& element) {
-    const std::shared_ptr<TitleConfigAdapter> title = createTitle(element);
-    readTitle(element, kUserFolders, *title);
-    fuzzing::requireEqual(title->lumaVersion, expectedNumberOrZero(element, "luma_version"), "luma_version");
-    fuzzing::requireEqual(title->titleName, expectedString(element, "title_name"), "title_name");
-    fuzzing::requireEqual(title->publisher, expectedString(element, "publisher"), "publisher");
-    fuzzing::requireEqual(title->binaryName, expectedString(element, "binary_name"), "binary_name");
+    TextConfigAdapter title;
+    readTitle(element, kUserFolders, title);
+    fuzzing::requireEqual(title.lumaVersion, expectedNumberOrZero(element, "luma_version"), "luma_version");
+    fuzzing::requireEqual(title.titleName, expectedString(element, "title_name"), "title_name");
+    fuzzing::requireEqual(title.publisher, expectedString(element, "publisher"), "publisher");
+    fuzzing::requireEqual(title.binaryName, expectedString(element, "binary_name"), "binary_name");
     std::vector<std::string> locations;
     for (const json& location : elementsOf(element, "config_locations")) {
         locations.push_back(expectedLocation(location));
     }
-    fuzzing::require(title->configLocations == locations, "config_locations");
-    checkConditions(*title, element);
-    checkFields(*title, element);
+    fuzzing::require(title.configLocations == locations, "config_locations");
+    checkConditions(title, element);
+    checkFields(title, element);
 }
 
 // What the manager must hold, log and answer for a parsed document.

@@ -7,7 +7,8 @@
 namespace brisk {
 
 // Locations of configurations may hold placeholders: the user's folders, replaced when the title database is loaded,
-// and for text files the game's folder and one wildcard folder, replaced when the configuration is looked for.
+// and for text files the game's folder and one wildcard folder (ConfigFiles.h), replaced when the configuration is
+// looked for.
 
 // Placeholders of the user's folders and what replaces them, in the order of replacement.
 using UserFolders = std::vector<std::pair<std::string, std::string>>;
@@ -18,14 +19,5 @@ void expandUserFolders(std::string& location, const UserFolders& userFolders);
 // Replaces the first "%APPDIR%" by the game's folder, in place. A location that does not begin with "%" and an empty
 // folder leave it as it is.
 void expandAppDirectory(std::string& location, const std::string& appDirectory);
-
-// Replaces the first "*" by the name of the first subdirectory, in the file system's order, of the directory before it,
-// in place. There is no pattern matching. False when the text before the star is no directory; a directory without
-// subdirectories leaves the star in place. Throws std::filesystem::filesystem_error when the file system fails.
-bool resolveWildcard(std::string& location);
-
-// Whether a file or directory of that name exists. Throws std::filesystem::filesystem_error ("exists") when the file
-// system fails otherwise than by absence.
-bool locationExists(const std::string& location);
 
 } // namespace brisk

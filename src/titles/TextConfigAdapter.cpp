@@ -1,10 +1,10 @@
 #include "titles/TextConfigAdapter.h"
 
 #include "base/Log.h"
-#include "base/StandardErrors.h"
 #include "base/TextEncoding.h"
-#include "pattern/SettingPattern.h"
+#include "titles/ConfigFiles.h"
 #include "titles/ConfigLocation.h"
+#include "titles/TextSettings.h"
 
 #include <fstream>
 
@@ -73,8 +73,7 @@ bool TextConfigAdapter::saveConfig() {
 }
 
 bool TextConfigAdapter::setValue(const std::string& key, const std::string& text) {
-    // No key has a group 99: it expands to nothing and keeps a value that begins with a digit apart from "$1".
-    content = SettingPattern(key).replace(content, "$1$99" + text + "$3");
+    setTextValue(content, key, text);
     return true;
 }
 
@@ -83,15 +82,11 @@ bool TextConfigAdapter::setIntValue(const std::string& key, std::int32_t number)
 }
 
 std::int32_t TextConfigAdapter::getIntValue(const std::string& key, std::int32_t defaultNumber) {
-    return stringToInt(getValue(key, std::to_string(defaultNumber)));
+    return getTextNumber(content, key, defaultNumber);
 }
 
 std::string TextConfigAdapter::getValue(const std::string& key, const std::string& defaultText) {
-    const auto match = SettingPattern(key).search(content.c_str());
-    if (!match) {
-        return defaultText;
-    }
-    return match->size() > 2 ? std::string((*match)[2]) : std::string();
+    return getTextValue(content, key, defaultText);
 }
 
 } // namespace brisk

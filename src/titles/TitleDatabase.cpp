@@ -1,8 +1,6 @@
 #include "titles/TitleDatabase.h"
 
 #include "base/Log.h"
-#include "titles/RegisterConfigAdapter.h"
-#include "titles/TextConfigAdapter.h"
 
 #include <nlohmann/json.hpp>
 
@@ -79,20 +77,20 @@ ConfigField readField(const json& element) {
 
 } // namespace
 
-std::shared_ptr<TitleConfigAdapter> createTitle(const json& element) {
+std::optional<ConfigType> readConfigType(const json& element) {
     const json* type = findMember(element, "config_type");
     if (!type || !type->is_string()) {
-        return nullptr;
+        return std::nullopt;
     }
     if (*type == "txt") {
-        return std::make_shared<TextConfigAdapter>();
+        return ConfigType::TextFile;
     }
     if (*type == "reg") {
-        return std::make_shared<RegisterConfigAdapter>();
+        return ConfigType::Registry;
     }
     // Misspelt for good (docs/decisions/kept-behaviour.md).
     logLine("Brisk : unknown adaper type '", type->dump(), "'.");
-    return nullptr;
+    return std::nullopt;
 }
 
 std::optional<std::uint32_t> readTitleId(const json& element) {

@@ -4,7 +4,6 @@
 #include "titles/TitleConfigAdapter.h"
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 
 #include <nlohmann/json_fwd.hpp>
@@ -13,9 +12,12 @@ namespace brisk {
 
 // Reading one element of the title database. Members that are absent or of another type are ignored.
 
-// A title of the element's "config_type", with nothing read yet. Null when the element is to be skipped: silently
-// without a type, with a log line for an unknown one.
-std::shared_ptr<TitleConfigAdapter> createTitle(const nlohmann::json& element);
+// Where a title keeps its settings.
+enum class ConfigType { TextFile, Registry };
+
+// The element's "config_type". Nothing when the element is to be skipped: silently without a type, with a log line for
+// an unknown one.
+std::optional<ConfigType> readConfigType(const nlohmann::json& element);
 
 // The element's "id"; nothing when it is no number.
 std::optional<std::uint32_t> readTitleId(const nlohmann::json& element);

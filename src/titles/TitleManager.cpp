@@ -2,11 +2,12 @@
 
 #include "base/Log.h"
 #include "base/TextEncoding.h"
-#include "titles/PatchConditions.h"
+#include "titles/RegisterConfigAdapter.h"
+#include "titles/TextConfigAdapter.h"
 #include "titles/TitleDatabase.h"
 
 #include <fstream>
-#include <limits>
+#include <optional>
 
 #include <nlohmann/json.hpp>
 #include <windows.h>
@@ -24,19 +25,14 @@ std::string getFolder(int csidl) {
     return path;
 }
 
-// The value to create: the database's own, also where a resolution would replace it in an existing setting.
-std::string getCreatedValue(const ConfigField& field) {
-    std::string created = field.createValue;
-    if (const std::size_t star = created.find('*'); star != std::string::npos) {
-        created.replace(star, 1, field.value.empty() ? std::to_string(field.intValue) : field.value);
+std::shared_ptr<TitleConfigAdapter> createAdapter(ConfigType type) {
+    switch (type) {
+    case ConfigType::TextFile:
+        return std::make_shared<TextConfigAdapter>();
+    case ConfigType::Registry:
+        break;
     }
-    return created;
-}
-
-template <class Value>
-bool logNotOptimal(const Value& current, const Value& wanted) {
-    logLine("Brisk : game setting '", std::dec, current, "' is not optimal '", wanted, "'.");
-    return true;
+    return std::make_shared<RegisterConfigAdapter>();
 }
 
 } // namespace
@@ -59,10 +55,11 @@ bool TitleManager::loadTitlesDatabase(const std::string& directory) {
         return !titles.empty();
     }
     for (const nlohmann::json& element : database) {
-        const std::shared_ptr<TitleConfigAdapter> title = createTitle(element);
-        if (!title) {
+        const std::optional<ConfigType> type = readConfigType(element);
+        if (!type) {
             continue;
         }
+        const std::shared_ptr<TitleConfigAdapter> title = createAdapter(*type);
         if (const auto id = readTitleId(element)) {
             title->id = *id;
             knownIds.insert(*id);
@@ -87,57 +84,13 @@ bool TitleManager::isTitleSupported(const std::string& publisher, const std::str
 bool TitleManager::isTitleNeedToBeOptimized(const std::string& binaryName) {
     const std::lock_guard lock(mutex);
     TitleConfigAdapter* title = findTitle(binaryName);
-    if (!title) {
-        return false;
-    }
-    if (!title->loadConfig()) {
-        logLine("Brisk : unable to load configuration.");
-        return false;
-    }
-    return hasDifference(*title) && meetsConditions(*title);
-}
-
-bool TitleManager::hasDifference(TitleConfigAdapter& title) const {
-    for (const auto& [key, field] : title.configFields) {
-        if (!field.value.empty()) {
-            if (const std::string current = title.getValue(key, {}); current != field.value) {
-                return logNotOptimal(current, field.value);
-            }
-        } else {
-            const std::int32_t wanted = getWantedNumber(field);
-            if (const std::int32_t current = title.getIntValue(key, 0); current != wanted) {
-                return logNotOptimal(current, wanted);
-            }
-        }
-    }
-    return false;
+    return title && needsToBeOptimized(*title, resolutionValues);
 }
 
 bool TitleManager::optimizeTitle(const std::string& binaryName) {
     const std::lock_guard lock(mutex);
     TitleConfigAdapter* title = findTitle(binaryName);
-    if (closed || !title || !title->loadConfig() || title->configFields.empty()) {
-        return false;
-    }
-    constexpr std::int32_t kMissing = std::numeric_limits<std::int32_t>::min();
-    bool changed = false;
-    for (const auto& [key, field] : title->configFields) {
-        const bool isNumeric = field.value.empty();
-        const bool creates = !field.createKey.empty() && (isNumeric ? title->getIntValue(key, kMissing) == kMissing
-                                                                    : title->getValue(key, {}).empty());
-        if (creates) {
-            changed |= title->setValue(field.createKey, getCreatedValue(field));
-        } else if (isNumeric) {
-            changed |= title->setIntValue(key, getWantedNumber(field));
-        } else {
-            changed |= title->setValue(key, field.value);
-        }
-    }
-    if (!changed || !title->saveConfig()) {
-        return false;
-    }
-    logLine("Brisk : '", title->titleName, "' optimized.");
-    return true;
+    return !closed && title && optimize(*title, resolutionValues);
 }
 
 void TitleManager::close() {
@@ -202,11 +155,6 @@ bool TitleManager::isTitleIdKnown(std::uint32_t id) const {
 TitleConfigAdapter* TitleManager::findTitle(const std::string& binaryName) const {
     const auto title = titles.find(binaryName);
     return title == titles.end() ? nullptr : title->second.get();
-}
-
-std::int32_t TitleManager::getWantedNumber(const ConfigField& field) const {
-    const auto resolutionValue = resolutionValues.find(field.meta);
-    return resolutionValue == resolutionValues.end() ? field.intValue : resolutionValue->second;
 }
 
 } // namespace brisk

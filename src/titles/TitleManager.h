@@ -2,6 +2,7 @@
 
 #include "titles/ConfigLocation.h"
 #include "titles/TitleConfigAdapter.h"
+#include "titles/TitleSettings.h"
 
 #include <cstdint>
 #include <map>
@@ -58,13 +59,12 @@ public:
 private:
     // Null for an unknown title.
     TitleConfigAdapter* findTitle(const std::string& binaryName) const;
-    std::int32_t getWantedNumber(const ConfigField& field) const;
-    bool hasDifference(TitleConfigAdapter& title) const;
 
     mutable std::mutex mutex;
     bool closed = false;
     std::map<std::string, std::shared_ptr<TitleConfigAdapter>> titles; // by binary name
-    std::map<std::string, std::int32_t> resolutionValues;              // by the name that a field's `meta` gives
+    ResolutionValues resolutionValues;
+    // The last numbers given, as pairs. Nothing reads them: they are kept for the debugger.
     Resolution resolution;
     Resolution nativeResolution;
     UserFolders userFolders;

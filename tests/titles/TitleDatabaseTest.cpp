@@ -2,7 +2,6 @@
 #include "titles/TitleDatabase.h"
 
 #include "support/Sandbox.h"
-#include "titles/RegisterConfigAdapter.h"
 #include "titles/TextConfigAdapter.h"
 
 #include <limits>
@@ -58,18 +57,9 @@ protected:
     testing::CapturedLog log;
 };
 
-TEST_F(TitleDatabaseTest, TheTypeSelectsTheKindOfTitleWithNothingReadYet) {
-    const auto text = createTitle(json::parse(R"({"config_type": "txt", "id": 1, "binary_name": "a.exe"})"));
-    const auto* textTitle = dynamic_cast<TextConfigAdapter*>(text.get());
-    ASSERT_TRUE(textTitle);
-    EXPECT_EQ(describe(*textTitle), "0|0|||\n");
-    EXPECT_EQ(textTitle->content, "");
-
-    const auto registry = createTitle(json::parse(R"({"config_type": "reg", "id": 1, "binary_name": "a.exe"})"));
-    const auto* registryTitle = dynamic_cast<RegisterConfigAdapter*>(registry.get());
-    ASSERT_TRUE(registryTitle);
-    EXPECT_EQ(describe(*registryTitle), "0|0|||\n");
-    EXPECT_EQ(registryTitle->key, nullptr);
+TEST_F(TitleDatabaseTest, TheTypeIsATextFileOrTheRegistry) {
+    EXPECT_EQ(readConfigType(json::parse(R"({"config_type": "txt"})")), ConfigType::TextFile);
+    EXPECT_EQ(readConfigType(json::parse(R"({"config_type": "reg"})")), ConfigType::Registry);
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
@@ -77,7 +67,7 @@ TEST_F(TitleDatabaseTest, AnElementWithoutATextAsTypeIsSkippedSilently) {
     for (const char* element :
          {"{}", R"({"config_type": 1})", R"({"config_type": null})", R"({"config_type": ["txt"]})",
           R"({"Config_Type": "txt"})", "1", "null", R"("txt")", R"(["config_type", "txt"])"}) {
-        EXPECT_EQ(createTitle(json::parse(element)), nullptr) << element;
+        EXPECT_EQ(readConfigType(json::parse(element)), std::nullopt) << element;
     }
     EXPECT_THAT(log.take(), IsEmpty());
 }
@@ -85,7 +75,7 @@ TEST_F(TitleDatabaseTest, AnElementWithoutATextAsTypeIsSkippedSilently) {
 TEST_F(TitleDatabaseTest, AnUnknownTypeIsLoggedAsJsonAndSkipped) {
     for (const char* element : {R"({"config_type": "ini"})", R"({"config_type": "TXT"})", R"({"config_type": ""})",
                                 R"({"config_type": "a\"b\n\u00fc"})"}) {
-        EXPECT_EQ(createTitle(json::parse(element)), nullptr) << element;
+        EXPECT_EQ(readConfigType(json::parse(element)), std::nullopt) << element;
     }
     EXPECT_THAT(log.take(),
                 ElementsAre(R"(Brisk : unknown adaper type '"ini"'.)", R"(Brisk : unknown adaper type '"TXT"'.)",
