@@ -15,7 +15,9 @@ void receiveTitleInfo(HWND /*window*/, WPARAM wParam, const COPYDATASTRUCT* data
         return;
     }
     try {
-        const std::string text(static_cast<const char*>(data->lpData), data->cbData);
+        // No string can be made of a null pointer. A block without memory is empty, and so malformed.
+        const std::string text =
+            data->lpData ? std::string(static_cast<const char*>(data->lpData), data->cbData) : std::string();
         // Parsed to tell a malformed block, and discarded (docs/decisions/kept-behaviour.md).
         const nlohmann::json document = nlohmann::json::parse(text);
     } catch (...) {
