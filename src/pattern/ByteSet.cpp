@@ -1,8 +1,8 @@
 #include "pattern/ByteSet.h"
 
-#include <locale>
+#include "pattern/NamedBytes.h"
+
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace brisk {
@@ -13,45 +13,20 @@ std::size_t indexOf(char byte) {
     return static_cast<unsigned char>(byte);
 }
 
-std::regex_traits<char> classicTraits() {
-    std::regex_traits<char> traits;
-    traits.imbue(std::locale::classic());
-    return traits;
-}
-
 ByteSet bytesOfClass(std::string_view name) {
-    const auto traits = classicTraits();
-    const auto mask = traits.lookup_classname(name.begin(), name.end());
-    if (mask == std::regex_traits<char>::char_class_type{}) {
+    const auto bytes = findClass(name);
+    if (!bytes) {
         throw std::regex_error(std::regex_constants::error_ctype);
     }
-    ByteSet bytes;
-    for (std::size_t byte = 0; byte < bytes.size(); ++byte) {
-        bytes[byte] = traits.isctype(static_cast<char>(byte), mask);
-    }
-    return bytes;
+    return *bytes;
 }
 
 char collatingElement(std::string_view name) {
-    if (name.size() == 1) {
-        return name.front();
-    }
-    const std::string element = classicTraits().lookup_collatename(name.begin(), name.end());
-    if (element.size() != 1) {
+    const auto element = findCollatingElement(name);
+    if (!element) {
         throw std::regex_error(std::regex_constants::error_collate);
     }
-    return element.front();
-}
-
-// The bytes that sort like this one when letter case does not count.
-ByteSet equivalentBytes(char element) {
-    const auto traits = classicTraits();
-    const auto primaryKey = [&traits](char byte) { return traits.transform_primary(&byte, &byte + 1); };
-    ByteSet bytes;
-    for (std::size_t byte = 0; byte < bytes.size(); ++byte) {
-        bytes[byte] = primaryKey(static_cast<char>(byte)) == primaryKey(element);
-    }
-    return bytes;
+    return *element;
 }
 
 // One member of a bracket expression: a single byte, which may begin or end a range, or a whole class.
