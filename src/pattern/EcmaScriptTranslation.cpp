@@ -1,26 +1,16 @@
 #include "pattern/EcmaScriptTranslation.h"
 
-#include "pattern/ByteSet.h"
-#include "pattern/PatternReader.h"
+#include "pattern/PatternTree.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <limits>
+#include <utility>
 #include <vector>
 
 namespace brisk {
 
 namespace {
 
-namespace codes = std::regex_constants;
-
-// Boost.Regex compiles nested groups recursively. Settings need two or three levels.
-constexpr std::size_t kMaximumNesting = 200;
-
-// Boost.Regex takes some group numbers from 9999 on for something else.
-constexpr std::size_t kMaximumGroups = 9000;
-
-constexpr std::size_t kMaximumRepetitions = std::numeric_limits<int>::max();
+using Kind = PatternNode::Kind;
 
 std::string hexadecimal(std::size_t byte) {
     constexpr char kDigits[] = "0123456789abcdef";
@@ -33,238 +23,146 @@ bool isPlain(char byte) {
 
 class Translator {
 public:
-    explicit Translator(std::string_view pattern) : reader(pattern) {}
+    explicit Translator(std::string_view source) : pattern(source), tree(parsePattern(source)) {}
 
     std::string translate() {
-        while (!reader.atEnd()) {
-            translateTerm(reader.take(codes::error_escape));
+        std::vector<std::size_t> open; // the node and all that it is part of, from the outermost on
+        for (std::size_t next = 0; next <= tree.nodes.size(); ++next) {
+            while (!open.empty() && next == open.back() + tree.nodes[open.back()].size) {
+                writeEnd(open.back());
+                open.pop_back();
+            }
+            if (next < tree.nodes.size()) {
+                const bool isAlternative = tree.nodes[next].kind == Kind::sequence && next > open.back() + 1;
+                output += isAlternative ? "|" : "";
+                writeBegin(next);
+                open.push_back(next);
+            }
         }
-        if (!openGroups.empty()) {
-            throw std::regex_error(codes::error_paren);
-        }
-        endAlternative();
         return std::move(output);
     }
 
 private:
-    struct OpenGroup {
-        std::size_t number; // 0 for a group that captures nothing
-        bool isLookahead;
-        std::size_t begin; // where it begins in the output
-    };
-
-    void translateTerm(char first) {
-        switch (first) {
-        case '^':
-            writeAssertion("\\A");
+    void writeBegin(std::size_t index) {
+        const PatternNode& node = tree.nodes[index];
+        switch (node.kind) {
+        case Kind::text:
+            writeText(tree.textOf(node));
             break;
-        case '$':
-            writeAssertion("\\z");
+        case Kind::set:
+            writeSet(tree.setOf(node));
             break;
-        case '.':
-            writeSet(bytesOfDot());
+        case Kind::textBegin:
+            output += "\\A";
             break;
-        case '[':
-            writeSet(takeBracketExpression(reader));
+        case Kind::textEnd:
+            output += "\\z";
             break;
-        case '\\':
-            translateEscape(reader.take(codes::error_escape));
+        case Kind::wordBoundary:
+            output += "\\b";
             break;
-        case '(':
-            openGroup();
+        case Kind::noWordBoundary:
+            output += "\\B";
             break;
-        case ')':
-            closeGroup();
+        case Kind::backReference:
+            writeBackReference(std::to_string(node.number));
             break;
-        case '|':
-            endAlternative();
-            output += '|';
+        case Kind::repetition:
+            output += needsGroup(index) ? "(?:" : "";
             break;
-        case '*':
-        case '+':
-        case '?':
-            requireAtom();
-            writeQuantifier({first}, false);
+        case Kind::group:
+            output += index == 0 ? "" : node.number == 0 ? "(?:" : "(";
             break;
-        case '{':
-            requireAtom();
-            takeCounts();
+        case Kind::lookahead:
+            output += "(?=";
             break;
-        default:
-            writeByte(first);
+        case Kind::negativeLookahead:
+            output += "(?!";
+            break;
+        case Kind::sequence:
+            // The empty text is said outright.
+            output += node.size == 1 ? "(?:)" : "";
+            break;
         }
     }
 
-    void translateEscape(char letter) {
-        if (letter >= '1' && letter <= '9') {
-            reader.stepBack();
-            writeBackReference(reader.takeNumber(kMaximumGroups + 1, codes::error_backref));
-            return;
-        }
-        switch (letter) {
-        case 'b':
-        case 'B':
-            writeAssertion(letter == 'b' ? "\\b" : "\\B");
-            break;
-        case 'd':
-        case 'D':
-        case 's':
-        case 'S':
-        case 'w':
-        case 'W':
-            writeSet(bytesOfClassEscape(letter));
-            break;
-        default:
-            writeByte(reader.takeCharacterEscape(letter));
-        }
-    }
-
-    void openGroup() {
-        if (openGroups.size() == kMaximumNesting) {
-            throw std::regex_error(codes::error_complexity);
-        }
-        OpenGroup group{0, false, output.size()};
-        if (!reader.takeIf('?')) {
-            if (groupCount == kMaximumGroups) {
-                throw std::regex_error(codes::error_complexity);
-            }
-            group.number = ++groupCount;
-            output += '(';
-        } else {
-            const char kind = reader.take(codes::error_paren);
-            if (kind != ':' && kind != '=' && kind != '!') {
-                throw std::regex_error(codes::error_paren);
-            }
-            group.isLookahead = kind != ':';
-            output += {'(', '?', kind};
-        }
-        openGroups.push_back(group);
-        last = Last::nothing;
-    }
-
-    void closeGroup() {
-        if (openGroups.empty()) {
-            throw std::regex_error(codes::error_paren);
-        }
-        endAlternative();
-        output += ')';
-        last = openGroups.back().isLookahead ? Last::assertion : Last::atom;
-        atomBegin = openGroups.back().begin;
-        openGroups.pop_back();
-    }
-
-    // An alternative without a term matches the empty text, which is said outright.
-    void endAlternative() {
-        if (last == Last::nothing) {
-            output += "(?:)";
-        }
-        last = Last::nothing;
-    }
-
-    void requireAtom() const {
-        if (last != Last::atom) {
-            throw std::regex_error(codes::error_badrepeat);
-        }
-    }
-
-    void takeCounts() {
-        const std::size_t minimum = reader.takeNumber(kMaximumRepetitions, codes::error_badbrace);
-        std::string counts = '{' + std::to_string(minimum);
-        bool isBounded = true;
-        if (reader.takeIf(',')) {
-            counts += ',';
-            isBounded = !reader.isNext('}');
-            if (isBounded) {
-                const std::size_t maximum = reader.takeNumber(kMaximumRepetitions, codes::error_badbrace);
-                if (maximum < minimum) {
-                    throw std::regex_error(codes::error_badbrace);
-                }
-                counts += std::to_string(maximum);
-            }
-        }
-        if (!reader.takeIf('}')) {
-            throw std::regex_error(codes::error_brace);
-        }
-        writeQuantifier(counts + '}', isBounded);
-    }
-
-    void writeQuantifier(const std::string& quantifier, bool isBounded) {
-        const bool isLazy = reader.takeIf('?');
-        // Where an expression begins with a single byte repeated lazily up to a bound, Boost.Regex skips places at
-        // which a match could begin. It does not look into groups.
-        if (isLazy && isBounded) {
-            output.insert(atomBegin, "(?:");
+    void writeEnd(std::size_t index) {
+        const Kind kind = tree.nodes[index].kind;
+        if (kind == Kind::repetition) {
+            output += needsGroup(index) ? ")" : "";
+            writeQuantifier(index);
+        } else if (index != 0 && (kind == Kind::group || kind == Kind::lookahead || kind == Kind::negativeLookahead)) {
             output += ')';
         }
-        output += quantifier;
-        if (isLazy) {
-            output += '?';
-        }
-        last = Last::quantifier;
     }
 
-    void writeAssertion(std::string_view assertion) {
-        output += assertion;
-        last = Last::assertion;
+    std::string_view quantifierOf(std::size_t repetition) const {
+        const std::size_t begin = tree.nodes[repetition + 1].span.end;
+        return pattern.substr(begin, tree.nodes[repetition].span.end - begin);
     }
 
-    void writeByte(char byte) {
-        atomBegin = output.size();
-        if (isPlain(byte)) {
-            output += byte;
-        } else {
-            output += hexadecimal(static_cast<unsigned char>(byte));
+    // Where an expression begins with a single byte repeated lazily up to a bound, Boost.Regex skips places at which a
+    // match could begin. It does not look into groups.
+    bool needsGroup(std::size_t repetition) const {
+        const PatternNode& node = tree.nodes[repetition];
+        return node.isLazy && node.maximum != PatternNode::unbounded && quantifierOf(repetition).front() == '{';
+    }
+
+    void writeQuantifier(std::size_t repetition) {
+        const PatternNode& node = tree.nodes[repetition];
+        const std::string_view quantifier = quantifierOf(repetition);
+        if (quantifier.front() != '{') {
+            output += quantifier;
+            return;
         }
-        last = Last::atom;
+        // The numbers anew, since they may have been too large.
+        output += '{' + std::to_string(node.minimum);
+        if (quantifier.find(',') != std::string_view::npos) {
+            output += ',';
+            output += node.maximum == PatternNode::unbounded ? "" : std::to_string(node.maximum);
+        }
+        output += node.isLazy ? "}?" : "}";
+    }
+
+    void writeText(std::string_view text) {
+        for (const char byte : text) {
+            if (isPlain(byte)) {
+                output += byte;
+            } else {
+                output += hexadecimal(static_cast<unsigned char>(byte));
+            }
+        }
     }
 
     void writeSet(const ByteSet& bytes) {
-        atomBegin = output.size();
         if (bytes.none()) {
             output += "(?:(?!))";
-        } else {
-            output += '[';
-            for (std::size_t first = 0; first < bytes.size(); ++first) {
-                if (!bytes[first]) {
-                    continue;
-                }
-                std::size_t end = first;
-                while (end + 1 < bytes.size() && bytes[end + 1]) {
-                    ++end;
-                }
-                output += hexadecimal(first);
-                if (end > first) {
-                    output += '-' + hexadecimal(end);
-                }
-                first = end;
-            }
-            output += ']';
+            return;
         }
-        last = Last::atom;
+        output += '[';
+        for (std::size_t first = 0; first < bytes.size(); ++first) {
+            if (!bytes[first]) {
+                continue;
+            }
+            std::size_t end = first;
+            while (end + 1 < bytes.size() && bytes[end + 1]) {
+                ++end;
+            }
+            output += hexadecimal(first);
+            if (end > first) {
+                output += '-' + hexadecimal(end);
+            }
+            first = end;
+        }
+        output += ']';
     }
 
     // A reference to a group that took no part in the match so far matches the empty text.
-    void writeBackReference(std::size_t number) {
-        const bool isOpen = std::any_of(openGroups.begin(), openGroups.end(),
-                                        [number](const OpenGroup& group) { return group.number == number; });
-        if (number > groupCount || isOpen) {
-            throw std::regex_error(codes::error_backref);
-        }
-        atomBegin = output.size();
-        const std::string digits = std::to_string(number);
-        output += "(?:(?(" + digits + ")\\g{" + digits + "}))";
-        last = Last::atom;
-    }
+    void writeBackReference(const std::string& digits) { output += "(?:(?(" + digits + ")\\g{" + digits + "}))"; }
 
-    // What the text written last is: it decides whether a quantifier may follow.
-    enum class Last { nothing, assertion, atom, quantifier };
-
-    PatternReader reader;
+    std::string_view pattern;
+    PatternTree tree;
     std::string output;
-    std::vector<OpenGroup> openGroups;
-    std::size_t groupCount = 0;
-    std::size_t atomBegin = 0; // where the last atom begins in the output
-    Last last = Last::nothing;
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "pattern/PatternReader.h"
 
+#include "pattern/PatternError.h"
+
 #include <algorithm>
 
 namespace brisk {
@@ -20,35 +22,35 @@ bool PatternReader::takeIf(char byte) {
     if (!isNext(byte)) {
         return false;
     }
-    ++position;
+    ++place;
     return true;
 }
 
 char PatternReader::take(std::regex_constants::error_type codeAtEnd) {
     if (atEnd()) {
-        throw std::regex_error(codeAtEnd);
+        throw PatternError(codeAtEnd, place);
     }
-    return pattern[position++];
+    return pattern[place++];
 }
 
 std::size_t PatternReader::takeNumber(std::size_t limit, std::regex_constants::error_type codeWithoutDigit) {
-    if (atEnd() || !isDigit(pattern[position])) {
-        throw std::regex_error(codeWithoutDigit);
+    if (atEnd() || !isDigit(pattern[place])) {
+        throw PatternError(codeWithoutDigit, place);
     }
     std::size_t number = 0;
-    for (; !atEnd() && isDigit(pattern[position]); ++position) {
-        number = std::min(limit, number * 10 + static_cast<std::size_t>(pattern[position] - '0'));
+    for (; !atEnd() && isDigit(pattern[place]); ++place) {
+        number = std::min(limit, number * 10 + static_cast<std::size_t>(pattern[place] - '0'));
     }
     return number;
 }
 
 std::string_view PatternReader::takeName(char closer, std::regex_constants::error_type codeIfUnclosed) {
-    const std::size_t end = pattern.find(closer, position);
+    const std::size_t end = pattern.find(closer, place);
     if (end == std::string_view::npos || end + 1 == pattern.size() || pattern[end + 1] != ']') {
-        throw std::regex_error(codeIfUnclosed);
+        throw PatternError(codeIfUnclosed, place);
     }
-    const std::string_view name = pattern.substr(position, end - position);
-    position = end + 2;
+    const std::string_view name = pattern.substr(place, end - place);
+    place = end + 2;
     return name;
 }
 
@@ -66,14 +68,14 @@ char PatternReader::takeCharacterEscape(char letter) {
         return '\v';
     case '0':
         // "\01" would be an octal number, which the grammar does not know.
-        if (!atEnd() && isDigit(pattern[position])) {
-            throw std::regex_error(std::regex_constants::error_escape);
+        if (!atEnd() && isDigit(pattern[place])) {
+            throw PatternError(std::regex_constants::error_escape, place);
         }
         return '\0';
     case 'c': {
         const char control = take(std::regex_constants::error_escape);
         if (!isLetter(control)) {
-            throw std::regex_error(std::regex_constants::error_escape);
+            throw PatternError(std::regex_constants::error_escape, place - 1);
         }
         return static_cast<char>(control % 32);
     }
@@ -82,7 +84,7 @@ char PatternReader::takeCharacterEscape(char letter) {
     case 'u': {
         const unsigned unit = takeHexadecimal(4);
         if (unit > 0xFF) {
-            throw std::regex_error(std::regex_constants::error_escape);
+            throw PatternError(std::regex_constants::error_escape, place - 4);
         }
         return static_cast<char>(unit);
     }
@@ -100,7 +102,7 @@ unsigned PatternReader::takeHexadecimal(int digits) {
         } else if (isLetter(digit) && (digit | 0x20) <= 'f') {
             number = number * 16 + static_cast<unsigned>((digit | 0x20) - 'a') + 10;
         } else {
-            throw std::regex_error(std::regex_constants::error_escape);
+            throw PatternError(std::regex_constants::error_escape, place - 1);
         }
     }
     return number;

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "pattern/ByteSet.h"
+#include "pattern/PatternError.h"
+
+#include <cstddef>
+#include <limits>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brisk {
+
+// The bytes [begin, end) of a pattern.
+struct PatternSpan {
+    std::size_t begin;
+    std::size_t end;
+
+    bool operator==(const PatternSpan&) const = default;
+};
+
+struct PatternNode {
+    enum class Kind {
+        text,              // bytes, each one for itself: PatternTree::textOf; at least one
+        set,               // one byte of several: PatternTree::setOf
+        textBegin,         // ^
+        textEnd,           // $
+        wordBoundary,      // \b
+        noWordBoundary,    // \B
+        backReference,     // what group `number` matched
+        repetition,        // its child, `minimum` to `maximum` times
+        group,             // one of its children, which are sequences; captures if `number` is not 0
+        lookahead,         // the same, but steps over nothing
+        negativeLookahead, // none of its children, which are sequences
+        sequence,          // all of its children, one after the other; it may have none
+    };
+
+    static constexpr std::size_t unbounded = std::numeric_limits<std::size_t>::max();
+
+    Kind kind;
+    PatternSpan span;
+    std::size_t size = 1; // how many nodes it consists of: itself and all below it
+    std::size_t number = 0;
+    std::size_t minimum = 0;
+    std::size_t maximum = 0;
+    bool isLazy = false;
+};
+
+// What an ECMAScript regular expression consists of. Node 0 is the whole pattern, a group that captures nothing. A node
+// is followed by its children, each of them with all that is below it: a walk through `nodes` sees parents before their
+// children, a walk backwards children before their parents, and neither needs recursion.
+struct PatternTree {
+    std::string_view textOf(const PatternNode& text) const {
+        return std::string_view(texts).substr(text.number, text.maximum);
+    }
+    const ByteSet& setOf(const PatternNode& set) const { return sets[set.number]; }
+
+    std::vector<PatternNode> nodes;
+    std::size_t groupCount = 0;
+    std::string texts;         // of all texts: `maximum` bytes from `number` on
+    std::vector<ByteSet> sets; // of all sets, by `number`
+};
+
+// Throws PatternError where the pattern does not follow the grammar, nests groups deeper than 200 levels or has more
+// than 9,000 that capture. Needs no stack for nested groups.
+PatternTree parsePattern(std::string_view pattern);
+
+} // namespace brisk
