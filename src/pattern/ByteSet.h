@@ -16,7 +16,7 @@ ByteSet bytesOfDot();
 // The bytes of the escape \d, \D, \s, \S, \w or \W, given its letter.
 ByteSet bytesOfClassEscape(char letter);
 
-// The bytes of a bracket expression, whose opening '[' is stepped over already. Throws std::regex_error.
+// The bytes of a bracket expression, whose opening '[' is stepped over already. Throws PatternError.
 ByteSet takeBracketExpression(PatternReader& reader);
 
 } // namespace brisk

@@ -57,7 +57,7 @@ private:
             addSet(bytesOfDot());
             break;
         case '[':
-            addSet(takeBracketExpression());
+            addSet(takeBracketExpression(reader));
             break;
         case '\\':
             takeEscape(reader.take(codes::error_escape));
@@ -115,15 +115,6 @@ private:
             break;
         default:
             addByte(reader.takeCharacterEscape(letter));
-        }
-    }
-
-    // A fault inside is one of the whole bracket expression.
-    ByteSet takeBracketExpression() {
-        try {
-            return brisk::takeBracketExpression(reader);
-        } catch (const std::regex_error& error) {
-            throw PatternError(error.code(), begin);
         }
     }
 

@@ -196,11 +196,15 @@ TEST(PatternTreeTest, WhatIsNeverClosedIsAFaultWhereItOpens) {
     expectFault("(Width=)([^\\n)()", codes::error_brack, 9);
 }
 
-TEST(PatternTreeTest, AFaultInABracketExpressionIsWhereItOpens) {
+TEST(PatternTreeTest, AFaultInABracketExpressionIsWhereItsMemberBegins) {
     namespace codes = std::regex_constants;
-    expectFault("ab[z-a]", codes::error_range, 2);
-    expectFault("ab[[:digits:]]", codes::error_ctype, 2);
-    expectFault("ab[\\x4g]", codes::error_escape, 2);
+    expectFault("a[bz-a]", codes::error_range, 3);
+    expectFault("a[b\\d-f]", codes::error_range, 3);
+    expectFault("a[b[:digits:]]", codes::error_ctype, 3);
+    expectFault("a[b[.none.]]", codes::error_collate, 3);
+    expectFault("a[b\\B]", codes::error_escape, 3);
+    expectFault("a[b\\x4g]", codes::error_escape, 6);
+    expectFault("a[b-", codes::error_brack, 1);
 }
 
 TEST(PatternTreeTest, GroupsThatAreTooManyAreAFaultWhereTheNextOneOpens) {
