@@ -1,5 +1,5 @@
-#include "base/RunTimeParameters.h"
 #include "fuzz/Fuzzing.h"
+#include "support/ExpectedParameters.h"
 
 #include <algorithm>
 #include <optional>
@@ -11,7 +11,7 @@ namespace brisk {
 namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
-constexpr long long kMaximum = 2147483647;
+constexpr std::uint64_t kMaximum = 2147483647;
 
 bool isWhiteSpace(char byte) {
     return kWhiteSpace.find(byte) != std::string_view::npos;
@@ -41,54 +41,39 @@ std::optional<std::string> acceptPath(const std::string& rest) {
     return rest.substr(0, rest.find_first_of("\r\n"));
 }
 
-struct Count {
-    const char* flag;
-    const char* name;
-    std::uint64_t* variable;
-    std::uint64_t expected;
-};
-
 void checkCommandLine(const std::string& line) {
-    Count counts[] = {
-        {"-nw", "NumberOfIntervalsForWarming", &NumberOfIntervalsForWarming, 120},
-        {"-nt", "NumberOfIntervalsForTracking", &NumberOfIntervalsForTracking, 30},
-        {"-nn", "NumberOfIntervalsForNotTracking", &NumberOfIntervalsForNotTracking, 120},
-        {"-nv", "NumberOfTrackingIntervalsToBeValid", &NumberOfTrackingIntervalsToBeValid, 120},
-    };
-    for (Count& count : counts) {
-        *count.variable = count.expected;
-    }
-    fpsOverride.reset();
-    logToFile.reset();
+    testing::resetParameters();
 
-    std::string log;
-    bool isOutOfRange = false;
-    const auto expectNumber = [&](const char* flag, const char* name) -> std::optional<std::uint64_t> {
-        if (isOutOfRange) {
-            return std::nullopt;
-        }
-        log += std::string("Brisk : looking for command line parameter ") + flag + " (" + name + ")\n";
-        const auto value = findValue(line, flag, acceptNumber);
+    std::map<std::string, std::string> values;
+    std::string tooLarge;
+    const auto expectNumber = [&](const char* flag) -> std::optional<std::uint64_t> {
+        const auto value = tooLarge.empty() ? findValue(line, flag, acceptNumber) : std::nullopt;
         if (!value) {
             return std::nullopt;
         }
-        log += std::string("Brisk : set ") + name + " to " + *value + '\n';
+        values[flag] = *value;
         std::uint64_t number = 0;
         for (const char digit : *value) {
             number = number * 10 + static_cast<std::uint64_t>(digit - '0');
-            isOutOfRange = isOutOfRange || number > kMaximum;
+            if (number > kMaximum) {
+                tooLarge = flag;
+                return std::nullopt;
+            }
         }
-        return isOutOfRange ? std::nullopt : std::optional(number);
+        return number;
     };
-    for (Count& count : counts) {
-        count.expected = expectNumber(count.flag, count.name).value_or(count.expected);
+    std::vector<std::uint64_t> expectedCounts;
+    for (const auto& [flag, name, variable, byDefault] : testing::kCountParameters) {
+        expectedCounts.push_back(expectNumber(flag).value_or(byDefault));
     }
-    const auto expectedFps = expectNumber("-fps", "fpsOverride");
-    std::optional<std::string> expectedPath;
-    if (!isOutOfRange) {
-        log += "Brisk : looking for command line parameter -log (logToFile)\n";
-        expectedPath = findValue(line, "-log", acceptPath);
-        log += expectedPath ? "Brisk : set logToFile to " + *expectedPath + '\n' : "";
+    const auto expectedFps = expectNumber("-fps");
+    const auto expectedPath = tooLarge.empty() ? findValue(line, "-log", acceptPath) : std::nullopt;
+    if (expectedPath) {
+        values["-log"] = *expectedPath;
+    }
+    std::string log;
+    for (const std::string& logLine : testing::parameterLines(values, tooLarge)) {
+        log += logLine + '\n';
     }
 
     bool hasThrown = false;
@@ -98,10 +83,11 @@ void checkCommandLine(const std::string& line) {
         hasThrown = true;
         fuzzing::requireEqual<std::string>(error.what(), "stoi argument out of range", "the error's text");
     }
-    fuzzing::requireEqual(hasThrown, isOutOfRange, "a number out of range");
+    fuzzing::requireEqual(hasThrown, !tooLarge.empty(), "a number out of range");
     fuzzing::requireLog(log);
-    for (const Count& count : counts) {
-        fuzzing::requireEqual(*count.variable, count.expected, count.name);
+    for (std::size_t i = 0; i < expectedCounts.size(); ++i) {
+        const auto& parameter = testing::kCountParameters[i];
+        fuzzing::requireEqual(parameter.variable, expectedCounts[i], parameter.name);
     }
     fuzzing::requireEqual<std::int64_t>(fpsOverride ? *fpsOverride : -1,
                                         expectedFps ? static_cast<std::int64_t>(*expectedFps) : -1, "fpsOverride");

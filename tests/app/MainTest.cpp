@@ -10,11 +10,15 @@
 namespace brisk {
 namespace {
 
+using testing::bulkPassLines;
+using testing::kDisplay;
 using testing::Lines;
 using testing::operator+;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
+using testing::parameterLines;
+using testing::startLines;
 
 class MainTest : public testing::StartUpFixture {
 protected:
@@ -32,11 +36,6 @@ protected:
         GetProcAddressFault.intercept([hidden](HMODULE module, const char* name) -> FARPROC {
             return hidden == name ? nullptr : GetProcAddressFault.real(module, name);
         });
-    }
-
-    static Lines withoutTitles(Lines lines) {
-        lines.erase(lines.begin() + 1);
-        return lines;
     }
 };
 
@@ -82,32 +81,27 @@ TEST_F(MainTest, ParametersAreReadAndTheLogGoesToItsFileFromTheStartLineOn) {
     EXPECT_EQ(fpsOverride, 50);
     EXPECT_THAT(testing::splitLines(testing::readFile(folder / "brisk.log")),
                 ElementsAreArray(startLines() + Lines{"Brisk : finished"}));
-    Lines before = parameterLines();
-    before.insert(before.begin() + 1, "Brisk : set NumberOfIntervalsForWarming to 7");
-    before.insert(before.begin() + 6, "Brisk : set fpsOverride to 50");
-    before.push_back("Brisk : set logToFile to " + file);
-    EXPECT_THAT(record(), ElementsAreArray(before));
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines({{"-nw", "7"}, {"-fps", "50"}, {"-log", file}})));
 }
 
 TEST_F(MainTest, EmptyLogPathLeavesTheLogToTheDebugger) {
     writeGame();
     EXPECT_EQ(start("-log "), 0);
-    EXPECT_THAT(record(), ElementsAreArray(parameterLines() + Lines{"Brisk : set logToFile to "} + startLines() +
-                                           Lines{"Brisk : finished"}));
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines({{"-log", ""}}) + startLines() + Lines{"Brisk : finished"}));
 }
 
 TEST_F(MainTest, LogThatCannotBeWrittenIsLostAndTheServiceDoesItsWork) {
     writeGame();
     whenCreated = [](HWND window) { PostMessageA(window, BRISK_MASSIVE_PATCHING, 0, 0); };
     EXPECT_EQ(start("-log " + folder.narrow()), 0);
-    EXPECT_THAT(record(), ElementsAreArray(parameterLines() + Lines{"Brisk : set logToFile to " + folder.narrow()}));
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines({{"-log", folder.narrow()}})));
     EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
 }
 
 TEST_F(MainTest, NumberBeyond32BitsEndsTheProcessWithOneBeforeTheStartLine) {
     EXPECT_EQ(start("-nw 99999999999"), 1);
-    EXPECT_THAT(record(), ElementsAre(parameterLines()[0], "Brisk : set NumberOfIntervalsForWarming to 99999999999",
-                                      "Brisk : stoi argument out of range"));
+    EXPECT_THAT(record(), ElementsAreArray(parameterLines({{"-nw", "99999999999"}}, "-nw") +
+                                           Lines{"Brisk : stoi argument out of range"}));
     EXPECT_EQ(FindWindowAFault.calls(), 0u);
 }
 
@@ -120,7 +114,7 @@ TEST_F(MainTest, SecondInstanceLeavesAtOnceWithOne) {
     });
     EXPECT_EQ(start(), 1);
     EXPECT_THAT(record(), ElementsAreArray(parameterLines() +
-                                           Lines{"Brisk 1.09 : started", "Brisk : running already. Exiting."}));
+                                           Lines{testing::startedLine(), "Brisk : running already. Exiting."}));
     EXPECT_EQ(GetModuleFileNameAFault.calls(), 0u);
     EXPECT_EQ(RegCreateKeyExAFault.calls(), 0u);
     EXPECT_EQ(EnumDisplaySettingsAFault.calls(), 0u);
@@ -130,10 +124,10 @@ TEST_F(MainTest, SecondInstanceLeavesAtOnceWithOne) {
 TEST_F(MainTest, UnknownModulePathIsLoggedAndLeavesNoDatabaseToFind) {
     GetModuleFileNameAFault.fail(0, ERROR_ACCESS_DENIED);
     EXPECT_EQ(start(), 0);
-    Lines lines = startLines();
-    lines[1] = "Brisk : unable to open title database.";
-    lines.insert(lines.begin() + 1, "Brisk : couldn't get module name. Error 5");
-    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(lines + Lines{"Brisk : finished"}));
+    EXPECT_THAT(recordAfterParameters(),
+                ElementsAreArray(startLines({.database = {"Brisk : couldn't get module name. Error 5",
+                                                          "Brisk : unable to open title database."}}) +
+                                 Lines{"Brisk : finished"}));
     EXPECT_EQ(RegisterClassAFault.calls(), 0u);
 }
 
@@ -141,16 +135,16 @@ TEST_F(MainTest, ModulePathWithoutADirectoryIsLogged) {
     GetModuleFileNameAFault.intercept(
         [](HMODULE, char* buffer, DWORD) { return static_cast<DWORD>(std::string("brisk.exe").copy(buffer, 9)); });
     EXPECT_EQ(start(), 0);
-    Lines lines = startLines();
-    lines[1] = "Brisk : unable to open title database.";
-    lines.insert(lines.begin() + 1, "Brisk : couldn't find delimiter in module name.");
-    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(lines + Lines{"Brisk : finished"}));
+    EXPECT_THAT(recordAfterParameters(),
+                ElementsAreArray(startLines({.database = {"Brisk : couldn't find delimiter in module name.",
+                                                          "Brisk : unable to open title database."}}) +
+                                 Lines{"Brisk : finished"}));
 }
 
 TEST_F(MainTest, DatabaseThatDoesNotLoadYieldsNoWindowAndExitsWithZero) {
     writeDatabase("[]");
     EXPECT_EQ(start(), 0);
-    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(withoutTitles(startLines()) + Lines{"Brisk : finished"}));
+    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(startLines({.database = {}}) + Lines{"Brisk : finished"}));
     EXPECT_EQ(RegisterClassAFault.calls(), 0u);
     EXPECT_EQ(GetMessageAFault.calls(), 0u);
 }
@@ -159,7 +153,7 @@ TEST_F(MainTest, MalformedDatabaseEndsTheStartWithItsErrorAndOne) {
     writeDatabase("[1, 2");
     EXPECT_EQ(start(), 1);
     EXPECT_THAT(recordAfterParameters(),
-                ElementsAre("Brisk 1.09 : started",
+                ElementsAre(testing::startedLine(),
                             "Brisk : [json.exception.parse_error.101] parse error at line 1, column 6: syntax error "
                             "while parsing array - unexpected end of input; expected ']'"));
     EXPECT_EQ(RegCreateKeyExAFault.calls(), 0u);
@@ -169,9 +163,9 @@ TEST_F(MainTest, RegistryThatIsNotAccessibleYieldsNoWindowAndExitsWithZero) {
     writeGame();
     RegCreateKeyExAFault.fail(ERROR_ACCESS_DENIED);
     EXPECT_EQ(start(), 0);
-    Lines lines = startLines();
-    lines[2] = "Brisk : access to the Windows Registry not granted.";
-    EXPECT_THAT(recordAfterParameters(), ElementsAreArray(lines + Lines{"Brisk : finished"}));
+    EXPECT_THAT(recordAfterParameters(),
+                ElementsAreArray(startLines({.registry = "Brisk : access to the Windows Registry not granted."}) +
+                                 Lines{"Brisk : finished"}));
     EXPECT_EQ(RegisterClassAFault.calls(), 0u);
 }
 
@@ -232,10 +226,9 @@ TEST_F(MainTest, IdentityThatIsRefusedEndsTheStartWithOne) {
 TEST_F(MainTest, ToastManagerIsMadeAlsoWhenNoWindowWillBe) {
     hideFunction("WindowsDeleteString");
     EXPECT_EQ(start(), 1);
-    Lines lines = startLines();
-    lines[1] = "Brisk : unable to open title database.";
     EXPECT_THAT(recordAfterParameters(),
-                ElementsAreArray(lines + Lines{"Brisk : ToastManager: Error, system in not supported"}));
+                ElementsAreArray(startLines({.database = {"Brisk : unable to open title database."}}) +
+                                 Lines{"Brisk : ToastManager: Error, system in not supported"}));
 }
 
 TEST_F(MainTest, ClassThatCannotBeRegisteredEndsTheStartWithOne) {
@@ -282,12 +275,8 @@ TEST_F(MainTest, ExceptionOfAHandlerEndsTheServiceWithItsTextAndOne) {
     };
     EXPECT_EQ(start(), 1);
     EXPECT_THAT(recordAfterParameters(),
-                ElementsAreArray(startLines() +
-                                 Lines{"Brisk : onMassivePatching", "Brisk : doMassivePatching",
-                                       "Brisk : get current display info.", "Brisk : native resolution: 1920x1080",
-                                       "Brisk : aspect ratio: 0.5625", "Brisk : get available display info modes.",
-                                       "Brisk : found 2 display modes.", "Brisk : optimal resolution: 1280x720",
-                                       "Brisk : publisher: '', binary name: 'game.exe'.",
+                ElementsAreArray(startLines() + bulkPassLines(kDisplay) +
+                                 Lines{"Brisk : publisher: '', binary name: 'game.exe'.",
                                        "Brisk : checking path '" + toNarrow(settings()) + "'.", "Brisk : config found.",
                                        "Brisk : Mismatched '(' and ')' in regular expression"}));
     EXPECT_EQ(testing::readFile(settings()), "Width=1920\r\n");
@@ -296,7 +285,7 @@ TEST_F(MainTest, ExceptionOfAHandlerEndsTheServiceWithItsTextAndOne) {
 TEST_F(MainTest, WhatIsNoStandardExceptionIsNotCaught) {
     GetModuleFileNameAFault.intercept([](HMODULE, char*, DWORD) -> DWORD { throw 5; });
     EXPECT_THROW(start(), int);
-    EXPECT_THAT(recordAfterParameters(), ElementsAre("Brisk 1.09 : started"));
+    EXPECT_THAT(recordAfterParameters(), ElementsAre(testing::startedLine()));
 }
 
 } // namespace

@@ -14,7 +14,9 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 using testing::Lines;
+using testing::operator+;
 
 class MessageOrderTest : public testing::StartUpFixture {
 protected:
@@ -94,32 +96,24 @@ TEST_F(MessageOrderTest, DefaultProcedureFollowsTheServicesOwnWork) {
         SendMessageA(window, BRISK_MASSIVE_PATCHING, 0, 0);
     };
     EXPECT_EQ(start(), 0);
-    EXPECT_THAT(
-        recordFrom("[CreateEvent]"),
-        ElementsAre("[CreateEvent]", "[DefWindowProc 0x1]",
-                    // title information
-                    "Brisk : receiveTitleInfo", "[DefWindowProc 0x4a]",
-                    // a tick
-                    "Brisk : shouldStartTracking", "Brisk : HWND = 0", "[DefWindowProc 0x113]",
-                    // a game
-                    "Brisk : onAppStarted, p1 = 1002, p2 = 0x1f4", "Brisk : GameID 1002 is not supported. Skip.",
-                    "[DefWindowProc 0x402]", "Brisk : onAppFinished, p1 = 6, p2 = 0x2a",
-                    "Brisk : got BRISK_APP_FINISHED message in IDLE state.", "[DefWindowProc 0x403]",
-                    // a reset
-                    "Brisk : onResetPromptCounters", "Brisk : resetToastsAllowed : RegDeleteValue failed. Error 2.",
-                    "Brisk : resetToastsAllowed couldn't delete key",
-                    "Brisk : resetToastsShown : RegOpenKeyEx failed. Error 2.",
-                    "Brisk : resetToastsShown couldn't delete tree", "[DefWindowProc 0x406]",
-                    // a bulk pass
-                    "Brisk : onMassivePatching", "Brisk : doMassivePatching", "Brisk : get current display info.",
-                    "Brisk : native resolution: 1920x1080", "Brisk : aspect ratio: 0.5625",
-                    "Brisk : get available display info modes.", "Brisk : found 2 display modes.",
-                    "Brisk : optimal resolution: 1280x720", "Brisk : publisher: '', binary name: 'game.exe'.",
-                    "Brisk : checking path '" + toNarrow(settings()) + "'.", "Brisk : config found.",
-                    "Brisk : game setting '1920' is not optimal '1280'.", "Brisk : 'The Game' optimized.",
-                    "Brisk : patch marker set for game.exe", "[DefWindowProc 0x405]",
-                    // the end
-                    "[PostQuitMessage]", "[DefWindowProc 0x401]", "Brisk : finished"));
+    const Lines titleInformation{"Brisk : receiveTitleInfo", "[DefWindowProc 0x4a]"};
+    const Lines tick{"Brisk : shouldStartTracking", "Brisk : HWND = 0", "[DefWindowProc 0x113]"};
+    const Lines game{"Brisk : onAppStarted, p1 = 1002, p2 = 0x1f4",
+                     "Brisk : GameID 1002 is not supported. Skip.",
+                     "[DefWindowProc 0x402]",
+                     "Brisk : onAppFinished, p1 = 6, p2 = 0x2a",
+                     "Brisk : got BRISK_APP_FINISHED message in IDLE state.",
+                     "[DefWindowProc 0x403]"};
+    const Lines reset = testing::emptyResetLines() + Lines{"[DefWindowProc 0x406]"};
+    const Lines bulkPass = testing::bulkPassLines(testing::kDisplay) +
+                           Lines{"Brisk : publisher: '', binary name: 'game.exe'.",
+                                 "Brisk : checking path '" + toNarrow(settings()) + "'.", "Brisk : config found.",
+                                 testing::notOptimalLine("1920", "1280")} +
+                           testing::patchedLines("The Game", "game.exe") + Lines{"[DefWindowProc 0x405]"};
+    EXPECT_THAT(recordFrom("[CreateEvent]"),
+                ElementsAreArray(Lines{"[CreateEvent]", "[DefWindowProc 0x1]"} + titleInformation + tick + game +
+                                 reset + bulkPass +
+                                 Lines{"[PostQuitMessage]", "[DefWindowProc 0x401]", "Brisk : finished"}));
 }
 
 TEST_F(MessageOrderTest, QuitClearsTheToastsThenClosesTheEventAndThenEndsTheLoopWithZero) {

@@ -12,6 +12,7 @@
 namespace brisk {
 namespace {
 
+using testing::kDisplay;
 using testing::Lines;
 using testing::operator+;
 using ::testing::ElementsAre;
@@ -33,19 +34,6 @@ protected:
         lines.erase(lines.begin(), std::next(std::find(lines.begin(), lines.end(), "[created]")));
         EXPECT_EQ(lines.back(), "Brisk : finished");
         lines.pop_back();
-        return lines;
-    }
-
-    static const Lines& bulkLines() {
-        static const Lines lines{"Brisk : onMassivePatching",
-                                 "Brisk : doMassivePatching",
-                                 "Brisk : get current display info.",
-                                 "Brisk : native resolution: 1920x1080",
-                                 "Brisk : aspect ratio: 0.5625",
-                                 "Brisk : get available display info modes.",
-                                 "Brisk : found 2 display modes.",
-                                 "Brisk : optimal resolution: 1280x720",
-                                 "Brisk : publisher: '', binary name: 'game.exe'."};
         return lines;
     }
 };
@@ -204,22 +192,19 @@ TEST_F(ServiceWindowTest, WholeGameStopsTheTimerThatItsStartBegan) {
                     SendMessageA(window, BRISK_APP_FINISHED, 0, 0);
                     EXPECT_FALSE(KillTimer(window, 0));
                 }),
-                ElementsAre("Brisk : onAppStarted, p1 = 1001, p2 = 0x1f4",
-                            "Brisk : waiting for activation, GameID 1001, PID 0x1f4", "Brisk : switch to WAITING_APP",
-                            "Brisk : onAppFinished, p1 = 0, p2 = 0", "Brisk : switch to IDLE",
-                            "Brisk : average fps = 0, intervals = 0", "Brisk : get current display info.",
-                            "Brisk : get current display info.", "Brisk : native resolution: 1920x1080",
-                            "Brisk : aspect ratio: 0.5625", "Brisk : get available display info modes.",
-                            "Brisk : found 2 display modes.", "Brisk : optimal resolution: 1280x720",
-                            "Brisk : insufficient data collected (0 intervals)."));
+                ElementsAreArray(testing::acceptedLines(1001, "0x1f4") +
+                                 testing::endedLines("p1 = 0, p2 = 0", "0", "0") +
+                                 Lines(2, "Brisk : get current display info.") + testing::resolutionLines(kDisplay) +
+                                 Lines{testing::insufficientLine("0")}));
 }
 
 TEST_F(ServiceWindowTest, BulkMessagePatchesWhateverItsParameters) {
     EXPECT_THAT(run([](HWND window) { PostMessageA(window, BRISK_MASSIVE_PATCHING, 3, 4); }),
-                ElementsAreArray(bulkLines() +
-                                 Lines{"Brisk : checking path '" + toNarrow(settings()) + "'.", "Brisk : config found.",
-                                       "Brisk : game setting '1920' is not optimal '1280'.",
-                                       "Brisk : 'The Game' optimized.", "Brisk : patch marker set for game.exe"}));
+                ElementsAreArray(testing::bulkPassLines(kDisplay) +
+                                 Lines{"Brisk : publisher: '', binary name: 'game.exe'.",
+                                       "Brisk : checking path '" + toNarrow(settings()) + "'.", "Brisk : config found.",
+                                       testing::notOptimalLine("1920", "1280")} +
+                                 testing::patchedLines("The Game", "game.exe")));
     EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
     EXPECT_EQ(toasts.shown().size(), 1u);
 }
@@ -240,9 +225,7 @@ TEST_F(ServiceWindowTest, ResetWithoutARefusalOfAllOffersIsLoggedAndStillResetsT
                     incNumberOfToastsShown("game.exe");
                     SendMessageA(window, BRISK_RESET_PROMPT_COUNTERS, 0, 0);
                 }),
-                ElementsAre("Brisk : onResetPromptCounters",
-                            "Brisk : resetToastsAllowed : RegDeleteValue failed. Error 2.",
-                            "Brisk : resetToastsAllowed couldn't delete key"));
+                ElementsAreArray(testing::resetLines()));
     EXPECT_EQ(getNumberOfToastsShown("game.exe"), 0);
 }
 

@@ -14,12 +14,12 @@ struct Mode {
     DWORD height;
 };
 constexpr Mode kModes[] = {{1280, 720}, {1920, 1080}};
-constexpr char kDisplay[] = "\\\\.\\DISPLAY1";
+constexpr char kDeviceName[] = "\\\\.\\DISPLAY1";
 
 void scriptDisplay() {
     EnumDisplayDevicesAFault.intercept([](const char*, DWORD index, DISPLAY_DEVICEA* device, DWORD) -> BOOL {
         device->StateFlags = DISPLAY_DEVICE_PRIMARY_DEVICE;
-        std::copy(std::begin(kDisplay), std::end(kDisplay), device->DeviceName);
+        std::copy(std::begin(kDeviceName), std::end(kDeviceName), device->DeviceName);
         return index == 0;
     });
     EnumDisplaySettingsAFault.intercept([](const char*, DWORD number, DEVMODEA* mode) -> BOOL {
@@ -112,26 +112,6 @@ Lines StartUpFixture::recordAfterParameters() const {
 void StartUpFixture::note(const std::string& line) {
     const std::lock_guard lock(mutex);
     recorded.push_back(line);
-}
-
-Lines StartUpFixture::startLines() {
-    return {"Brisk 1.09 : started",
-            "Brisk : titles DB processed.",
-            "Brisk : access to the Windows Registry granted.",
-            "Brisk : initializing GfxInfoKestrel.",
-            "Brisk : initializing Kestrel.",
-            "Brisk : failed to initialize Kestrel.",
-            "Brisk : initializing GfxInfoGen.",
-            "Brisk : get current display info."};
-}
-
-Lines StartUpFixture::parameterLines() {
-    return {"Brisk : looking for command line parameter -nw (NumberOfIntervalsForWarming)",
-            "Brisk : looking for command line parameter -nt (NumberOfIntervalsForTracking)",
-            "Brisk : looking for command line parameter -nn (NumberOfIntervalsForNotTracking)",
-            "Brisk : looking for command line parameter -nv (NumberOfTrackingIntervalsToBeValid)",
-            "Brisk : looking for command line parameter -fps (fpsOverride)",
-            "Brisk : looking for command line parameter -log (logToFile)"};
 }
 
 } // namespace brisk::testing

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "FaultPoints.h"
+#include "support/ExpectedLines.h"
+#include "support/ExpectedParameters.h"
 #include "support/Sandbox.h"
 #include "tracking/Toasts.h"
 
@@ -10,6 +12,9 @@
 #include <gmock/gmock.h>
 
 namespace brisk::testing {
+
+// The display of a StartUpFixture.
+inline const Display kDisplay{"1920x1080", "0.5625", 2, "1280x720"};
 
 // A process that is just starting: WinMain can be called as often as a test likes. The executable's directory is the
 // folder, there is one display of 1920x1080 (and 1280x720) at 60 Hz and a user without any state.
@@ -33,11 +38,6 @@ protected:
     // The same without the lines that a start without parameters begins with.
     Lines recordAfterParameters() const;
     void note(const std::string& line);
-
-    // The lines of a start that goes well: from the started line to the message loop.
-    static Lines startLines();
-    // The first lines of every start.
-    static Lines parameterLines();
 
     TemporaryFolder folder;
     Toasts toasts;

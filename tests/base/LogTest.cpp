@@ -46,18 +46,18 @@ TEST_F(LogTest, LinesOfTheProcessGoToTheProcessLog) {
 TEST_F(LogTest, FirstLineCreatesTheFileAndLaterLinesAreAppended) {
     log.setFilePath(toNarrow(file()));
     EXPECT_FALSE(std::filesystem::exists(file()));
-    log.line("Brisk ", "1.09", " : started");
-    EXPECT_EQ(testing::readFile(file()), "Brisk 1.09 : started\r\n");
+    log.line("Brisk : ", "started");
+    EXPECT_EQ(testing::readFile(file()), "Brisk : started\r\n");
     log.line("Brisk : finished");
-    EXPECT_EQ(testing::readFile(file()), "Brisk 1.09 : started\r\nBrisk : finished\r\n");
+    EXPECT_EQ(testing::readFile(file()), "Brisk : started\r\nBrisk : finished\r\n");
 }
 
 TEST_F(LogTest, FileOfAnEarlierRunIsAppendedToAndNeverTruncated) {
-    testing::writeFile(file(), "Brisk 1.09 : started\r\nBrisk : finished\r\n");
+    testing::writeFile(file(), "Brisk : started\r\nBrisk : finished\r\n");
     Log restarted;
     restarted.setFilePath(toNarrow(file()));
-    restarted.line("Brisk 1.09 : started");
-    EXPECT_EQ(testing::readFile(file()), "Brisk 1.09 : started\r\nBrisk : finished\r\nBrisk 1.09 : started\r\n");
+    restarted.line("Brisk : started");
+    EXPECT_EQ(testing::readFile(file()), "Brisk : started\r\nBrisk : finished\r\nBrisk : started\r\n");
 }
 
 TEST_F(LogTest, WithAFilePathNothingGoesToTheDebuggerOutput) {

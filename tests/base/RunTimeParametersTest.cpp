@@ -1,5 +1,6 @@
 #include "base/RunTimeParameters.h"
 
+#include "support/ExpectedParameters.h"
 #include "support/Sandbox.h"
 
 #include <gmock/gmock.h>
@@ -9,55 +10,63 @@
 namespace brisk {
 namespace {
 
-using ::testing::ElementsAre;
-
-const std::string kLookingForWarming = "Brisk : looking for command line parameter -nw (NumberOfIntervalsForWarming)";
-const std::string kLookingForTracking = "Brisk : looking for command line parameter -nt (NumberOfIntervalsForTracking)";
-const std::string kLookingForNotTracking =
-    "Brisk : looking for command line parameter -nn (NumberOfIntervalsForNotTracking)";
-const std::string kLookingForValid =
-    "Brisk : looking for command line parameter -nv (NumberOfTrackingIntervalsToBeValid)";
-const std::string kLookingForFps = "Brisk : looking for command line parameter -fps (fpsOverride)";
-const std::string kLookingForLog = "Brisk : looking for command line parameter -log (logToFile)";
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+using testing::kCountParameters;
+using testing::Lines;
+using testing::parameterLines;
 
 // Read before any test changes them.
-const std::vector<std::uint64_t> kInitialCounts{NumberOfIntervalsForWarming, NumberOfIntervalsForTracking,
-                                                NumberOfIntervalsForNotTracking, NumberOfTrackingIntervalsToBeValid};
+const std::vector<std::uint64_t> kInitialCounts = [] {
+    std::vector<std::uint64_t> counts;
+    for (const auto& parameter : kCountParameters) {
+        counts.push_back(parameter.variable);
+    }
+    return counts;
+}();
 
 class RunTimeParametersTest : public ::testing::Test {
 protected:
-    RunTimeParametersTest() { setDefaults(); }
-    ~RunTimeParametersTest() override { setDefaults(); }
+    RunTimeParametersTest() { testing::resetParameters(); }
+    ~RunTimeParametersTest() override { testing::resetParameters(); }
 
-    static void setDefaults() {
-        NumberOfIntervalsForWarming = 120;
-        NumberOfIntervalsForTracking = 30;
-        NumberOfIntervalsForNotTracking = 120;
-        NumberOfTrackingIntervalsToBeValid = 120;
-        fpsOverride.reset();
-        logToFile.reset();
-    }
-
-    // All six variables after parsing the line, which starts from the defaults.
+    // The variables that differ from their defaults after parsing the line, which starts from the defaults.
     static std::string parse(const std::string& commandLine) {
-        setDefaults();
+        testing::resetParameters();
         parseParameters(commandLine);
         return variables();
     }
 
     static std::string variables() {
-        std::ostringstream text;
-        text << NumberOfIntervalsForWarming << ' ' << NumberOfIntervalsForTracking << ' '
-             << NumberOfIntervalsForNotTracking << ' ' << NumberOfTrackingIntervalsToBeValid << " fps "
-             << (fpsOverride ? std::to_string(*fpsOverride) : "none") << " log "
-             << (logToFile ? '[' + *logToFile + ']' : "none");
-        return text.str();
+        std::string text;
+        const auto add = [&text](const std::string& variable) { text += (text.empty() ? "" : " ") + variable; };
+        for (const auto& [flag, name, variable, byDefault] : kCountParameters) {
+            if (variable != byDefault) {
+                add(flag + (" " + std::to_string(variable)));
+            }
+        }
+        if (fpsOverride) {
+            add("-fps " + std::to_string(*fpsOverride));
+        }
+        if (logToFile) {
+            add("-log [" + *logToFile + "]");
+        }
+        return text;
     }
 
     testing::CapturedLog log;
 };
 
-constexpr char kDefaults[] = "120 30 120 120 fps none log none";
+constexpr char kDefaults[] = "";
+
+std::vector<std::string> numberFlags() {
+    std::vector<std::string> flags;
+    for (const auto& parameter : kCountParameters) {
+        flags.emplace_back(parameter.flag);
+    }
+    flags.emplace_back("-fps");
+    return flags;
+}
 
 // The service's main thread has a stack of this size; a test program's own is smaller.
 void runWithTheServicesStack(std::function<void()> function) {
@@ -75,55 +84,50 @@ void runWithTheServicesStack(std::function<void()> function) {
 }
 
 TEST_F(RunTimeParametersTest, BuiltInValuesAreTheDefaults) {
-    EXPECT_THAT(kInitialCounts, ElementsAre(120, 30, 120, 120));
+    std::vector<std::uint64_t> defaults;
+    for (const auto& parameter : kCountParameters) {
+        defaults.push_back(parameter.byDefault);
+    }
+    EXPECT_EQ(kInitialCounts, defaults);
 }
 
 TEST_F(RunTimeParametersTest, EmptyCommandLineLooksForAllSixAndKeepsTheDefaults) {
     EXPECT_EQ(parse(""), kDefaults);
-    EXPECT_THAT(log.take(), ElementsAre(kLookingForWarming, kLookingForTracking, kLookingForNotTracking,
-                                        kLookingForValid, kLookingForFps, kLookingForLog));
+    EXPECT_THAT(log.take(), ElementsAreArray(parameterLines()));
 }
 
 TEST_F(RunTimeParametersTest, TrackingIntervalsAndFrameRateAreSetWithALineEach) {
-    EXPECT_EQ(parse("-nt 45 -fps 60"), "120 45 120 120 fps 60 log none");
-    EXPECT_THAT(log.take(),
-                ElementsAre(kLookingForWarming, kLookingForTracking, "Brisk : set NumberOfIntervalsForTracking to 45",
-                            kLookingForNotTracking, kLookingForValid, kLookingForFps, "Brisk : set fpsOverride to 60",
-                            kLookingForLog));
+    EXPECT_EQ(parse("-nt 45 -fps 60"), "-nt 45 -fps 60");
+    EXPECT_THAT(log.take(), ElementsAreArray(parameterLines({{"-nt", "45"}, {"-fps", "60"}})));
 }
 
 TEST_F(RunTimeParametersTest, AllSixAreSetInAnyOrder) {
-    EXPECT_EQ(parse("-fps 5 -nv 4 -nn 3 -nt 2 -nw 1 -log a.txt"), "1 2 3 4 fps 5 log [a.txt]");
+    EXPECT_EQ(parse("-fps 5 -nv 4 -nn 3 -nt 2 -nw 1 -log a.txt"), "-nw 1 -nt 2 -nn 3 -nv 4 -fps 5 -log [a.txt]");
     EXPECT_THAT(log.take(),
-                ElementsAre(kLookingForWarming, "Brisk : set NumberOfIntervalsForWarming to 1", kLookingForTracking,
-                            "Brisk : set NumberOfIntervalsForTracking to 2", kLookingForNotTracking,
-                            "Brisk : set NumberOfIntervalsForNotTracking to 3", kLookingForValid,
-                            "Brisk : set NumberOfTrackingIntervalsToBeValid to 4", kLookingForFps,
-                            "Brisk : set fpsOverride to 5", kLookingForLog, "Brisk : set logToFile to a.txt"));
+                ElementsAreArray(parameterLines(
+                    {{"-nw", "1"}, {"-nt", "2"}, {"-nn", "3"}, {"-nv", "4"}, {"-fps", "5"}, {"-log", "a.txt"}})));
 }
 
 TEST_F(RunTimeParametersTest, LogPathKeepsItsBlanks) {
-    EXPECT_EQ(parse("-log C:\\Temp\\my log.txt"), "120 30 120 120 fps none log [C:\\Temp\\my log.txt]");
-    EXPECT_THAT(log.take(),
-                ElementsAre(kLookingForWarming, kLookingForTracking, kLookingForNotTracking, kLookingForValid,
-                            kLookingForFps, kLookingForLog, "Brisk : set logToFile to C:\\Temp\\my log.txt"));
+    EXPECT_EQ(parse("-log C:\\Temp\\my log.txt"), "-log [C:\\Temp\\my log.txt]");
+    EXPECT_THAT(log.take(), ElementsAreArray(parameterLines({{"-log", "C:\\Temp\\my log.txt"}})));
 }
 
 TEST_F(RunTimeParametersTest, LogPathExtendsToTheEndOfTheCommandLine) {
-    EXPECT_EQ(parse("-log \"C:\\my log.txt\" "), "120 30 120 120 fps none log [\"C:\\my log.txt\" ]");
-    EXPECT_EQ(parse("-log a.txt -nw 5"), "5 30 120 120 fps none log [a.txt -nw 5]");
-    EXPECT_EQ(parse("-log a.txt -log b.txt"), "120 30 120 120 fps none log [a.txt -log b.txt]");
-    EXPECT_EQ(parse("-log  a.txt"), "120 30 120 120 fps none log [ a.txt]");
-    EXPECT_EQ(parse("-log gr\xC3\xBC\xC3\x9F.txt"), "120 30 120 120 fps none log [gr\xC3\xBC\xC3\x9F.txt]");
+    EXPECT_EQ(parse("-log \"C:\\my log.txt\" "), "-log [\"C:\\my log.txt\" ]");
+    EXPECT_EQ(parse("-log a.txt -nw 5"), "-nw 5 -log [a.txt -nw 5]");
+    EXPECT_EQ(parse("-log a.txt -log b.txt"), "-log [a.txt -log b.txt]");
+    EXPECT_EQ(parse("-log  a.txt"), "-log [ a.txt]");
+    EXPECT_EQ(parse("-log gr\xC3\xBC\xC3\x9F.txt"), "-log [gr\xC3\xBC\xC3\x9F.txt]");
 }
 
 TEST_F(RunTimeParametersTest, LogPathEndsAtALineBreak) {
-    EXPECT_EQ(parse("-log a.txt\n-nw 5"), "5 30 120 120 fps none log [a.txt]");
-    EXPECT_EQ(parse("-log a.txt\r\nb"), "120 30 120 120 fps none log [a.txt]");
+    EXPECT_EQ(parse("-log a.txt\n-nw 5"), "-nw 5 -log [a.txt]");
+    EXPECT_EQ(parse("-log a.txt\r\nb"), "-log [a.txt]");
 }
 
 TEST_F(RunTimeParametersTest, LogPathMayBeEmpty) {
-    EXPECT_EQ(parse("-log "), "120 30 120 120 fps none log []");
+    EXPECT_EQ(parse("-log "), "-log []");
     EXPECT_EQ(parse("-log"), kDefaults);
 }
 
@@ -134,7 +138,7 @@ TEST_F(RunTimeParametersTest, LogPathSetBeforeIsReplaced) {
 }
 
 TEST_F(RunTimeParametersTest, FrameRateOfZeroIsAccepted) {
-    EXPECT_EQ(parse("-fps 0"), "120 30 120 120 fps 0 log none");
+    EXPECT_EQ(parse("-fps 0"), "-fps 0");
 }
 
 TEST_F(RunTimeParametersTest, NumbersMustConsistOfDigitsOnly) {
@@ -147,34 +151,32 @@ TEST_F(RunTimeParametersTest, NumbersMustConsistOfDigitsOnly) {
     EXPECT_EQ(parse("-nw \"10\""), kDefaults);
     EXPECT_EQ(parse("-nw"), kDefaults);
     EXPECT_EQ(parse("-nw "), kDefaults);
-    EXPECT_EQ(parse("-nw 0010"), "10 30 120 120 fps none log none");
+    EXPECT_EQ(parse("-nw 0010"), "-nw 10");
 }
 
 TEST_F(RunTimeParametersTest, NumbersAreLoggedAsTheyStand) {
     parse("-nw 0010 -fps 007");
-    EXPECT_THAT(log.take(), ElementsAre(kLookingForWarming, "Brisk : set NumberOfIntervalsForWarming to 0010",
-                                        kLookingForTracking, kLookingForNotTracking, kLookingForValid, kLookingForFps,
-                                        "Brisk : set fpsOverride to 007", kLookingForLog));
+    EXPECT_THAT(log.take(), ElementsAreArray(parameterLines({{"-nw", "0010"}, {"-fps", "007"}})));
 }
 
 TEST_F(RunTimeParametersTest, ExactlyOneWhiteSpaceStandsBetweenFlagAndNumber) {
     EXPECT_EQ(parse("-nw  10"), kDefaults);
     EXPECT_EQ(parse("-nw10"), kDefaults);
     EXPECT_EQ(parse("-nw=10"), kDefaults);
-    EXPECT_EQ(parse("-nw\t10"), "10 30 120 120 fps none log none");
-    EXPECT_EQ(parse("-nw\n10"), "10 30 120 120 fps none log none");
+    EXPECT_EQ(parse("-nw\t10"), "-nw 10");
+    EXPECT_EQ(parse("-nw\n10"), "-nw 10");
 }
 
 TEST_F(RunTimeParametersTest, FlagStandsAtTheStartOrAfterWhiteSpace) {
     EXPECT_EQ(parse("x-nw 10"), kDefaults);
     EXPECT_EQ(parse("--nw 10"), kDefaults);
     EXPECT_EQ(parse("\"-nw 10\""), kDefaults);
-    EXPECT_EQ(parse("brisk.exe\t-nw 10"), "10 30 120 120 fps none log none");
-    EXPECT_EQ(parse("   -nw 10   "), "10 30 120 120 fps none log none");
+    EXPECT_EQ(parse("brisk.exe\t-nw 10"), "-nw 10");
+    EXPECT_EQ(parse("   -nw 10   "), "-nw 10");
 }
 
 TEST_F(RunTimeParametersTest, FiveNumbersFollowTheSameRules) {
-    for (const std::string flag : {"-nw", "-nt", "-nn", "-nv", "-fps"}) {
+    for (const std::string& flag : numberFlags()) {
         for (const char* malformed : {"", " ", "  10", "10", " 10x", " -5", " 1.5"}) {
             EXPECT_EQ(parse(flag + malformed), kDefaults);
         }
@@ -188,13 +190,13 @@ TEST_F(RunTimeParametersTest, FlagsAreCaseSensitive) {
 }
 
 TEST_F(RunTimeParametersTest, FirstWellFormedOccurrenceWins) {
-    EXPECT_EQ(parse("-nw 5 -nw 6"), "5 30 120 120 fps none log none");
-    EXPECT_EQ(parse("-nw 5x -nw 6"), "6 30 120 120 fps none log none");
-    EXPECT_EQ(parse("-nw -nw 6"), "6 30 120 120 fps none log none");
+    EXPECT_EQ(parse("-nw 5 -nw 6"), "-nw 5");
+    EXPECT_EQ(parse("-nw 5x -nw 6"), "-nw 6");
+    EXPECT_EQ(parse("-nw -nw 6"), "-nw 6");
 }
 
 TEST_F(RunTimeParametersTest, LargestNumberIsThatOfASigned32BitInteger) {
-    EXPECT_EQ(parse("-nw 2147483647 -fps 2147483647"), "2147483647 30 120 120 fps 2147483647 log none");
+    EXPECT_EQ(parse("-nw 2147483647 -fps 2147483647"), "-nw 2147483647 -fps 2147483647");
     log.take();
     for (const std::string number : {"2147483648", "99999999999", "99999999999999999999999"}) {
         try {
@@ -204,39 +206,31 @@ TEST_F(RunTimeParametersTest, LargestNumberIsThatOfASigned32BitInteger) {
             EXPECT_STREQ(error.what(), "stoi argument out of range");
         }
         // Parsing stops there.
-        EXPECT_THAT(log.take(),
-                    ElementsAre(kLookingForWarming, "Brisk : set NumberOfIntervalsForWarming to " + number));
+        EXPECT_THAT(log.take(), ElementsAreArray(parameterLines({{"-nw", number}, {"-nt", "7"}}, "-nw")));
         EXPECT_EQ(NumberOfIntervalsForWarming, 120u);
         EXPECT_EQ(NumberOfIntervalsForTracking, 30u);
     }
 }
 
 TEST_F(RunTimeParametersTest, EachNumberThatIsTooLargeIsAnErrorBehindWhichNothingIsSet) {
-    const struct {
-        const char* commandLine;
-        const char* lastLine;
-        const char* variables;
-    } cases[] = {
-        {"-nw 2147483648 -nt 2 -nn 3 -nv 4 -fps 5 -log a.txt", "Brisk : set NumberOfIntervalsForWarming to 2147483648",
-         kDefaults},
-        {"-nw 1 -nt 2147483648 -nn 3 -nv 4 -fps 5 -log a.txt", "Brisk : set NumberOfIntervalsForTracking to 2147483648",
-         "1 30 120 120 fps none log none"},
-        {"-nw 1 -nt 2 -nn 2147483648 -nv 4 -fps 5 -log a.txt",
-         "Brisk : set NumberOfIntervalsForNotTracking to 2147483648", "1 2 120 120 fps none log none"},
-        {"-nw 1 -nt 2 -nn 3 -nv 2147483648 -fps 5 -log a.txt",
-         "Brisk : set NumberOfTrackingIntervalsToBeValid to 2147483648", "1 2 3 120 fps none log none"},
-        {"-nw 1 -nt 2 -nn 3 -nv 4 -fps 2147483648 -log a.txt", "Brisk : set fpsOverride to 2147483648",
-         "1 2 3 4 fps none log none"},
-    };
-    for (const auto& [commandLine, lastLine, expected] : cases) {
+    const std::vector<std::string> flags = numberFlags();
+    for (std::size_t tooLarge = 0; tooLarge < flags.size(); ++tooLarge) {
+        std::string commandLine;
+        std::string before;
+        std::map<std::string, std::string> values;
+        for (std::size_t i = 0; i < flags.size(); ++i) {
+            values[flags[i]] = i == tooLarge ? "2147483648" : std::to_string(i + 1);
+            commandLine += flags[i] + " " + values[flags[i]] + " ";
+            before = i < tooLarge ? commandLine : before;
+        }
         try {
-            parse(commandLine);
+            parse(commandLine + "-log a.txt");
             ADD_FAILURE() << commandLine << " was accepted";
         } catch (const std::out_of_range& error) {
             EXPECT_STREQ(error.what(), "stoi argument out of range");
         }
-        EXPECT_EQ(variables(), expected);
-        EXPECT_EQ(log.take().back(), lastLine);
+        EXPECT_EQ(variables() + (before.empty() ? "" : " "), before);
+        EXPECT_THAT(log.take(), ElementsAreArray(parameterLines(values, flags[tooLarge])));
     }
 }
 
@@ -244,9 +238,9 @@ TEST_F(RunTimeParametersTest, LongestCommandLineIsParsed) {
     constexpr std::size_t kLength = 32000;
     const std::string path(kLength, 'x');
     runWithTheServicesStack([&] {
-        EXPECT_EQ(parse("-log " + path), "120 30 120 120 fps none log [" + path + "]");
-        EXPECT_EQ(parse(std::string(kLength, ' ') + "-nw 10"), "10 30 120 120 fps none log none");
-        EXPECT_EQ(parse("-nw " + std::string(kLength, '0') + "7"), "7 30 120 120 fps none log none");
+        EXPECT_EQ(parse("-log " + path), "-log [" + path + "]");
+        EXPECT_EQ(parse(std::string(kLength, ' ') + "-nw 10"), "-nw 10");
+        EXPECT_EQ(parse("-nw " + std::string(kLength, '0') + "7"), "-nw 7");
         EXPECT_EQ(parse(path), kDefaults);
     });
 }

@@ -20,10 +20,10 @@ protected:
 
     const Lines namedLines{"Brisk : publisher: '', binary name: 'StarlitHarbour.exe'."};
     const Lines skippedLines{"Brisk : config for StarlitHarbour.exe was not found. Skip."};
-    const Lines patchedLines{"Brisk : config found.", "Brisk : game setting '1024' is not optimal '800'.",
-                             "Brisk : 'Starlit Harbour' optimized.", "Brisk : patch marker set for StarlitHarbour.exe"};
-
-    const Lines adjustedLines{"Brisk : config found.", "Brisk : StarlitHarbour.exe doesn't need optimization. Skip."};
+    const Lines patchedPassLines = Lines{"Brisk : config found.", notOptimalLine("1024", "800")} +
+                                   patchedLines("Starlit Harbour", "StarlitHarbour.exe");
+    const Lines adjustedPassLines{"Brisk : config found.",
+                                  "Brisk : StarlitHarbour.exe doesn't need optimization. Skip."};
 
     // One bulk pass, and what it takes.
     void passOnce() {
@@ -77,17 +77,17 @@ TEST_F(HostileConfigurationFilesTest, FileOf50MegabytesIsRewrittenWholeAndForgot
                      "Brisk : got BRISK_APP_FINISHED message in IDLE state."};
     };
     EXPECT_THAT(service.logFrom(first),
-                ElementsAreArray(bulkPassLines() + namedLines + checking + patchedLines + settling("1000002") +
-                                 bulkPassLines() + namedLines + checking + adjustedLines + settling("1000003") +
-                                 bulkPassLines() + namedLines + checking + adjustedLines + settling("1000004") +
-                                 Lines{"Brisk : finished"}));
+                ElementsAreArray(bulkPassLines(display()) + namedLines + checking + patchedPassLines +
+                                 settling("1000002") + bulkPassLines(display()) + namedLines + checking +
+                                 adjustedPassLines + settling("1000003") + bulkPassLines(display()) + namedLines +
+                                 checking + adjustedPassLines + settling("1000004") + Lines{"Brisk : finished"}));
 }
 
 TEST_F(HostileConfigurationFilesTest, LocationOfFortyThousandCharactersIsAbsent) {
     for (const std::string& location : {"C:\\" + std::string(40'000, 'x'), "C:" + repeated("\\folder", 6'000)}) {
         setTitle("txt", location);
         EXPECT_THAT(passFromTheBeginning(),
-                    ElementsAreArray(bulkPassLines() + namedLines +
+                    ElementsAreArray(bulkPassLines(display()) + namedLines +
                                      Lines{"Brisk : checking path '" + location + "'.", "Brisk : config not found."} +
                                      skippedLines));
     }
@@ -95,13 +95,13 @@ TEST_F(HostileConfigurationFilesTest, LocationOfFortyThousandCharactersIsAbsent)
 
 TEST_F(HostileConfigurationFilesTest, WildcardBehindFortyThousandCharactersIsRefused) {
     setTitle("txt", "C:\\" + std::string(40'000, 'x') + "\\*\\Settings.ini");
-    EXPECT_THAT(passFromTheBeginning(), ElementsAreArray(bulkPassLines() + namedLines + skippedLines));
+    EXPECT_THAT(passFromTheBeginning(), ElementsAreArray(bulkPassLines(display()) + namedLines + skippedLines));
 }
 
 TEST_F(HostileConfigurationFilesTest, RegistryPathOfFortyThousandCharactersIsNotFound) {
     const std::string path(40'000, 'x');
     setTitle("reg", "HKEY_CURRENT_USER/" + path);
-    EXPECT_THAT(passFromTheBeginning(), ElementsAreArray(bulkPassLines() + namedLines +
+    EXPECT_THAT(passFromTheBeginning(), ElementsAreArray(bulkPassLines(display()) + namedLines +
                                                          Lines{"Brisk : checking registry path '" + path + "'.",
                                                                "Brisk : RegOpenKeyEx failed. Error 87."} +
                                                          skippedLines));
@@ -116,8 +116,8 @@ TEST_F(HostileConfigurationFilesTest, StarIsTheOnlyFolderAmongThousandsOfFiles) 
     writeFile(file, "Width=1024\r\n");
     setTitle("txt", machine.narrow() + "\\Saves\\*\\Settings.ini");
     EXPECT_THAT(passFromTheBeginning(),
-                ElementsAreArray(bulkPassLines() + namedLines +
-                                 Lines{"Brisk : checking path '" + toNarrow(file) + "'."} + patchedLines));
+                ElementsAreArray(bulkPassLines(display()) + namedLines +
+                                 Lines{"Brisk : checking path '" + toNarrow(file) + "'."} + patchedPassLines));
     EXPECT_EQ(readFile(file), "Width=800\r\n");
 }
 
@@ -127,7 +127,7 @@ TEST_F(HostileConfigurationFilesTest, StarIsTheFirstOfThousandsOfFolders) {
         std::filesystem::create_directories(machine / "Saves" / ("profile" + std::to_string(100'000 + i)));
     }
     setTitle("txt", machine.narrow() + "\\Saves\\*\\Settings.ini");
-    EXPECT_THAT(passFromTheBeginning(), ElementsAreArray(bulkPassLines() + namedLines +
+    EXPECT_THAT(passFromTheBeginning(), ElementsAreArray(bulkPassLines(display()) + namedLines +
                                                          Lines{"Brisk : checking path '" + machine.narrow() +
                                                                    "\\Saves\\profile100000\\Settings.ini'.",
                                                                "Brisk : config not found."} +

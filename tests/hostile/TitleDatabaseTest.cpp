@@ -25,10 +25,7 @@ std::string manyTitles(std::size_t count, const std::string& publisher) {
 }
 
 Lines unusableLines(const Lines& loaderLines) {
-    Lines lines{"Brisk 1.09 : started"};
-    const Lines rest = startLines();
-    lines = lines + loaderLines + Lines(rest.begin() + 2, rest.end());
-    return lines + Lines{"Brisk : finished"};
+    return startLines({.database = loaderLines}) + Lines{"Brisk : finished"};
 }
 
 class HostileTitleDatabaseTest : public HostileFixture {
@@ -107,7 +104,7 @@ TEST_F(HostileTitleDatabaseTest, DatabaseOfManyMegabytesOfBracketsEndsTheService
     setDatabase(std::string(brackets, '['));
     EXPECT_EQ(startUntilItsEnd(), 1u);
     EXPECT_THAT(service.log(),
-                ElementsAre("Brisk 1.09 : started",
+                ElementsAre(startedLine(),
                             "Brisk : [json.exception.parse_error.101] parse error at line 1, column " +
                                 std::to_string(brackets + 1) +
                                 ": syntax error while parsing value - unexpected end of input; expected '[', '{', or "
@@ -133,9 +130,7 @@ TEST_F(HostileTitleDatabaseTest, TitleWithDeepNestingInEveryMemberIsServedWithou
     startStorm();
     service.post(BRISK_APP_STARTED, 7, 1);
     quitStorm();
-    EXPECT_THAT(log(), ElementsAre("Brisk : onAppStarted, p1 = 7, p2 = 0x1",
-                                   "Brisk : waiting for activation, GameID 7, PID 0x1", "Brisk : switch to WAITING_APP",
-                                   "Brisk : finished"));
+    EXPECT_THAT(log(), ElementsAreArray(acceptedLines(7, "0x1") + Lines{"Brisk : finished"}));
 }
 
 } // namespace

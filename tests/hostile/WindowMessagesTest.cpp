@@ -100,23 +100,15 @@ TEST_F(WindowMessagesTest, ServicesOwnMessagesWithOddParametersAreTakenFor32BitN
     service.resume();
     EXPECT_EQ(waitForStormsEnd(), 0u);
     printFigures({});
-    EXPECT_THAT(
-        log(),
-        ElementsAre("Brisk : onAppStarted, p1 = 4294967295, p2 = 0xffffffff",
-                    "Brisk : GameID 4294967295 is not supported. Skip.",
-                    "Brisk : onAppFinished, p1 = 18446744073709551615, p2 = 0xffffffffffffffff",
-                    "Brisk : got BRISK_APP_FINISHED message in IDLE state.", "Brisk : onResetPromptCounters",
-                    "Brisk : resetToastsAllowed : RegDeleteValue failed. Error 2.",
-                    "Brisk : resetToastsAllowed couldn't delete key",
-                    "Brisk : resetToastsShown : RegOpenKeyEx failed. Error 2.",
-                    "Brisk : resetToastsShown couldn't delete tree", "Brisk : onAppStarted, p1 = 1001, p2 = 0x89abcdef",
-                    "Brisk : waiting for activation, GameID 1001, PID 0x89abcdef", "Brisk : switch to WAITING_APP",
-                    "Brisk : onAppFinished, p1 = 6510615555426900570, p2 = 0x123456789abcdef", "Brisk : switch to IDLE",
-                    "Brisk : average fps = 0, intervals = 0", "Brisk : get current display info.",
-                    "Brisk : get current display info.", "Brisk : native resolution: 1024x768",
-                    "Brisk : aspect ratio: 0.75", "Brisk : get available display info modes.", displayModesLine(),
-                    "Brisk : optimal resolution: 800x600", "Brisk : insufficient data collected (0 intervals).",
-                    "Brisk : finished"));
+    EXPECT_THAT(log(),
+                ElementsAreArray(Lines{"Brisk : onAppStarted, p1 = 4294967295, p2 = 0xffffffff",
+                                       "Brisk : GameID 4294967295 is not supported. Skip.",
+                                       "Brisk : onAppFinished, p1 = 18446744073709551615, p2 = 0xffffffffffffffff",
+                                       "Brisk : got BRISK_APP_FINISHED message in IDLE state."} +
+                                 emptyResetLines() + acceptedLines(1001, "0x89abcdef") +
+                                 endedLines("p1 = 6510615555426900570, p2 = 0x123456789abcdef", "0", "0") +
+                                 Lines(2, "Brisk : get current display info.") + resolutionLines(display()) +
+                                 Lines{insufficientLine("0"), "Brisk : finished"}));
 }
 
 // As every message, WM_CLOSE goes to DefWindowProc, and a disabled window is no exception there: it is destroyed. The

@@ -6,8 +6,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 
-constexpr char kTitle[] = "Orlan Software: Meridian Edition Game Adjustments";
-
 class BulkPatchingTest : public ServiceFixture {
 protected:
     // Four titles in files of this machine's folder, in the order of the walk.
@@ -50,16 +48,16 @@ TEST_F(BulkPatchingTest, WholePassWithAFailureReportsEveryTitleThatWasFound) {
     toasts.waitForShows(2);
     service.quit();
     // The service's whole log.
-    EXPECT_THAT(service.log(), ElementsAreArray(startLines() + bulkPassLines() +
+    EXPECT_THAT(service.log(), ElementsAreArray(startLines() + bulkPassLines(display()) +
                                                 Lines{"Brisk : publisher: '', binary name: 'a.exe'.",
                                                       checkedPath("a"),
                                                       "Brisk : config found.",
-                                                      "Brisk : game setting '1024' is not optimal '800'.",
+                                                      notOptimalLine("1024", "800"),
                                                       "Brisk : failed to patch a.exe",
                                                       "Brisk : publisher: '', binary name: 'b.exe'.",
                                                       checkedPath("b"),
                                                       "Brisk : config found.",
-                                                      "Brisk : game setting '1024' is not optimal '800'.",
+                                                      notOptimalLine("1024", "800"),
                                                       "Brisk : 'Birch' optimized.",
                                                       "Brisk : patch marker set for b.exe",
                                                       "Brisk : publisher: '', binary name: 'c.exe'.",
@@ -72,27 +70,9 @@ TEST_F(BulkPatchingTest, WholePassWithAFailureReportsEveryTitleThatWasFound) {
                                                       "Brisk : config for d.exe was not found. Skip.",
                                                       "Brisk : Toast : Read more",
                                                       "Brisk : finished"}));
-    EXPECT_THAT(
-        shownToasts(),
-        ElementsAre(toastDocument(kTitle,
-                                  "Orlan Software: Meridian Edition has encountered some errors while adjusting "
-                                  "game settings. This may be resolved by starting and stopping the game, or by "
-                                  "changing graphics settings. ",
-                                  "<text></text>", {"Read More", "Dismiss"}),
-                    toastDocument(kTitle,
-                                  "Orlan Software: Meridian Edition made adjustments to improve your gaming "
-                                  "experience for:",
-                                  "<group><subgroup>"
-                                  "<text  hint-style=\"base\">Alder</text>\\n"
-                                  "<text  hint-style=\"captionSubtle\">An unexpected issue was encountered."
-                                  "</text>\\n"
-                                  "<text  hint-style=\"base\">Birch</text>\\n"
-                                  "<text  hint-style=\"captionSubtle\">Enabled LUMA using LUMA Sharp.</text>\\n"
-                                  "<text  hint-style=\"base\">Cedar</text>\\n"
-                                  "<text  hint-style=\"captionSubtle\">No additional adjustments required."
-                                  "</text>\\n"
-                                  "</subgroup></group>",
-                                  {})));
+    EXPECT_THAT(shownToasts(), ElementsAre(bulkFailedToast(), reportToast({{"Alder", kAdjustmentFailed},
+                                                                           {"Birch", enabledLuma("LUMA Sharp")},
+                                                                           {"Cedar", kNothingAdjusted}})));
     EXPECT_EQ(readFile(machine / "a.ini"), "Width=1024\r\n");
     EXPECT_EQ(readFile(machine / "b.ini"), "Width=800\r\n");
     EXPECT_EQ(stateValue("PatchedApps", "a.exe"), -1);
@@ -107,13 +87,7 @@ TEST_F(BulkPatchingTest, PassThatPatchesSaysSoAndDismissDoesNothing) {
     toasts.waitForShows(1);
     toasts.press(1, 1);
     service.quit();
-    // The hint's quotes make no attribute: they stand in a text.
-    EXPECT_THAT(shownToasts(),
-                ElementsAre(toastDocument(kTitle,
-                                          "Orlan Software: Meridian Edition made adjustments to improve your gaming "
-                                          "experience for some games.",
-                                          "<text>Use \"Read More\" to find details on the adjustments made.</text>",
-                                          {"Read More", "Dismiss"})));
+    EXPECT_THAT(shownToasts(), ElementsAre(bulkPatchedToast()));
     EXPECT_EQ(readFile(machine / "a.ini"), "Width=800\r\n");
 }
 
@@ -125,10 +99,7 @@ TEST_F(BulkPatchingTest, EverythingSetUpAlreadyIsSaidWithoutButtons) {
     service.post(BRISK_MASSIVE_PATCHING);
     toasts.waitForShows(1);
     service.quit();
-    EXPECT_THAT(shownToasts(), ElementsAre(toastDocument(kTitle,
-                                                         "Orlan Software: Meridian Edition has detected that optimal "
-                                                         "settings have already been applied for supported games.",
-                                                         "<text></text>", {})));
+    EXPECT_THAT(shownToasts(), ElementsAre(bulkNothingToDoToast()));
 }
 
 TEST_F(BulkPatchingTest, PatternThatIsNoRegularExpressionEndsTheServiceWithItsError) {

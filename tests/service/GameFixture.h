@@ -66,20 +66,22 @@ protected:
 
     std::filesystem::path settings() const { return machine / "Game" / "Settings.ini"; }
 
-    Lines announcedLines(const FakeGame& game) const {
-        const std::string id = toHexadecimal(game.processId());
-        return {"Brisk : onAppStarted, p1 = 1001, p2 = " + id, "Brisk : waiting for activation, GameID 1001, PID " + id,
-                "Brisk : switch to WAITING_APP"};
+    Lines announcedLines(const FakeGame& game) const { return acceptedLines(1001, toHexadecimal(game.processId())); }
+
+    static Lines lookedAtLines(const FakeGame& game) {
+        return {"Brisk : shouldStartTracking",
+                "Brisk : HWND = " + toHexadecimal(reinterpret_cast<std::uintptr_t>(game.window())),
+                "Brisk : PID = " + toHexadecimal(game.processId())};
+    }
+
+    Lines checkedLines(const std::string& publisher) const {
+        return {"Brisk : publisher: '" + publisher + "', binary name: 'StarlitHarbour.exe'.",
+                "Brisk : checking path '" + toNarrow(settings()) + "'."};
     }
 
     Lines foundLines(const FakeGame& game) const {
-        return {"Brisk : shouldStartTracking",
-                "Brisk : HWND = " + toHexadecimal(reinterpret_cast<std::uintptr_t>(game.window())),
-                "Brisk : PID = " + toHexadecimal(game.processId()),
-                "Brisk : publisher: 'Brackwater Games', binary name: 'StarlitHarbour.exe'.",
-                "Brisk : checking path '" + toNarrow(settings()) + "'.",
-                "Brisk : config found.",
-                "Brisk : switch to APP_WARMING"};
+        return lookedAtLines(game) + checkedLines("Brackwater Games") +
+               Lines{"Brisk : config found.", "Brisk : switch to APP_WARMING"};
     }
 
     static Lines measuredLines(const std::string& fps) { return measuredLines({fps, fps, fps, fps}); }
@@ -97,31 +99,24 @@ protected:
     }
 
     // nativeLines: what the question for the native mode logs.
-    static Lines finishedLines(const std::string& fps,
-                               const Lines& nativeLines = {"Brisk : get current display info."}) {
-        const Lines begin{"Brisk : onAppFinished, p1 = 5, p2 = 0x1f", "Brisk : switch to IDLE",
-                          "Brisk : average fps = " + fps + ", intervals = 4", "Brisk : get current display info."};
-        return begin + nativeLines +
-               Lines{"Brisk : native resolution: 1024x768", "Brisk : aspect ratio: 0.75",
-                     "Brisk : get available display info modes.", displayModesLine(),
-                     "Brisk : optimal resolution: 800x600"};
+    static Lines finishedLines(const std::string& fps, const Lines& nativeLines = {"Brisk : get current display info."},
+                               const std::string& samples = "4") {
+        return endedLines("p1 = 5, p2 = 0x1f", fps, samples) + Lines{"Brisk : get current display info."} +
+               nativeLines + resolutionLines(display());
     }
 
-    static Lines judgedLines(const std::string& shown, const std::string& ratio = "0.666667") {
-        return {"Brisk : FPS ratio to optimal is " + ratio,
-                "Brisk : shouldShowToast",
-                "Brisk : game setting '768' is not optimal '600'.",
-                "Brisk : titleManager.isTitleNeedToBeOptimized = 1",
-                "Brisk : areToastsAllowed = 1",
-                "Brisk : getNumberOfToastsShown = " + shown};
+    // The settings are to be adjusted.
+    static Lines slowLines(const std::string& ratio = "0.666667") {
+        return neededLines(ratio, {notOptimalLine("768", "600")});
     }
 
-    static std::string offer() {
-        return toastDocument("Orlan Software: Meridian Edition Suggested Game Settings",
-                             "Recommendations are available for Starlit Harbour to improve your gaming experience.",
-                             "<text>Enabled TANO for Starlit Harbour using 800x600.</text>",
-                             {"Configure Settings", "Not Now", "Don't ask again"});
+    static Lines judgedLines(const std::string& refusals, const std::string& ratio = "0.666667") {
+        return slowLines(ratio) + allowedLines(refusals);
     }
+
+    static Lines adjustedLines() { return configuredLines("Starlit Harbour", "StarlitHarbour.exe"); }
+
+    static std::string offer() { return offerToast("Starlit Harbour", enabledTano("800x600", "Starlit Harbour")); }
 
     // The lines of this game, after the start's.
     Lines log() const { return service.logFrom(linesBefore); }

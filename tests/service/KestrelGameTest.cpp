@@ -11,39 +11,36 @@ using ::testing::MatchesRegex;
 
 using kestrelstandin::KestrelStandin;
 
-const std::vector<std::string> kNativeLines{"Brisk : Kestrel primary display found.",
-                                            "Brisk : Kestrel native display features fetched."};
+const Lines kNativeLines{"Brisk : Kestrel primary display found.", "Brisk : Kestrel native display features fetched."};
 
-const std::vector<std::string> kKestrelStartLines{"Brisk 1.09 : started",
-                                                  "Brisk : titles DB processed.",
-                                                  "Brisk : access to the Windows Registry granted.",
-                                                  "Brisk : initializing GfxInfoKestrel.",
-                                                  "Brisk : initializing Kestrel.",
-                                                  "Brisk : Kestrel initialized.",
-                                                  "Brisk : get Kestrel performance monitoring services.",
-                                                  "Brisk : Kestrel performance monitoring services acquired."};
+Lines kestrelStartLines() {
+    return startLines(
+        {.graphics = {"Brisk : initializing GfxInfoKestrel.", "Brisk : initializing Kestrel.",
+                      "Brisk : Kestrel initialized.", "Brisk : get Kestrel performance monitoring services.",
+                      "Brisk : Kestrel performance monitoring services acquired."}});
+}
 
-const std::vector<std::string> kStartCalls{"KestrelQueryFullVersion -> 0", "KestrelQueryVersion -> 0",
-                                           "KestrelInitialize 0x000100000005001E -> 0",
-                                           "SystemServices.GetPerformanceMonitoringServices -> 0"};
+const Lines kStartCalls{"KestrelQueryFullVersion -> 0", "KestrelQueryVersion -> 0",
+                        "KestrelInitialize 0x000100000005001E -> 0",
+                        "SystemServices.GetPerformanceMonitoringServices -> 0"};
 
-const std::vector<std::string> kNativeCalls{"SystemServices.GetDesktopServices -> 0",
-                                            "DesktopServices.GetDesktops -> 0",
-                                            "DesktopList.At 0 -> 0",
-                                            "Desktop.GetTopLeft -> 0",
-                                            "Desktop.GetType -> 0",
-                                            "Desktop.GetDisplays -> 0",
-                                            "release Desktop",
-                                            "release DesktopList",
-                                            "DisplayList.At 0 -> 0",
-                                            "Display.GetNativeResolution -> 0",
-                                            "Display.GetRefreshRate -> 0",
-                                            "release Display",
-                                            "release DisplayList",
-                                            "release DesktopServices"};
+const Lines kNativeCalls{"SystemServices.GetDesktopServices -> 0",
+                         "DesktopServices.GetDesktops -> 0",
+                         "DesktopList.At 0 -> 0",
+                         "Desktop.GetTopLeft -> 0",
+                         "Desktop.GetType -> 0",
+                         "Desktop.GetDisplays -> 0",
+                         "release Desktop",
+                         "release DesktopList",
+                         "DisplayList.At 0 -> 0",
+                         "Display.GetNativeResolution -> 0",
+                         "Display.GetRefreshRate -> 0",
+                         "release Display",
+                         "release DisplayList",
+                         "release DesktopServices"};
 
-const std::vector<std::string> kEndCalls{"release PerformanceMonitoringServices", "release SystemServices",
-                                         "KestrelTerminate -> 0, 0 live", "unload, 0 live"};
+const Lines kEndCalls{"release PerformanceMonitoringServices", "release SystemServices",
+                      "KestrelTerminate -> 0, 0 live", "unload, 0 live"};
 
 // The calls of that many frame rates.
 std::vector<std::string> samples(unsigned count) {
@@ -72,15 +69,11 @@ TEST_F(KestrelGameTest, WholeGameIsMeasuredAndJudgedByTheRoundedRefreshRate) {
     toasts.waitForShows(1);
     toasts.press(1, 0);
     EXPECT_EQ(service.quit(), 0u);
-    Lines firstEnd = finishedLines("100", kNativeLines);
-    firstEnd[2] = "Brisk : average fps = 100, intervals = 3";
-    EXPECT_THAT(service.log(),
-                ElementsAreArray(kKestrelStartLines + tooFew + firstEnd +
-                                 Lines{"Brisk : insufficient data collected (3 intervals)."} + announcedLines(game) +
-                                 foundLines(game) + measuredLines("60") + finishedLines("60", kNativeLines) +
-                                 judgedLines("0", "0.416667") + // 60 of 144
-                                 Lines{"Brisk : Toast : Configure Settings", "Brisk : 'Starlit Harbour' optimized.",
-                                       "Brisk : patch marker set for StarlitHarbour.exe", "Brisk : finished"}));
+    EXPECT_THAT(service.log(), ElementsAreArray(kestrelStartLines() + tooFew + finishedLines("100", kNativeLines, "3") +
+                                                Lines{insufficientLine("3")} + announcedLines(game) + foundLines(game) +
+                                                measuredLines("60") + finishedLines("60", kNativeLines) +
+                                                judgedLines("0", "0.416667") + // 60 of 144
+                                                adjustedLines() + Lines{"Brisk : finished"}));
     EXPECT_THAT(shownToasts(), ElementsAre(offer()));
     EXPECT_EQ(readFile(settings()), kAdjustedSettings);
     // The whole use of the library: started once, stopped when the service ended, every interface released.
@@ -96,16 +89,14 @@ TEST_F(KestrelGameTest, FrameRateThatCannotBeMeasuredIsNoSample) {
     FakeGame game(program);
     play(game);
     EXPECT_EQ(service.quit(), 0u);
-    Lines end = finishedLines("40", kNativeLines);
-    end[2] = "Brisk : average fps = 40, intervals = 2";
     EXPECT_THAT(
         service.log(),
-        ElementsAreArray(kKestrelStartLines + announcedLines(game) + foundLines(game) +
+        ElementsAreArray(kestrelStartLines() + announcedLines(game) + foundLines(game) +
                          Lines{"Brisk : switch to TRACKING", "Brisk : FPS = 40",
                                "Brisk : failed to get current FPS from Kestrel.", "Brisk : FPS = 0",
                                "Brisk : failed to get FPS data from Kestrel.", "Brisk : FPS = 0",
                                "Brisk : switch to NOT_TRACKING", "Brisk : switch to TRACKING", "Brisk : FPS = 40"} +
-                         end + Lines{"Brisk : insufficient data collected (2 intervals).", "Brisk : finished"}));
+                         finishedLines("40", kNativeLines, "2") + Lines{insufficientLine("2"), "Brisk : finished"}));
     EXPECT_THAT(shownToasts(), IsEmpty());
 }
 
@@ -115,11 +106,13 @@ TEST_F(KestrelGameTest, DisplayThatIsSpannedStopsTheJudgement) {
     FakeGame game(program);
     play(game);
     service.quit();
-    Lines end = finishedLines(
-        "40", {"Brisk : SPANVIEW mode detected on a desktop.", "Brisk : failed to get Kestrel display list."});
-    end.resize(end.size() - 5); // up to the native resolution, which is unknown
-    const Lines expected = kKestrelStartLines + announcedLines(game) + foundLines(game) + measuredLines("40") + end +
-                           Lines{"Brisk : native resolution: 0x0", "",
+    const Lines expected = kestrelStartLines() + announcedLines(game) + foundLines(game) + measuredLines("40") +
+                           endedLines("p1 = 5, p2 = 0x1f", "40", "4") +
+                           Lines{"Brisk : get current display info.",
+                                 "Brisk : SPANVIEW mode detected on a desktop.",
+                                 "Brisk : failed to get Kestrel display list.",
+                                 "Brisk : native resolution: 0x0",
+                                 "",
                                  "Brisk : current display resolution is different to native display resolution. Skip.",
                                  "Brisk : finished"};
     Lines log = service.log();

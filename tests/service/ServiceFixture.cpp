@@ -52,36 +52,14 @@ std::int64_t ServiceFixture::stateValue(const std::string& subkey, const std::st
                : -1;
 }
 
-std::vector<std::string> startLines() {
-    return {"Brisk 1.09 : started",
-            "Brisk : titles DB processed.",
-            "Brisk : access to the Windows Registry granted.",
-            "Brisk : initializing GfxInfoKestrel.",
-            "Brisk : initializing Kestrel.",
-            "Brisk : failed to initialize Kestrel.",
-            "Brisk : initializing GfxInfoGen.",
-            "Brisk : get current display info."};
-}
-
-std::string displayModesLine() {
+Display display() {
     DEVMODEA mode{};
     mode.dmSize = sizeof mode;
     DWORD count = 0;
     while (EnumDisplaySettingsA(nullptr, count, &mode)) {
         ++count;
     }
-    return "Brisk : found " + std::to_string(count) + " display modes.";
-}
-
-std::vector<std::string> bulkPassLines() {
-    return {"Brisk : onMassivePatching",
-            "Brisk : doMassivePatching",
-            "Brisk : get current display info.",
-            "Brisk : native resolution: 1024x768",
-            "Brisk : aspect ratio: 0.75",
-            "Brisk : get available display info modes.",
-            displayModesLine(),
-            "Brisk : optimal resolution: 800x600"};
+    return {"1024x768", "0.75", count, "800x600"};
 }
 
 } // namespace brisk::testing

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "service/Service.h"
-#include "support/ToastXml.h"
+#include "support/ExpectedLines.h"
+#include "support/ExpectedToasts.h"
 #include "support/notifications/NotificationStandinControl.h"
 
 #include <gmock/gmock.h>
@@ -25,13 +26,7 @@ protected:
     standin::NotificationStandinControl toasts;
 };
 
-// The lines of a start that goes well, up to the message loop.
-std::vector<std::string> startLines();
-
-// The line that counts the primary display's modes.
-std::string displayModesLine();
-
-// The lines of a bulk pass, up to the first title's own.
-std::vector<std::string> bulkPassLines();
+// Wine's own; how many modes it has is the machine's.
+Display display();
 
 } // namespace brisk::testing

@@ -1,7 +1,7 @@
 // The state that the product keeps for the whole process, except the log's and the toasts'.
 #pragma once
 
-#include "base/RunTimeParameters.h"
+#include "support/ExpectedParameters.h"
 #include "tracking/Services.h"
 #include "tracking/Tracking.h"
 
@@ -22,12 +22,7 @@ inline void renewProcessState() {
     gfxInfo.reset();
     trackingState = TrackingState::Idle;
     resetTrackingContext();
-    NumberOfIntervalsForWarming = 120;
-    NumberOfIntervalsForTracking = 30;
-    NumberOfIntervalsForNotTracking = 120;
-    NumberOfTrackingIntervalsToBeValid = 120;
-    fpsOverride.reset();
-    logToFile.reset();
+    resetParameters();
 }
 
 } // namespace brisk::testing

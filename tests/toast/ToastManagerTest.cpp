@@ -1,5 +1,6 @@
 #include "toast/ToastManager.h"
 
+#include "base/Version.h"
 #include "toast/ToastFixture.h"
 
 namespace brisk {
@@ -38,7 +39,7 @@ TEST_F(ToastManagerTest, FirstAccessRegistersTheServicesIdentity) {
                                 return S_OK;
                             }));
     ToastManager::instance();
-    EXPECT_EQ(id, L"Orlan.Experience.Brisk.1.09");
+    EXPECT_EQ(id, L"Orlan.Experience.Brisk." BRISK_VERSION);
     EXPECT_TRUE(std::filesystem::exists(machine.path() / "Microsoft" / "Windows" / "Start Menu" / "Programs" /
                                         L"Orlan Software\uA789 Meridian Edition" /
                                         "Orlan Game Performance Monitoring.lnk"));
@@ -88,7 +89,7 @@ TEST_F(ToastManagerTest, ToastIsShownWithItsTextsAndButtons) {
 
 TEST_F(ToastManagerTest, ToastIsShownUnderTheServicesIdentity) {
     ToastManager::instance()->show("", "T", "S", "B", {});
-    EXPECT_THAT(takeRecord(), Contains("CreateToastNotifierWithId Orlan.Experience.Brisk.1.09"));
+    EXPECT_THAT(takeRecord(), Contains("CreateToastNotifierWithId Orlan.Experience.Brisk." BRISK_VERSION));
 }
 
 TEST_F(ToastManagerTest, PressOfTheSecondButtonRunsOnlyItsCallbackAndReleasesTheToast) {

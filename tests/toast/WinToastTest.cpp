@@ -42,7 +42,7 @@ protected:
 };
 
 TEST_F(WinToastTest, AppUserModelIdIsTheFourPartsJoinedWithFullStops) {
-    EXPECT_EQ(WinToast::configureAUMI(L"Orlan", L"Experience", L"Brisk", L"1.09"), L"Orlan.Experience.Brisk.1.09");
+    EXPECT_EQ(WinToast::configureAUMI(L"Orlan", L"Experience", L"Brisk", L"1.10"), L"Orlan.Experience.Brisk.1.10");
 }
 
 TEST_F(WinToastTest, EveryFailureToInitializeHasItsErrorCode) {

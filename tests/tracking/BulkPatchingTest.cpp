@@ -10,29 +10,24 @@
 namespace brisk {
 namespace {
 
+using testing::enabledLuma;
+using testing::enabledTano;
+using testing::kAdjustmentsTitle;
+using testing::kNothingAdjusted;
+using testing::kReportSubtitle;
 using testing::Lines;
+using testing::notOptimalLine;
 using testing::operator+;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 using testing::plainToast;
+using testing::reportToast;
 using testing::toastDocument;
 
-constexpr char kTitle[] = "Orlan Software: Meridian Edition Game Adjustments";
-constexpr char kSomeFailed[] =
-    "Orlan Software: Meridian Edition has encountered some errors while adjusting game settings. This may be resolved "
-    "by starting and stopping the game, or by changing graphics settings. ";
-constexpr char kReportSubtitle[] =
-    "Orlan Software: Meridian Edition made adjustments to improve your gaming experience for:";
-
-std::string pair(const std::string& title, const std::string& detail) {
-    return R"(<text  hint-style="base">)" + title + R"(</text>\n<text  hint-style="captionSubtle">)" + detail +
-           R"(</text>\n)";
-}
-
-std::string reportToast(const std::string& pairs) {
-    return toastDocument(kTitle, kReportSubtitle, "<group><subgroup>" + pairs + "</subgroup></group>", {});
-}
+// The titles of loadFive that are found.
+const testing::Report kThreeReported{
+    {"Alder", enabledTano("1280x720")}, {"Birch", enabledLuma("LUMA Sharp")}, {"Cedar", kNothingAdjusted}};
 
 class BulkPatchingTest : public testing::ServicesFixture {
 protected:
@@ -66,9 +61,7 @@ protected:
     Lines foundLines(const std::string& name) const { return findingLines(name) + Lines{"Brisk : config found."}; }
 
     Lines patchedLines(const std::string& name, const std::string& title) const {
-        return foundLines(name) + Lines{"Brisk : game setting '1920' is not optimal '1280'.",
-                                        "Brisk : '" + title + "' optimized.",
-                                        "Brisk : patch marker set for " + name + ".exe"};
+        return foundLines(name) + Lines{notOptimalLine("1920", "1280")} + testing::patchedLines(title, name + ".exe");
     }
 
     Lines doneLines(const std::string& name) const {
@@ -81,8 +74,8 @@ protected:
     }
 
     static Lines beginLines() {
-        return {"Brisk : onMassivePatching", "Brisk : doMassivePatching", "Brisk : native resolution: 1920x1080",
-                "Brisk : aspect ratio: 0.5625"};
+        return Lines{"Brisk : onMassivePatching", "Brisk : doMassivePatching"} +
+               nativeResolutionLines(testing::kDisplay);
     }
 
     // Lets the file be read but not written while it lives.
@@ -108,22 +101,14 @@ TEST_F(BulkPatchingTest, PassVisitsEveryTitleInTheOrderOfExecutableNamesAndPatch
     EXPECT_EQ(stateValue("PatchedApps", "a.exe"), 1);
     EXPECT_EQ(stateValue("PatchedApps", "b.exe"), 1);
     EXPECT_EQ(stateValue("PatchedApps", "c.exe"), -1);
-    EXPECT_THAT(
-        toasts.shown(),
-        ElementsAre(toastDocument(
-            kTitle,
-            "Orlan Software: Meridian Edition made adjustments to improve your gaming experience for some "
-            "games.",
-            R"(<text>Use "Read More" to find details on the adjustments made.</text>)", {"Read More", "Dismiss"})));
+    EXPECT_THAT(toasts.shown(), ElementsAre(testing::bulkPatchedToast()));
 }
 
 TEST_F(BulkPatchingTest, ReportTellsOfEveryTitleThatWasFound) {
     loadFive();
     std::string report;
     EXPECT_EQ(doMassivePatching(report), BulkOutcome::Patched);
-    EXPECT_EQ(report, "Alder\nEnabled TANO using 1280x720.\n"
-                      "Birch\nEnabled LUMA using LUMA Sharp.\n"
-                      "Cedar\nNo additional adjustments required.\n");
+    EXPECT_EQ(report, testing::reportText(kThreeReported));
 }
 
 TEST_F(BulkPatchingTest, OutcomesAreTheNumbersFromZeroToThree) {
@@ -145,10 +130,8 @@ TEST_F(BulkPatchingTest, ReadMoreShowsTheReportInPlaceOfTheOutcome) {
     log.take();
     toasts.control.press(1, 0);
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Read more"));
-    EXPECT_EQ(toasts.shown().at(1), reportToast(pair("Alder", "Enabled TANO using 1280x720.") +
-                                                pair("Birch", "Enabled LUMA using LUMA Sharp.") +
-                                                pair("Cedar", "No additional adjustments required.")));
-    EXPECT_THAT(toasts.control.list(), ElementsAre(std::string("2 screen ") + kTitle));
+    EXPECT_EQ(toasts.shown().at(1), reportToast(kThreeReported));
+    EXPECT_THAT(toasts.control.list(), ElementsAre(std::string("2 screen ") + kAdjustmentsTitle));
 }
 
 TEST_F(BulkPatchingTest, DismissOnlyClosesTheToast) {
@@ -167,9 +150,7 @@ TEST_F(BulkPatchingTest, DismissedOutcomeStillReadsMoreLaterWhateverHappenedToTh
     writeWidth("a", "1920");
     loadTitles({textTitle("Other", "o.exe", "o.ini")});
     EXPECT_EQ(toasts.control.press(1, 0).result, S_OK);
-    EXPECT_EQ(toasts.shown().at(1), reportToast(pair("Alder", "Enabled TANO using 1280x720.") +
-                                                pair("Birch", "Enabled LUMA using LUMA Sharp.") +
-                                                pair("Cedar", "No additional adjustments required.")));
+    EXPECT_EQ(toasts.shown().at(1), reportToast(kThreeReported));
 }
 
 TEST_F(BulkPatchingTest, EverythingSetUpAlreadyGivesOutcomeOneAlthoughTheReportHasAPairPerTitle) {
@@ -178,20 +159,16 @@ TEST_F(BulkPatchingTest, EverythingSetUpAlreadyGivesOutcomeOneAlthoughTheReportH
     writeWidth("b", "1280");
     std::string report;
     EXPECT_EQ(doMassivePatching(report), BulkOutcome::NothingToDo);
-    EXPECT_EQ(report, "Alder\nNo additional adjustments required.\nBirch\nNo additional adjustments required.\n"
-                      "Cedar\nNo additional adjustments required.\n");
+    EXPECT_EQ(report, testing::reportText(
+                          {{"Alder", kNothingAdjusted}, {"Birch", kNothingAdjusted}, {"Cedar", kNothingAdjusted}}));
     onMassivePatching();
-    EXPECT_THAT(toasts.shown(),
-                ElementsAre(plainToast(kTitle, "Orlan Software: Meridian Edition has detected that optimal settings "
-                                               "have already been applied for supported games.")));
+    EXPECT_THAT(toasts.shown(), ElementsAre(testing::bulkNothingToDoToast()));
 }
 
 TEST_F(BulkPatchingTest, EmptyTitleListGivesOutcomeOneAndAnEmptyReport) {
     onMassivePatching();
     EXPECT_THAT(log.take(), ElementsAreArray(beginLines()));
-    EXPECT_THAT(toasts.shown(),
-                ElementsAre(plainToast(kTitle, "Orlan Software: Meridian Edition has detected that optimal settings "
-                                               "have already been applied for supported games.")));
+    EXPECT_THAT(toasts.shown(), ElementsAre(testing::bulkNothingToDoToast()));
     std::string report;
     EXPECT_EQ(doMassivePatching(report), BulkOutcome::NothingToDo);
     EXPECT_EQ(report, "");
@@ -204,9 +181,7 @@ TEST_F(BulkPatchingTest, MissingOptimalResolutionStopsBeforeAnyTitleIsTouched) {
     EXPECT_THAT(log.take(),
                 ElementsAreArray(beginLines() + Lines{"Brisk : couldn't get optimal display resolution. Skip."}));
     EXPECT_EQ(read("b"), "Width=1920\r\n"); // not even one with LUMA
-    EXPECT_THAT(toasts.shown(), ElementsAre(plainToast(kTitle, "Game adjustments have not been applied due to an "
-                                                               "unexpected issue while obtaining the optimal "
-                                                               "configuration.")));
+    EXPECT_THAT(toasts.shown(), ElementsAre(testing::noOptimalConfigurationToast()));
 }
 
 TEST_F(BulkPatchingTest, MissingOptimalResolutionKeepsThatOfBeforeWhileTheNativeOneIsNew) {
@@ -229,12 +204,11 @@ TEST_F(BulkPatchingTest, MarkerThatCannotBeSetCountsAsPatched) {
     RegSetValueExAFault.fail(ERROR_ACCESS_DENIED);
     std::string report;
     EXPECT_EQ(doMassivePatching(report), BulkOutcome::Patched);
-    EXPECT_EQ(report, "Alder\nEnabled TANO using 1280x720.\n");
+    EXPECT_EQ(report, testing::reportText({{"Alder", enabledTano("1280x720")}}));
     Lines lines = beginLines();
     lines.erase(lines.begin());
     EXPECT_THAT(log.take(), ElementsAreArray(lines + foundLines("a") +
-                                             Lines{"Brisk : game setting '1920' is not optimal '1280'.",
-                                                   "Brisk : 'Alder' optimized.",
+                                             Lines{notOptimalLine("1920", "1280"), "Brisk : 'Alder' optimized.",
                                                    "Brisk : setPatched : RegSetValueEx failed. Error 5.",
                                                    "Brisk : failed to set patch marker for a.exe"}));
     EXPECT_EQ(stateValue("PatchedApps", "a.exe"), -1);
@@ -245,20 +219,19 @@ TEST_F(BulkPatchingTest, OneFailedTitleGivesTheErrorToastWhoseReportStillListsTh
     const UniqueHandle editor = protect(folder / "a.ini");
     onMassivePatching();
     EXPECT_THAT(log.take(),
-                ElementsAreArray(
-                    beginLines() + foundLines("a") +
-                    Lines{"Brisk : game setting '1920' is not optimal '1280'.", "Brisk : failed to patch a.exe"} +
-                    patchedLines("b", "Birch") + doneLines("c") + missingLines("d") +
-                    Lines{"Brisk : publisher: '', binary name: 'e.exe'.", "Brisk : checking path '%APPDIR%\\e.ini'.",
-                          "Brisk : config not found.", "Brisk : config for e.exe was not found. Skip."}));
+                ElementsAreArray(beginLines() + foundLines("a") +
+                                 Lines{notOptimalLine("1920", "1280"), "Brisk : failed to patch a.exe"} +
+                                 patchedLines("b", "Birch") + doneLines("c") + missingLines("d") +
+                                 Lines{"Brisk : publisher: '', binary name: 'e.exe'.",
+                                       "Brisk : checking path '%APPDIR%\\e.ini'.", "Brisk : config not found.",
+                                       "Brisk : config for e.exe was not found. Skip."}));
     EXPECT_EQ(stateValue("PatchedApps", "a.exe"), -1);
     EXPECT_EQ(read("b"), "Width=1280\r\n");
     toasts.control.press(1, 0);
     EXPECT_THAT(toasts.shown(),
-                ElementsAre(toastDocument(kTitle, kSomeFailed, "<text></text>", {"Read More", "Dismiss"}),
-                            reportToast(pair("Alder", "An unexpected issue was encountered.") +
-                                        pair("Birch", "Enabled LUMA using LUMA Sharp.") +
-                                        pair("Cedar", "No additional adjustments required."))));
+                ElementsAre(testing::bulkFailedToast(), reportToast({{"Alder", testing::kAdjustmentFailed},
+                                                                     {"Birch", enabledLuma("LUMA Sharp")},
+                                                                     {"Cedar", kNothingAdjusted}})));
 }
 
 TEST_F(BulkPatchingTest, OnlyTheNativeModeIsAskedForAndNotCompared) {
@@ -320,15 +293,14 @@ TEST_F(BulkPatchingTest, BrokenPatternEndsThePassWithAnException) {
 
 TEST_F(BulkPatchingTest, ReportOfManyTitlesIsOneToast) {
     readMore("A\n1\nB\n2\nC\n3\nD\n4\n");
-    EXPECT_THAT(toasts.shown(), ElementsAre(reportToast(pair("A", "1") + pair("B", "2") + pair("C", "3") +
-                                                        "</subgroup></group><group><subgroup>" + pair("D", "4"))));
+    EXPECT_THAT(toasts.shown(), ElementsAre(reportToast({{"A", "1"}, {"B", "2"}, {"C", "3"}, {"D", "4"}})));
 }
 
 TEST_F(BulkPatchingTest, ReportOfOneLineIsAPlainBody) {
     readMore("Alder");
     readMore("");
-    EXPECT_THAT(toasts.shown(), ElementsAre(toastDocument(kTitle, kReportSubtitle, "<text>Alder</text>", {}),
-                                            plainToast(kTitle, kReportSubtitle)));
+    EXPECT_THAT(toasts.shown(), ElementsAre(toastDocument(kAdjustmentsTitle, kReportSubtitle, "<text>Alder</text>", {}),
+                                            plainToast(kAdjustmentsTitle, kReportSubtitle)));
 }
 
 TEST_F(BulkPatchingTest, ReportWithAnUnevenNumberOfLinesCannotBeShown) {

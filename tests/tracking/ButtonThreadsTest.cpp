@@ -10,9 +10,12 @@ namespace {
 using ::testing::Contains;
 using testing::Desktop;
 using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 using testing::Gate;
 using ::testing::IsEmpty;
 using testing::kTemptation;
+using testing::Lines;
+using testing::operator+;
 using ::testing::StartsWith;
 
 class ButtonThreadsTest : public testing::ButtonThreadsFixture {};
@@ -77,7 +80,7 @@ TEST_F(ButtonThreadsTest, ToastsAreClearedDuringAPressThatShowsItsOwn) {
     EXPECT_THAT(log.take(),
                 ElementsAre("Brisk : Toast : Configure Settings", "Brisk : setValue failed for 'A'. Error 5.",
                             "Brisk : setValue failed for 'B'. Error 5.", "Brisk : failed to patch game.exe"));
-    EXPECT_THAT(toasts.shown(), ElementsAre(offer(), errorToast()));
+    EXPECT_THAT(toasts.shown(), ElementsAre(offer(), testing::gameFailedToast()));
     clearToasts();
     EXPECT_TRUE(toasts.control.list().empty());
 }
@@ -97,8 +100,7 @@ TEST_F(ButtonThreadsTest, PressThatWasUnderWayWhenItsToastWasClearedStillActs) {
     gate.open();
     expectDone(first);
     expectDone(second);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Not now", "Brisk : increment toasts counter for game.exe",
-                                        "Brisk : second"));
+    EXPECT_THAT(log.take(), ElementsAreArray(testing::notNowLines("game.exe") + Lines{"Brisk : second"}));
 }
 
 TEST_F(ButtonThreadsTest, ClearedToastCannotBePressed) {
@@ -118,10 +120,8 @@ TEST_F(ButtonThreadsTest, TwoPressesOfOneToastActTwice) {
     EXPECT_EQ(stateValue("ToastsShown", "game.exe"), 2);
     EXPECT_EQ(toasts.control.press(1, kConfigure).result, S_OK);
     EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Not now", "Brisk : increment toasts counter for game.exe",
-                                        "Brisk : Toast : Not now", "Brisk : increment toasts counter for game.exe",
-                                        "Brisk : Toast : Configure Settings", "Brisk : 'The Game' optimized.",
-                                        "Brisk : patch marker set for game.exe"));
+    const Lines notNow = testing::notNowLines("game.exe");
+    EXPECT_THAT(log.take(), ElementsAreArray(notNow + notNow + testing::configuredLines("The Game", "game.exe")));
 }
 
 TEST_F(ButtonThreadsTest, DismissedToastActsWhenItIsPressedLater) {
@@ -134,8 +134,7 @@ TEST_F(ButtonThreadsTest, DismissedToastActsWhenItIsPressedLater) {
     EXPECT_THAT(toasts.control.list(), ElementsAre(StartsWith(std::string("2 centre ") + testing::kOfferTitle)));
     log.take();
     EXPECT_EQ(toasts.control.press(2, kConfigure).result, S_OK);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : 'The Game' optimized.",
-                                        "Brisk : patch marker set for game.exe"));
+    EXPECT_THAT(log.take(), ElementsAreArray(testing::configuredLines("The Game", "game.exe")));
     EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
 }
 

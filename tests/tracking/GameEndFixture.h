@@ -7,11 +7,6 @@
 
 namespace brisk::testing {
 
-inline constexpr char kOfferTitle[] = "Orlan Software: Meridian Edition Suggested Game Settings";
-inline constexpr char kAdjustmentsTitle[] = "Orlan Software: Meridian Edition Game Adjustments";
-inline constexpr char kOfferSubtitle[] =
-    "Recommendations are available for The Game to improve your gaming experience.";
-
 // A game that is being tracked, at its end: 120 samples at 40 frames per second, 60 Hz, a width to adjust.
 class GameEndFixture : public ServicesFixture {
 protected:
@@ -47,31 +42,19 @@ protected:
     }
 
     static Lines finishedLines(const std::string& average = "40", const std::string& samples = "120") {
-        return {"Brisk : onAppFinished, p1 = 5, p2 = 0x1f", "Brisk : switch to IDLE",
-                "Brisk : average fps = " + average + ", intervals = " + samples, "Brisk : native resolution: 1920x1080",
-                "Brisk : aspect ratio: 0.5625"};
+        return endedLines("p1 = 5, p2 = 0x1f", average, samples) + nativeResolutionLines(kDisplay);
     }
 
-    static Lines neededLines(const std::string& ratio = "0.666667") {
-        return {"Brisk : FPS ratio to optimal is " + ratio, "Brisk : shouldShowToast",
-                "Brisk : game setting '1920' is not optimal '1280'.",
-                "Brisk : titleManager.isTitleNeedToBeOptimized = 1"};
+    // The game is too slow and its width is to be adjusted.
+    static Lines slowLines(const std::string& ratio = "0.666667") {
+        return neededLines(ratio, {notOptimalLine("1920", "1280")});
     }
 
-    static Lines allowedLines(const std::string& shown = "0") {
-        return {"Brisk : areToastsAllowed = 1", "Brisk : getNumberOfToastsShown = " + shown};
+    static Lines judgedLines(const std::string& refusals = "0", const std::string& ratio = "0.666667") {
+        return slowLines(ratio) + allowedLines(refusals);
     }
 
-    static std::string offer(const std::string& detail = "Enabled TANO for The Game using 1280x720.") {
-        return toastDocument(kOfferTitle, kOfferSubtitle, "<text>" + detail + "</text>",
-                             {"Configure Settings", "Not Now", "Don't ask again"});
-    }
-
-    static std::string errorToast() {
-        return plainToast(kAdjustmentsTitle,
-                          "Orlan Software: Meridian Edition has encountered some errors while adjusting game settings. "
-                          "This may be resolved by starting and stopping the game, or by changing graphics settings.");
-    }
+    static std::string offer() { return offerToast("The Game", enabledTano("1280x720", "The Game")); }
 
     // Finishes the game, which is offered, and forgets the lines.
     void finishWithOffer() {

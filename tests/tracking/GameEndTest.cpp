@@ -8,20 +8,18 @@ namespace brisk {
 namespace {
 
 using testing::Desktop;
-using testing::kAdjustmentsTitle;
 using testing::Lines;
 using testing::operator+;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
-using testing::plainToast;
 
 class GameEndTest : public testing::GameEndFixture {};
 
 TEST_F(GameEndTest, SlowGameIsOfferedWithEveryLineInOrder) {
     finish();
-    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() + allowedLines()));
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + judgedLines()));
     EXPECT_THAT(toasts.shown(), ElementsAre(offer()));
     EXPECT_THAT(gfx->questions, ElementsAre("current", "native", "optimal"));
     EXPECT_EQ(gfx->reference, (DisplayInfo{1920, 1080, 32, 60}));
@@ -99,9 +97,7 @@ TEST_F(GameEndTest, MissingOptimalResolutionIsToldInAToastOfItsOwn) {
     finish();
     EXPECT_THAT(log.take(), ElementsAreArray(finishedLines("40", "0") +
                                              Lines{"Brisk : couldn't get optimal display resolution. Skip."}));
-    EXPECT_EQ(toasts.shown().at(1), plainToast(kAdjustmentsTitle, "Game adjustments have not been applied due to an "
-                                                                  "unexpected issue while obtaining the optimal "
-                                                                  "configuration."));
+    EXPECT_EQ(toasts.shown().at(1), testing::noOptimalConfigurationToast());
     EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Hide 1", "Show 2"));
 }
 
@@ -109,13 +105,11 @@ TEST_F(GameEndTest, LumaTitleNeedsNoOptimalResolution) {
     loadLumaGame();
     gfx->optimal = {};
     finish();
-    EXPECT_THAT(log.take(),
-                ElementsAreArray(finishedLines() +
-                                 Lines{"Brisk : FPS ratio to optimal is 0.666667", "Brisk : shouldShowToast",
-                                       "Brisk : game setting 'Off' is not optimal 'On'.",
-                                       "Brisk : titleManager.isTitleNeedToBeOptimized = 1"} +
-                                 allowedLines()));
-    EXPECT_THAT(toasts.shown(), ElementsAre(offer("Enabled LUMA for The Game using LUMA Quality.")));
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() +
+                                             testing::neededLines("0.666667", {testing::notOptimalLine("Off", "On")}) +
+                                             testing::allowedLines("0")));
+    EXPECT_THAT(toasts.shown(),
+                ElementsAre(testing::offerToast("The Game", testing::enabledLuma("LUMA Quality", "The Game"))));
 }
 
 TEST_F(GameEndTest, ResolutionsOfTheDatabaseAreThoseOfThisEvaluation) {
@@ -187,8 +181,7 @@ TEST_F(GameEndTest, NoStopButThatOfTheMissingResolutionTouchesTheToasts) {
 TEST_F(GameEndTest, TooFewSamplesAreInsufficientAndJustEnoughAreNot) {
     trackingContext.sampleCount = 119;
     finish();
-    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines("40", "119") +
-                                             Lines{"Brisk : insufficient data collected (119 intervals)."}));
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines("40", "119") + Lines{testing::insufficientLine("119")}));
     EXPECT_THAT(toasts.events(), IsEmpty());
     NumberOfTrackingIntervalsToBeValid = 119;
     trackingState = TrackingState::WaitingApp;
@@ -207,14 +200,14 @@ TEST_F(GameEndTest, RatioOfExactly085GivesNoOfferAndOneOf0849Does) {
     EXPECT_THAT(toasts.events(), IsEmpty());
     playAt(849);
     finish();
-    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines("849") + neededLines("0.849") + allowedLines()));
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines("849") + judgedLines("0", "0.849")));
     EXPECT_THAT(toasts.shown(), ElementsAre(offer()));
 }
 
 TEST_F(GameEndTest, FiftyFramesOnA60HzDisplayAreTooFew) {
     playAt(50);
     finish();
-    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines("50") + neededLines("0.833333") + allowedLines()));
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines("50") + judgedLines("0", "0.833333")));
     EXPECT_THAT(toasts.shown(), ElementsAre(offer()));
 }
 
@@ -233,30 +226,27 @@ TEST_F(GameEndTest, UnknownRefreshRateGivesNoOffer) {
 TEST_F(GameEndTest, GameWithItsBestSettingsIsNotOffered) {
     testing::writeFile(settings(), "Width=1280\r\n");
     finish();
-    EXPECT_THAT(
-        log.take(),
-        ElementsAreArray(finishedLines() + Lines{"Brisk : FPS ratio to optimal is 0.666667", "Brisk : shouldShowToast",
-                                                 "Brisk : titleManager.isTitleNeedToBeOptimized = 0"}));
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + testing::neededLines("0.666667", {})));
     EXPECT_THAT(toasts.events(), IsEmpty());
 }
 
 TEST_F(GameEndTest, NothingIsOfferedAfterDontAskAgain) {
     disallowToasts();
     finish();
-    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() + Lines{"Brisk : areToastsAllowed = 0"}));
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + slowLines() + Lines{"Brisk : areToastsAllowed = 0"}));
     EXPECT_THAT(toasts.events(), IsEmpty());
 }
 
 TEST_F(GameEndTest, TwoRefusalsStillLetTheOfferBeMadeAndThreeDoNot) {
     refuse(2);
     finish();
-    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() + allowedLines("2")));
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + judgedLines("2")));
     EXPECT_THAT(toasts.shown(), ElementsAre(offer()));
     for (const std::string shown : {"3", "4"}) {
         refuse(1);
         playAt(40);
         finish();
-        EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() + allowedLines(shown)));
+        EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + judgedLines(shown)));
     }
     EXPECT_THAT(toasts.shown(), ElementsAre(offer()));
 }
@@ -274,7 +264,7 @@ TEST_F(GameEndTest, CountOfRefusalsIsUnsigned) {
 TEST_F(GameEndTest, UserStateThatCannotBeReadCountsAsNoRefusal) {
     RegCreateKeyExAFault.fail(ERROR_ACCESS_DENIED);
     finish();
-    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() +
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + slowLines() +
                                              Lines{"Brisk : areToastsAllowed : RegCreateKeyEx failed. Error 5.",
                                                    "Brisk : areToastsAllowed = 1",
                                                    "Brisk : getNumberOfToastsShown : RegCreateKeyEx failed. Error 5.",
@@ -292,7 +282,7 @@ TEST_F(GameEndTest, ToastsAreClearedOnlyWhenEverythingIsDecided) {
     ToastManager::instance()->cleanup();
     GetProcAddressFault.fail(nullptr);
     EXPECT_THROW(finish(), std::runtime_error);
-    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() + allowedLines()));
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + judgedLines()));
     EXPECT_EQ(trackingState, TrackingState::Idle);
     playAt(40);
     gfx->optimal = {};
@@ -304,7 +294,7 @@ TEST_F(GameEndTest, ToastsAreClearedOnlyWhenEverythingIsDecided) {
 TEST_F(GameEndTest, OfferThatCannotBeShownIsOnlyLogged) {
     toasts.control.setFailures("Show=0x80070005");
     finish();
-    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + neededLines() + allowedLines() +
+    EXPECT_THAT(log.take(), ElementsAreArray(finishedLines() + judgedLines() +
                                              Lines{"Brisk : ToastManager: Can't show notification"}));
 }
 

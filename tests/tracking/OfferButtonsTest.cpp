@@ -5,6 +5,7 @@ namespace brisk {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
 class OfferButtonsTest : public testing::GameEndFixture {};
@@ -12,8 +13,7 @@ class OfferButtonsTest : public testing::GameEndFixture {};
 TEST_F(OfferButtonsTest, ConfigureSettingsPatchesTheTitleAndSaysNothingMore) {
     finishWithOffer();
     press(0);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : 'The Game' optimized.",
-                                        "Brisk : patch marker set for game.exe"));
+    EXPECT_THAT(log.take(), ElementsAreArray(testing::configuredLines("The Game", "game.exe")));
     EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
     EXPECT_EQ(stateValue("PatchedApps", "game.exe"), 1);
     EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Activated 1 0"));
@@ -37,7 +37,7 @@ TEST_F(OfferButtonsTest, PatchThatFailsIsToldInAToastAndSetsNoMarker) {
     press(0);
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : failed to patch game.exe"));
     EXPECT_EQ(stateValue("PatchedApps", "game.exe"), -1);
-    EXPECT_THAT(toasts.shown(), ElementsAre(offer(), errorToast()));
+    EXPECT_THAT(toasts.shown(), ElementsAre(offer(), testing::gameFailedToast()));
 }
 
 TEST_F(OfferButtonsTest, ErrorToastReplacesWhatIsStillShown) {
@@ -51,7 +51,7 @@ TEST_F(OfferButtonsTest, ErrorToastReplacesWhatIsStillShown) {
 TEST_F(OfferButtonsTest, NotNowCountsARefusalOfThisTitle) {
     finishWithOffer();
     press(1);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Not now", "Brisk : increment toasts counter for game.exe"));
+    EXPECT_THAT(log.take(), ElementsAreArray(testing::notNowLines("game.exe")));
     EXPECT_EQ(stateValue("ToastsShown", "game.exe"), 1);
     EXPECT_EQ(testing::readFile(settings()), "Width=1920\r\n");
 }
@@ -70,7 +70,7 @@ TEST_F(OfferButtonsTest, RefusalThatCannotBeCountedIsLogged) {
 TEST_F(OfferButtonsTest, DontAskAgainDisablesAllOffers) {
     finishWithOffer();
     press(2);
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Don't ask again", "Brisk : toasts disabled"));
+    EXPECT_THAT(log.take(), ElementsAreArray(testing::dontAskAgainLines()));
     EXPECT_EQ(stateValue("", "ToastsNotAllowed"), 1);
     EXPECT_EQ(stateValue("ToastsShown", "game.exe"), -1);
 }
@@ -104,7 +104,7 @@ TEST_F(OfferButtonsTest, ButtonsConcernTheTitleOfTheContextEvenAfterItWasReset) 
     notNow();
     EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Configure Settings", "Brisk : failed to patch ",
                                         "Brisk : Toast : Not now", "Brisk : increment toasts counter for "));
-    EXPECT_THAT(toasts.shown(), ElementsAre(offer(), errorToast()));
+    EXPECT_THAT(toasts.shown(), ElementsAre(offer(), testing::gameFailedToast()));
     EXPECT_EQ(stateValue("ToastsShown", ""), 1);
     EXPECT_EQ(testing::readFile(settings()), "Width=1920\r\n");
 }

@@ -8,12 +8,16 @@
 #include "FakeGfxInfo.h"
 #include "FaultPoints.h"
 #include "Toasts.h"
+#include "support/ExpectedLines.h"
 #include "support/Sandbox.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 namespace brisk::testing {
+
+// FakeGfxInfo's display as the log tells it; it lists no modes.
+inline const Display kDisplay{"1920x1080", "0.5625", 0, "1280x720"};
 
 // Process-wide state as after start-up, with no title loaded yet.
 class ServicesFixture : public ::testing::Test {

@@ -1,8 +1,8 @@
 // The toasts that the code under test shows, taken by the notification stand-in in this process.
 #pragma once
 
+#include "support/ExpectedToasts.h"
 #include "support/Sandbox.h"
-#include "support/ToastXml.h"
 #include "support/notifications/NotificationStandinControl.h"
 
 #include <string>

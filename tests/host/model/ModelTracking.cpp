@@ -1,6 +1,8 @@
 // Start-up, the messages and the tracking of one game.
 #include "host/model/ServiceModel.h"
 
+#include "base/Version.h"
+
 #include <cstdio>
 
 namespace brisk::model {
@@ -66,7 +68,7 @@ bool ServiceModel::start(const Parameters& parameters) {
     toBeValid = parameters.toBeValid.value_or(120);
     fpsOverride = parameters.fps;
 
-    line("Brisk 1.09 : started");
+    line(std::string("Brisk ") + kVersion + " : started");
     const bool hasTitles = loadDatabase();
     if (hasTitles) {
         line("Brisk : titles DB processed.");
