@@ -77,7 +77,7 @@ protected:
             while (!ending.isOpen()) {
                 Sleep(1);
             }
-            Sleep(static_cast<DWORD>(testing::kTemptation.count()));
+            Sleep(static_cast<DWORD>(testing::kGracePeriod.count()));
             held.open();
         });
         std::exit(start());

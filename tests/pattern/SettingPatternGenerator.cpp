@@ -33,12 +33,12 @@ std::string SettingPatternGenerator::pattern() {
 }
 
 SettingPatternGenerator::Piece SettingPatternGenerator::alternatives(int depth) {
-    const std::vector<int> certainBefore = certainGroups_;
+    const std::vector<int> certainBefore = certainGroups;
     Piece all = sequence(depth);
     while (below(4) == 0) {
-        certainGroups_ = certainBefore;
+        certainGroups = certainBefore;
         const Piece other = sequence(depth);
-        certainGroups_ = certainBefore;
+        certainGroups = certainBefore;
         all = {all.pattern + '|' + other.pattern, all.canBeEmpty || other.canBeEmpty, std::max(all.loops, other.loops)};
     }
     return all;
@@ -55,16 +55,16 @@ SettingPatternGenerator::Piece SettingPatternGenerator::sequence(int depth) {
 
 SettingPatternGenerator::Piece SettingPatternGenerator::term(int depth) {
     const std::size_t kind = below(20);
-    if (kind == 0 && !isInLookahead_) {
+    if (kind == 0 && !isInLookahead) {
         return {oneOf({"^", "$", "\\b", "\\B"}), true, 0};
     }
-    if (kind == 1 && depth > 0 && options_.lookaheads) {
+    if (kind == 1 && depth > 0 && options.lookaheads) {
         return lookahead(depth - 1);
     }
-    if (kind == 2 && options_.backReferences && !certainGroups_.empty()) {
+    if (kind == 2 && options.backReferences && !certainGroups.empty()) {
         return backReference();
     }
-    const std::vector<int> certainBefore = certainGroups_;
+    const std::vector<int> certainBefore = certainGroups;
     Piece atom;
     if (kind < 8 && depth > 0) {
         atom = group(depth - 1);
@@ -83,20 +83,20 @@ SettingPatternGenerator::Piece SettingPatternGenerator::term(int depth) {
     }
     if (below(3) == 0) {
         atom = quantified(atom);
-        certainGroups_ = certainBefore;
+        certainGroups = certainBefore;
     }
     return atom;
 }
 
 SettingPatternGenerator::Piece SettingPatternGenerator::lookahead(int depth) {
-    const std::vector<int> certainBefore = certainGroups_;
-    const bool wasInLookahead = isInLookahead_;
-    isInLookahead_ = true;
+    const std::vector<int> certainBefore = certainGroups;
+    const bool wasInLookahead = isInLookahead;
+    isInLookahead = true;
     const char* const opening = oneOf({"(?=", "(?!"});
     const Piece inside = alternatives(depth);
-    isInLookahead_ = wasInLookahead;
-    certainGroups_ = certainBefore;
-    hasEmptyLookahead_ = hasEmptyLookahead_ || inside.canBeEmpty;
+    isInLookahead = wasInLookahead;
+    certainGroups = certainBefore;
+    emptyLookahead = emptyLookahead || inside.canBeEmpty;
     return {opening + inside.pattern + ')', true, inside.loops};
 }
 
@@ -105,14 +105,14 @@ SettingPatternGenerator::Piece SettingPatternGenerator::group(int depth) {
         const Piece inside = alternatives(depth);
         return {"(?:" + inside.pattern + ')', inside.canBeEmpty, inside.loops};
     }
-    const int number = ++groupCount_;
+    const int number = ++groupCount;
     const Piece inside = alternatives(depth);
-    certainGroups_.push_back(number);
+    certainGroups.push_back(number);
     return {'(' + inside.pattern + ')', inside.canBeEmpty, inside.loops};
 }
 
 SettingPatternGenerator::Piece SettingPatternGenerator::backReference() {
-    const int number = certainGroups_[below(certainGroups_.size())];
+    const int number = certainGroups[below(certainGroups.size())];
     Piece reference{'\\' + std::to_string(number), true, 0};
     if (below(3) == 0) {
         reference = quantified(reference);

@@ -27,7 +27,7 @@ struct GeneratorOptions {
 //   on counting. No such repetition is made.
 class SettingPatternGenerator {
 public:
-    SettingPatternGenerator(unsigned seed, GeneratorOptions options) : random_(seed), options_(options) {}
+    SettingPatternGenerator(unsigned seed, GeneratorOptions chosen) : random(seed), options(chosen) {}
 
     std::string pattern();
     std::string text();
@@ -43,7 +43,7 @@ public:
     std::string settingKey();
     std::string settingsText();
 
-    bool hasEmptyLookahead() const { return hasEmptyLookahead_; }
+    bool hasEmptyLookahead() const { return emptyLookahead; }
 
 private:
     struct Piece {
@@ -52,7 +52,7 @@ private:
         int loops = 0; // how deep unbounded repetitions are nested
     };
 
-    std::size_t below(std::size_t limit) { return random_() % limit; }
+    std::size_t below(std::size_t limit) { return random() % limit; }
     template <std::size_t count>
     const char* oneOf(const char* const (&choices)[count]) {
         return choices[below(count)];
@@ -66,12 +66,12 @@ private:
     Piece backReference();
     Piece quantified(const Piece& piece);
 
-    std::mt19937 random_;
-    GeneratorOptions options_;
-    int groupCount_ = 0;
-    std::vector<int> certainGroups_; // the groups that took part whenever the matcher gets here
-    bool isInLookahead_ = false;
-    bool hasEmptyLookahead_ = false;
+    std::mt19937 random;
+    GeneratorOptions options;
+    int groupCount = 0;
+    std::vector<int> certainGroups; // the groups that took part whenever the matcher gets here
+    bool isInLookahead = false;
+    bool emptyLookahead = false;
 };
 
 } // namespace brisk

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 constexpr auto kLimit = 60s;
 // How long an operation that has to wait is given for not waiting.
-constexpr auto kTemptation = 200ms;
+constexpr auto kGracePeriod = 200ms;
 
 class TitleManagerConcurrencyTest : public testing::TitleManagerFixture {
 protected:
@@ -34,7 +34,7 @@ TEST_F(TitleManagerConcurrencyTest, ACheckWaitsForARewriteToEnd) {
         [&](HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
             if (!check.valid()) {
                 check = std::async(std::launch::async, [this] { return manager.isTitleNeedToBeOptimized("game.exe"); });
-                isCheckedMeanwhile = isReady(check, kTemptation);
+                isCheckedMeanwhile = isReady(check, kGracePeriod);
             }
             return RegSetValueExAFault.real(key, name, reserved, type, data, size);
         });
@@ -55,7 +55,7 @@ TEST_F(TitleManagerConcurrencyTest, ARewriteWaitsForACheckToEnd) {
         [&](HKEY key, const char* name, DWORD* reserved, DWORD* type, BYTE* data, DWORD* size) {
             if (!rewrite.valid()) {
                 rewrite = std::async(std::launch::async, [this] { return manager.optimizeTitle("game.exe"); });
-                isReady(rewrite, kTemptation);
+                isReady(rewrite, kGracePeriod);
                 valueMeanwhile = readValue("A");
             }
             return RegQueryValueExAFault.real(key, name, reserved, type, data, size);
@@ -77,7 +77,7 @@ TEST_F(TitleManagerConcurrencyTest, ClosingWaitsForARewriteToEnd) {
         [&](HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
             if (!closing.valid()) {
                 closing = std::async(std::launch::async, [this] { manager.close(); });
-                isClosedMeanwhile = isReady(closing, kTemptation);
+                isClosedMeanwhile = isReady(closing, kGracePeriod);
             }
             return RegSetValueExAFault.real(key, name, reserved, type, data, size);
         });

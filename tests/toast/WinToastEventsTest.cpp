@@ -11,8 +11,8 @@
 namespace WinToastLib {
 namespace {
 
+using brisk::testing::kGracePeriod;
 using brisk::testing::kLimit;
-using brisk::testing::kTemptation;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
@@ -70,7 +70,7 @@ protected:
                 return; // the runtime asks for the time, too
             }
             other = std::async(std::launch::async, operation);
-            EXPECT_EQ(other.wait_for(kTemptation), std::future_status::timeout);
+            EXPECT_EQ(other.wait_for(kGracePeriod), std::future_status::timeout);
         });
         show();
         faults::reset();

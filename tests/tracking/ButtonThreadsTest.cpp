@@ -13,7 +13,7 @@ using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using testing::Gate;
 using ::testing::IsEmpty;
-using testing::kTemptation;
+using testing::kGracePeriod;
 using testing::Lines;
 using testing::operator+;
 using ::testing::StartsWith;
@@ -51,7 +51,7 @@ TEST_F(ButtonThreadsTest, HandlersWaitForAPatchThatIsBeingWrittenAndFindItWhole)
         finish();
         onAppStarted(Desktop::kServiceWindow, 1001, Desktop::kGame);
     });
-    EXPECT_FALSE(isReady(handled, kTemptation));
+    EXPECT_FALSE(isReady(handled, kGracePeriod));
     gate.open();
     ASSERT_TRUE(isReady(handled));
     expectDone(pressed);

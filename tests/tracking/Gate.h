@@ -9,7 +9,7 @@ namespace brisk::testing {
 // No wait is longer: what takes longer is stuck.
 inline constexpr std::chrono::seconds kLimit{20};
 // How long an operation that has to wait for another is given for not waiting.
-inline constexpr std::chrono::milliseconds kTemptation{100};
+inline constexpr std::chrono::milliseconds kGracePeriod{100};
 
 // Holds the first that comes through it until it is opened.
 class Gate {

@@ -15,7 +15,7 @@ using testing::Desktop;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using testing::Gate;
-using testing::kTemptation;
+using testing::kGracePeriod;
 using testing::Lines;
 using testing::operator+;
 
@@ -94,7 +94,7 @@ TEST_F(PressDuringHandlersTest, PressWhileTheConfigurationIsLookedForWaitsAndThe
     GetFileAttributesWFault.intercept([&](const wchar_t* file) {
         if (!pressed.valid()) {
             pressed = press(1, kConfigure);
-            waited = !isReady(pressed, kTemptation);
+            waited = !isReady(pressed, kGracePeriod);
         }
         return GetFileAttributesWFault.real(file);
     });
@@ -165,7 +165,7 @@ TEST_F(PressDuringHandlersTest, PressDuringABulkPassWaitsForTheTitleThatIsBeingP
     RegSetValueExAFault.intercept([&](auto... arguments) {
         if (!gate.isOpen()) {
             gate.open();
-            waited = !isReady(pressed, kTemptation);
+            waited = !isReady(pressed, kGracePeriod);
         }
         return RegSetValueExAFault.real(arguments...);
     });

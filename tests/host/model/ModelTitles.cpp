@@ -237,7 +237,7 @@ bool ServiceModel::resolveStar(std::string& location) {
         if (env.codeOf(Fault::FindFirst) == 2) {
             return true;
         }
-        throw Failure{std::string("filesystem error: directory_iterator::directory_iterator: ") + kAnyRest};
+        throw Failure{std::string("filesystem error: directory_iterator::directory_iterator: ") + kAnyTextFollows};
     }
     auto entries = entriesOf(env, folder);
     entries.insert(entries.begin(), {{".", false}, {"..", false}});
@@ -250,7 +250,7 @@ bool ServiceModel::resolveStar(std::string& location) {
             if (env.codeOf(Fault::FindNext) == 18) {
                 return true;
             }
-            throw Failure{std::string("filesystem error: directory_iterator::operator++: ") + kAnyRest};
+            throw Failure{std::string("filesystem error: directory_iterator::operator++: ") + kAnyTextFollows};
         }
     }
     return true;
@@ -262,7 +262,7 @@ std::optional<bool> ServiceModel::attributes(const std::string& path, const char
         if (code == 2 || code == 3 || code == 53 || code == 123) {
             return std::nullopt;
         }
-        throw Failure{std::string("filesystem error: ") + operation + ": " + kAnyRest};
+        throw Failure{std::string("filesystem error: ") + operation + ": " + kAnyTextFollows};
     }
     if (env.folders.contains(path)) {
         return true;

@@ -15,11 +15,12 @@
 
 namespace brisk::model {
 
-// An exception that leaves the service's logic. A text that ends in kAnyRest stands for every text that begins so.
+// An exception that leaves the service's logic. A text that ends in kAnyTextFollows stands for every text that begins
+// so.
 struct Failure {
     std::string text;
 };
-inline constexpr char kAnyRest = '\x01';
+inline constexpr char kAnyTextFollows = '\x01';
 
 struct Parameters {
     std::optional<std::uint32_t> warming;

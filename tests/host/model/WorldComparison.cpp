@@ -18,7 +18,7 @@ namespace brisk::model {
 namespace {
 
 bool isAsExpected(const std::string& actual, const std::string& expected) {
-    const std::size_t rest = expected.find(kAnyRest);
+    const std::size_t rest = expected.find(kAnyTextFollows);
     return rest == std::string::npos ? actual == expected
                                      : actual.starts_with(expected.substr(0, rest)) && actual.ends_with('\n');
 }
