@@ -133,7 +133,7 @@ TEST_F(ServiceWindowTest, EveryMessageIsAnsweredAsByTheDefaultProcedure) {
                              WM_USER + 4,
                              BRISK_MASSIVE_PATCHING,
                              BRISK_RESET_PROMPT_COUNTERS,
-                             WM_USER + 7,
+                             0x7FFE,
                              WM_TIMER,
                              WM_APP,
                              WM_CLOSE,
@@ -159,7 +159,7 @@ TEST_F(ServiceWindowTest, EveryMessageIsAnsweredAsByTheDefaultProcedure) {
 TEST_F(ServiceWindowTest, MessagesThatAreNotTheServicesAndOtherTimersDoNothing) {
     trackingState = TrackingState::WaitingApp;
     EXPECT_THAT(run([](HWND window) {
-                    for (const UINT message : {0x400u, 0x404u, 0x407u}) {
+                    for (const UINT message : {0x400u, 0x404u, 0x7FFEu}) {
                         PostMessageA(window, message, 1001, 5);
                     }
                     SendMessageA(window, WM_TIMER, 1, 0);

@@ -116,8 +116,8 @@ INSTANTIATE_TEST_SUITE_P(
         FailedLoad{"null", linesWithoutTitles({"Brisk : unable to parse title database."}), 0},
         FailedLoad{R"({"id": 1})", linesWithoutTitles({"Brisk : unable to parse title database."}), 0},
         FailedLoad{"[]", linesWithoutTitles({}), 0},
-        FailedLoad{R"([{"config_type": "ini", "binary_name": "game.exe"}])",
-                   linesWithoutTitles({"Brisk : unknown adaper type '\"ini\"'."}), 0},
+        FailedLoad{R"([{"config_type": "text", "binary_name": "game.exe"}])",
+                   linesWithoutTitles({"Brisk : unknown adaper type '\"text\"'."}), 0},
         FailedLoad{"[1, 2",
                    {startedLine(),
                     "Brisk : [json.exception.parse_error.101] parse error at line 1, column 6: syntax error while "
@@ -200,7 +200,7 @@ TEST_F(StartUpTest, OtherMessagesAndOtherTimersHaveNoEffect) {
     service.startAndWait();
     service.post(WM_USER + 4, 1, 2);
     service.post(WM_USER, 1, 2);
-    service.post(WM_USER + 7, 1, 2);
+    service.post(0x7FFE, 1, 2);
     service.tick(); // idle
     EXPECT_EQ(SendMessageA(service.window(), WM_USER + 4, 1, 2), 0);
     service.suspend();

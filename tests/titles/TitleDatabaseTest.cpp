@@ -73,12 +73,12 @@ TEST_F(TitleDatabaseTest, AnElementWithoutATextAsTypeIsSkippedSilently) {
 }
 
 TEST_F(TitleDatabaseTest, AnUnknownTypeIsLoggedAsJsonAndSkipped) {
-    for (const char* element : {R"({"config_type": "ini"})", R"({"config_type": "TXT"})", R"({"config_type": ""})",
+    for (const char* element : {R"({"config_type": "text"})", R"({"config_type": "TXT"})", R"({"config_type": ""})",
                                 R"({"config_type": "a\"b\n\u00fc"})"}) {
         EXPECT_EQ(readConfigType(json::parse(element)), std::nullopt) << element;
     }
     EXPECT_THAT(log.take(),
-                ElementsAre(R"(Brisk : unknown adaper type '"ini"'.)", R"(Brisk : unknown adaper type '"TXT"'.)",
+                ElementsAre(R"(Brisk : unknown adaper type '"text"'.)", R"(Brisk : unknown adaper type '"TXT"'.)",
                             R"(Brisk : unknown adaper type '""'.)",
                             "Brisk : unknown adaper type '\"a\\\"b\\n\u00FC\"'."));
 }

@@ -116,8 +116,8 @@ TEST_F(TitleLoadingTest, AnEmptyArrayLoadsNothing) {
 
 TEST_F(TitleLoadingTest, ElementsWithoutAKnownTypeAreSkippedAndTheirIdsAreNotKnown) {
     EXPECT_FALSE(load(R"([{"id": 1, "binary_name": "a.exe"}, {"id": 2, "config_type": 5}, null, "txt",
-                          {"id": 3, "config_type": "ini"}])"));
-    EXPECT_THAT(log.take(), ElementsAre("Brisk : unknown adaper type '\"ini\"'."));
+                          {"id": 3, "config_type": "text"}])"));
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : unknown adaper type '\"text\"'."));
     EXPECT_THAT(manager.getBinaryNames(), IsEmpty());
     for (const std::uint32_t id : {0u, 1u, 2u, 3u}) {
         EXPECT_FALSE(manager.isTitleIdKnown(id)) << id;
@@ -182,7 +182,7 @@ TEST_F(TitleLoadingTest, AByteOrderMarkAndWindowsLineEndsAreAccepted) {
 }
 
 TEST_F(TitleLoadingTest, TheLastOfAMemberGivenTwiceCounts) {
-    EXPECT_TRUE(load(R"([{"config_type": "ini", "config_type": "txt", "binary_name": "a", "binary_name": "b"}])"));
+    EXPECT_TRUE(load(R"([{"config_type": "text", "config_type": "txt", "binary_name": "a", "binary_name": "b"}])"));
     EXPECT_THAT(manager.getBinaryNames(), ElementsAre("b"));
 }
 
@@ -235,9 +235,7 @@ TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
         strcpy(path, "C:\\Users\\J\u00F6rg \u5B9A");
         return S_OK;
     });
-    {
-        const TitleManager made;
-    }
+    { const TitleManager made; }
     EXPECT_THAT(calls, ElementsAre("40", "28", "26"));
     calls.clear();
     EXPECT_THAT(locations(), ElementsAre("C:\\Users\\J\u00F6rg \u5B9A\\?", "C:\\Users\\J\u00F6rg \u5B9A\\?",

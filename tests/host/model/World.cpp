@@ -251,7 +251,7 @@ bool World::execute(const Step& step) {
         expect([&] { model->onQuit(); });
         return true;
     default: {
-        const UINT others[] = {WM_USER, WM_USER + 4, WM_USER + 7, WM_CLOSE, WM_USER + 0x1002};
+        const UINT others[] = {WM_USER, WM_USER + 4, 0x7FFE, WM_CLOSE, WM_USER + 0x1002};
         post(others[step.a % 5], step.b, 0);
         return true;
     }
