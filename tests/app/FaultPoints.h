@@ -25,8 +25,8 @@ BRISK_FAULT_POINT("advapi32.dll", RegOpenKeyA)
 BRISK_FAULT_POINT("advapi32.dll", RegSetValueExA)
 BRISK_FAULT_POINT("advapi32.dll", RegDeleteTreeA)
 
-// Named events only: the C++ runtime makes nameless ones, the first of them before fault points exist.
-inline brisk::faults::FaultPoint<decltype(::CreateEventA)> CreateEventAFault{"kernel32.dll", "CreateEventA"};
+// Named events only: the C++ runtime makes nameless ones, too, as many as it likes.
+inline constinit brisk::faults::FaultPoint<decltype(::CreateEventA)> CreateEventAFault{"kernel32.dll", "CreateEventA"};
 
 namespace brisk::faults {
 

@@ -15,7 +15,7 @@
 #include <stdexcept>
 #include <string>
 #include <type_traits>
-#include <vector>
+#include <utility>
 
 #include <windows.h>
 
@@ -25,11 +25,12 @@ extern "C" NTSTATUS NTAPI LdrGetProcedureAddress(PVOID module, PANSI_STRING name
 
 namespace brisk::faults {
 
+// The runtime calls imports before the constructors of any source file have run, so a point needs none of its own: it
+// is initialised as a constant, has no hook then and calls the function itself.
 class FaultPointBase {
 public:
-    FaultPointBase(const char* library, const char* function) : libraryName(library), functionName(function) {
-        all().push_back(this);
-    }
+    constexpr FaultPointBase(const char* library, const char* function)
+        : libraryName(library), functionName(function) {}
     FaultPointBase(const FaultPointBase&) = delete;
     FaultPointBase& operator=(const FaultPointBase&) = delete;
 
@@ -37,33 +38,53 @@ public:
     unsigned calls() const { return count; }
     virtual void reset() { count = 0; }
 
-    static std::vector<FaultPointBase*>& all() {
-        static std::vector<FaultPointBase*> points;
-        return points;
+    static void resetAll() {
+        for (FaultPointBase* point = used; point; point = point->nextUsed) {
+            point->reset();
+        }
     }
 
 protected:
     ~FaultPointBase() = default;
 
-    unsigned countCall() { return ++count; }
+    // Threads may come here for the first time together.
+    void enlist() {
+        if (!isEnlisted.exchange(true)) {
+            nextUsed = used;
+            while (!used.compare_exchange_weak(nextUsed, this)) {
+            }
+        }
+    }
+
+    void countCall() {
+        ++count;
+        enlist();
+    }
 
     // The function itself. Not through GetProcAddress, which may be a fault point.
     void* find() {
         if (!address) {
             ANSI_STRING name;
             RtlInitAnsiString(&name, functionName);
-            if (LdrGetProcedureAddress(LoadLibraryA(libraryName), &name, 0, &address) != 0) {
+            void* found = nullptr;
+            if (LdrGetProcedureAddress(LoadLibraryA(libraryName), &name, 0, &found) != 0) {
                 throw std::runtime_error(std::string("no function ") + functionName + " in " + libraryName);
             }
+            address = found;
         }
         return address;
     }
 
 private:
+    // Those that have been called or given a hook.
+    static inline constinit std::atomic<FaultPointBase*> used = nullptr;
+
     const char* libraryName;
     const char* functionName;
-    void* address = nullptr;
+    std::atomic<void*> address = nullptr;
     std::atomic<unsigned> count = 0;
+    std::atomic<bool> isEnlisted = false;
+    FaultPointBase* nextUsed = nullptr;
 };
 
 template <class Function>
@@ -80,33 +101,41 @@ public:
     void fail(std::conditional_t<std::is_void_v<Result>, int, Result> result, DWORD lastError = ERROR_SUCCESS,
               unsigned fromCall = 1) {
         const unsigned first = calls() + fromCall;
-        hook = [=, this](Arguments... arguments) -> Result {
+        intercept([=, this](Arguments... arguments) -> Result {
             if (calls() < first) {
                 return real(arguments...);
             }
             SetLastError(lastError);
             return result;
-        };
+        });
     }
 
     // Every call goes to the hook, which may call real().
-    void intercept(std::function<Result(Arguments...)> function) { hook = std::move(function); }
+    void intercept(std::function<Result(Arguments...)> function) {
+        enlist();
+        if (!hook) {
+            hook = new std::function<Result(Arguments...)>;
+        }
+        *hook = std::move(function);
+    }
 
     Result real(Arguments... arguments) { return reinterpret_cast<Function*>(find())(arguments...); }
 
     Result call(Arguments... arguments) {
         countCall();
-        return hook ? hook(arguments...) : real(arguments...);
+        return hook && *hook ? (*hook)(arguments...) : real(arguments...);
     }
 
     void reset() override {
         FaultPointBase::reset();
-        hook = nullptr;
+        if (hook) {
+            *hook = nullptr;
+        }
     }
 
 private:
     // Never destroyed: threads may still call while the process ends.
-    std::function<Result(Arguments...)>& hook = *new std::function<Result(Arguments...)>;
+    std::function<Result(Arguments...)>* hook = nullptr;
 };
 
 template <auto& Point, class Function>
@@ -119,9 +148,7 @@ struct Import<Point, Result WINAPI(Arguments...)> {
 
 // No call fails any more; all counts are zero.
 inline void reset() {
-    for (FaultPointBase* point : FaultPointBase::all()) {
-        point->reset();
-    }
+    FaultPointBase::resetAll();
 }
 
 } // namespace brisk::faults
@@ -136,5 +163,5 @@ inline void reset() {
         ": jmp *__imp_" #function "(%rip)\n.text");
 
 #define BRISK_FAULT_POINT(library, function)                                                                           \
-    inline brisk::faults::FaultPoint<decltype(::function)> function##Fault{library, #function};                        \
+    inline constinit brisk::faults::FaultPoint<decltype(::function)> function##Fault{library, #function};              \
     BRISK_IMPORT(function, (&brisk::faults::Import<function##Fault, decltype(::function)>::call))
