@@ -1,6 +1,7 @@
 // The window manager and the processes as a test sets them.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
