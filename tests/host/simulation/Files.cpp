@@ -281,6 +281,7 @@ extern "C" FILE* fopen64(const char* path, const char* mode) {
                       (mode[0] == 'a' ? O_APPEND : 0) | O_CLOEXEC;
     std::string name = path;
     if (isWindowsPath(name)) {
+        const std::lock_guard lock(modelMutex());
         FileOpening& opening = fileOpening();
         opening.writes += writes;
         struct stat status;

@@ -77,6 +77,7 @@ std::wstring WinToast::configureAUMI(const std::wstring& company, const std::wst
 }
 
 bool WinToast::initialize(WinToastError* /*error*/) {
+    const std::lock_guard lock(modelMutex());
     notificationArea().appName = appName;
     notificationArea().companyName = companyName;
     notificationArea().appUserModelId = appUserModelId;
@@ -98,6 +99,7 @@ std::int64_t WinToast::showToast(const ToastTemplate& toast, const std::shared_p
     shown->handler = handler;
     shown->release = [entry = std::weak_ptr(shown)] {
         if (const auto held = entry.lock()) {
+            const std::lock_guard lock(modelMutex());
             held->isInTable = false;
         }
     };

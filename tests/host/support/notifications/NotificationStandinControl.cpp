@@ -53,8 +53,11 @@ std::vector<std::string> NotificationStandinControl::list() const {
 NotificationStandinControl::EventResult NotificationStandinControl::press(unsigned number, unsigned button,
                                                                           std::chrono::milliseconds /*limit*/) const {
     const auto toast = find(number);
-    // A pressed toast goes away.
-    toast->isShown = false;
+    {
+        const std::lock_guard lock(host::modelMutex());
+        // A pressed toast goes away.
+        toast->isShown = false;
+    }
     record("Activated", number, button);
     return deliver([&] { return host::pressButton(*toast, static_cast<int>(button)); });
 }
@@ -62,7 +65,10 @@ NotificationStandinControl::EventResult NotificationStandinControl::press(unsign
 NotificationStandinControl::EventResult NotificationStandinControl::dismiss(unsigned number, unsigned reason,
                                                                             std::chrono::milliseconds /*limit*/) const {
     const auto toast = find(number);
-    toast->isDismissed = true;
+    {
+        const std::lock_guard lock(host::modelMutex());
+        toast->isDismissed = true;
+    }
     record("Dismissed", number, reason);
     return deliver([&] { return host::dismiss(*toast, static_cast<WinToastLib::ToastDismissalReason>(reason)); });
 }
@@ -80,6 +86,7 @@ void NotificationStandinControl::setFailures(const std::string& rules) const {
     if (!rules.starts_with("Show=")) {
         throw std::runtime_error("not simulated: " + rules);
     }
+    const std::lock_guard lock(host::modelMutex());
     host::notificationArea().canShow = false;
 }
 
