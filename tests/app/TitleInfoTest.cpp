@@ -14,13 +14,19 @@ std::size_t failingAllocation = SIZE_MAX;
 
 } // namespace
 
-// The library's own operator delete frees with free().
 void* operator new(std::size_t size) {
     void* const memory = size < failingAllocation ? std::malloc(size) : nullptr;
     if (!memory) {
         throw std::bad_alloc();
     }
     return memory;
+}
+// Not inlined, for GCC takes them for the counterparts of the library's operator new.
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
 }
 
 namespace brisk {
