@@ -271,8 +271,8 @@ BOOL GetFileInformationByHandle(HANDLE file, LPBY_HANDLE_FILE_INFORMATION inform
         file, information);
 }
 
-// The standard library's streams open their files by this call.
-extern "C" FILE* fopen64(const char* path, const char* mode) {
+// The standard library's streams open their files by one of these calls, depending on its version.
+extern "C" FILE* fopen(const char* path, const char* mode) {
     const bool writes = std::strpbrk(mode, "wa+") != nullptr;
     const int flags = (std::strchr(mode, '+') ? O_RDWR
                        : writes               ? O_WRONLY
@@ -297,4 +297,8 @@ extern "C" FILE* fopen64(const char* path, const char* mode) {
     }
     const int file = open(name.c_str(), flags, 0666);
     return file < 0 ? nullptr : fdopen(file, mode);
+}
+
+extern "C" FILE* fopen64(const char* path, const char* mode) {
+    return fopen(path, mode);
 }
