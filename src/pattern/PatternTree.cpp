@@ -276,6 +276,14 @@ private:
 
 } // namespace
 
+std::size_t PatternTree::indexOfGroup(std::size_t number) const {
+    const auto isGroup = [number](const PatternNode& node) {
+        return node.kind == Kind::group && node.number == number;
+    };
+    const auto found = std::find_if(nodes.begin() + 1, nodes.end(), isGroup);
+    return number == 0 || found == nodes.end() ? 0 : static_cast<std::size_t>(found - nodes.begin());
+}
+
 PatternTree parsePattern(std::string_view pattern) {
     return Parser(pattern).parse();
 }

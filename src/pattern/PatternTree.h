@@ -55,6 +55,18 @@ struct PatternTree {
     }
     const ByteSet& setOf(const PatternNode& set) const { return sets[set.number]; }
 
+    // The node of a group, from 1 on; 0 where there is no such group.
+    std::size_t indexOfGroup(std::size_t number) const;
+
+    // Calls visit(index) for each child of a node, from the first one on.
+    template <typename Visit>
+    void forEachChild(std::size_t parent, const Visit& visit) const {
+        const std::size_t end = parent + nodes[parent].size;
+        for (std::size_t child = parent + 1; child < end; child += nodes[child].size) {
+            visit(child);
+        }
+    }
+
     std::vector<PatternNode> nodes;
     std::size_t groupCount = 0;
     std::string texts;         // of all texts: `maximum` bytes from `number` on

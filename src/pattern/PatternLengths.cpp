@@ -1,0 +1,135 @@
+#include "pattern/PatternLengths.h"
+
+#include <algorithm>
+
+namespace brisk {
+
+namespace {
+
+using Kind = PatternNode::Kind;
+constexpr std::size_t unbounded = PatternNode::unbounded;
+
+std::size_t sum(std::size_t left, std::size_t right) {
+    return left > unbounded - right ? unbounded : left + right;
+}
+
+std::size_t product(std::size_t left, std::size_t right) {
+    if (left == 0 || right == 0) {
+        return 0;
+    }
+    return left > unbounded / right ? unbounded : left * right;
+}
+
+PatternLengths operator+(PatternLengths left, PatternLengths right) {
+    return {sum(left.minimum, right.minimum), sum(left.maximum, right.maximum)};
+}
+
+PatternLengths lengthsOfGroup(const PatternTree& tree, std::size_t group, const std::vector<PatternLengths>& lengths) {
+    PatternLengths all{unbounded, 0};
+    tree.forEachChild(group, [&](std::size_t child) {
+        all.minimum = std::min(all.minimum, lengths[child].minimum);
+        all.maximum = std::max(all.maximum, lengths[child].maximum);
+    });
+    return all;
+}
+
+void placeTerms(const PatternTree& tree, std::size_t sequence, const std::vector<PatternLengths>& lengths,
+                std::vector<PatternPlace>& places) {
+    std::vector<std::size_t> terms;
+    PatternLengths before = places[sequence].before;
+    tree.forEachChild(sequence, [&](std::size_t term) {
+        places[term].before = before;
+        before = before + lengths[term];
+        terms.push_back(term);
+    });
+    PatternLengths behind = places[sequence].behind;
+    for (auto term = terms.rbegin(); term != terms.rend(); ++term) {
+        places[*term].behind = behind;
+        behind = behind + lengths[*term];
+    }
+}
+
+} // namespace
+
+std::vector<PatternLengths> lengthsOf(const PatternTree& tree) {
+    std::vector<PatternLengths> lengths(tree.nodes.size());
+    for (std::size_t index = tree.nodes.size(); index-- > 0;) {
+        const PatternNode& node = tree.nodes[index];
+        PatternLengths& own = lengths[index];
+        switch (node.kind) {
+        case Kind::text:
+            own = {tree.textOf(node).size(), tree.textOf(node).size()};
+            break;
+        case Kind::set:
+            own = {1, 1};
+            break;
+        case Kind::backReference:
+            own = {0, unbounded};
+            break;
+        case Kind::repetition:
+            own = {product(node.minimum, lengths[index + 1].minimum),
+                   product(node.maximum, lengths[index + 1].maximum)};
+            break;
+        case Kind::group:
+            own = lengthsOfGroup(tree, index, lengths);
+            break;
+        case Kind::sequence:
+            tree.forEachChild(index, [&](std::size_t child) { own = own + lengths[child]; });
+            break;
+        case Kind::textBegin:
+        case Kind::textEnd:
+        case Kind::wordBoundary:
+        case Kind::noWordBoundary:
+        case Kind::lookahead:
+        case Kind::negativeLookahead:
+            break;
+        }
+    }
+    return lengths;
+}
+
+std::vector<PatternPlace> placesOf(const PatternTree& tree, const std::vector<PatternLengths>& lengths) {
+    std::vector<PatternPlace> places(tree.nodes.size());
+    for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
+        const PatternNode& node = tree.nodes[index];
+        PatternPlace inside = places[index];
+        if (node.kind == Kind::sequence) {
+            placeTerms(tree, index, lengths, places);
+            continue;
+        }
+        if (node.kind == Kind::lookahead || node.kind == Kind::negativeLookahead) {
+            inside.behind = {};
+        } else if (node.kind == Kind::repetition && node.maximum > 0) {
+            // Any number of other rounds may come before and behind.
+            const std::size_t rounds = node.maximum == unbounded ? unbounded : node.maximum - 1;
+            const PatternLengths others{0, product(rounds, lengths[index + 1].maximum)};
+            inside.before = inside.before + others;
+            inside.behind = inside.behind + others;
+        }
+        tree.forEachChild(index, [&](std::size_t child) { places[child] = inside; });
+    }
+    return places;
+}
+
+std::vector<ByteSet> firstBytesOf(const PatternTree& tree, const std::vector<PatternLengths>& lengths) {
+    std::vector<ByteSet> bytes(tree.nodes.size());
+    for (std::size_t index = tree.nodes.size(); index-- > 0;) {
+        const PatternNode& node = tree.nodes[index];
+        bool canBegin = node.kind != Kind::lookahead && node.kind != Kind::negativeLookahead;
+        if (node.kind == Kind::text) {
+            bytes[index].set(static_cast<unsigned char>(tree.textOf(node).front()));
+        } else if (node.kind == Kind::set) {
+            bytes[index] = tree.setOf(node);
+        } else if (node.kind == Kind::backReference) {
+            bytes[index].set();
+        } else if (node.kind != Kind::repetition || node.maximum > 0) {
+            tree.forEachChild(index, [&](std::size_t child) {
+                bytes[index] |= canBegin ? bytes[child] : ByteSet();
+                canBegin = canBegin && (node.kind != Kind::sequence || lengths[child].minimum == 0);
+            });
+        }
+    }
+    return bytes;
+}
+
+} // namespace brisk

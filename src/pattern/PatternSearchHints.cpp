@@ -1,0 +1,128 @@
+#include "pattern/PatternSearchHints.h"
+
+#include <utility>
+#include <vector>
+
+namespace brisk {
+
+namespace {
+
+using Kind = PatternNode::Kind;
+
+// What a part begins with, and how it can match the empty text: with ^ or \b in it or without.
+struct Beginning {
+    ByteSet guarded;
+    ByteSet unguarded;
+    bool emptyWithGuard = false;
+    bool emptyWithoutGuard = false;
+};
+
+ByteSet ifAny(bool condition, const ByteSet& bytes) {
+    return condition ? bytes : ByteSet();
+}
+
+Beginning inSequence(const Beginning& left, const Beginning& right) {
+    return {left.guarded | ifAny(left.emptyWithGuard, right.guarded | right.unguarded) |
+                ifAny(left.emptyWithoutGuard, right.guarded),
+            left.unguarded | ifAny(left.emptyWithoutGuard, right.unguarded),
+            (left.emptyWithGuard && (right.emptyWithGuard || right.emptyWithoutGuard)) ||
+                (left.emptyWithoutGuard && right.emptyWithGuard),
+            left.emptyWithoutGuard && right.emptyWithoutGuard};
+}
+
+Beginning either(const Beginning& left, const Beginning& right) {
+    return {left.guarded | right.guarded, left.unguarded | right.unguarded, left.emptyWithGuard || right.emptyWithGuard,
+            left.emptyWithoutGuard || right.emptyWithoutGuard};
+}
+
+Beginning beginningOfRepetition(const PatternNode& repetition, const Beginning& round) {
+    const Beginning nothing{{}, {}, false, true};
+    if (repetition.maximum == 0) {
+        return nothing;
+    }
+    // A third round adds nothing to two.
+    Beginning rounds = repetition.maximum == 1 ? round : inSequence(round, either(round, nothing));
+    return repetition.minimum == 0 ? either(rounds, nothing) : rounds;
+}
+
+} // namespace
+
+PatternBeginning beginningOf(const PatternTree& tree) {
+    std::vector<Beginning> beginnings(tree.nodes.size());
+    for (std::size_t index = tree.nodes.size(); index-- > 0;) {
+        const PatternNode& node = tree.nodes[index];
+        Beginning& own = beginnings[index];
+        switch (node.kind) {
+        case Kind::text:
+            own.unguarded.set(static_cast<unsigned char>(tree.textOf(node).front()));
+            break;
+        case Kind::set:
+            own.unguarded = tree.setOf(node);
+            break;
+        case Kind::textBegin:
+        case Kind::wordBoundary:
+            own.emptyWithGuard = true;
+            break;
+        case Kind::textEnd:
+        case Kind::noWordBoundary:
+        case Kind::lookahead:
+        case Kind::negativeLookahead:
+            own.emptyWithoutGuard = true;
+            break;
+        case Kind::backReference:
+            own.unguarded.set();
+            own.emptyWithoutGuard = true;
+            break;
+        case Kind::repetition:
+            own = beginningOfRepetition(node, beginnings[index + 1]);
+            break;
+        case Kind::group:
+            tree.forEachChild(index, [&](std::size_t child) { own = either(own, beginnings[child]); });
+            break;
+        case Kind::sequence:
+            own.emptyWithoutGuard = true;
+            tree.forEachChild(index, [&](std::size_t child) { own = inSequence(own, beginnings[child]); });
+            break;
+        }
+    }
+    const Beginning& all = beginnings.front();
+    return {all.guarded, all.unguarded, all.emptyWithGuard || all.emptyWithoutGuard};
+}
+
+NeededText neededText(const PatternTree& tree) {
+    const auto lengths = lengthsOf(tree);
+    const auto places = placesOf(tree, lengths);
+    NeededText longest;
+    NeededText current;
+    std::vector<bool> endsRun(tree.nodes.size() + 1); // whether more rounds may stand before this node
+    for (std::size_t index = 0; index < tree.nodes.size();) {
+        const PatternNode& node = tree.nodes[index];
+        const std::size_t end = index + node.size;
+        if (endsRun[index]) {
+            current = {};
+        }
+        const bool hasAlternatives = node.kind == Kind::group && index + 1 + tree.nodes[index + 1].size < end;
+        if (node.kind == Kind::text) {
+            if (current.text.empty()) {
+                current.before = places[index].before;
+            }
+            current.text += tree.textOf(node);
+            if (current.text.size() > longest.text.size()) {
+                longest = current;
+            }
+        } else if (node.kind == Kind::sequence || (node.kind == Kind::group && !hasAlternatives)) {
+            ++index;
+            continue;
+        } else if (node.kind == Kind::repetition && node.minimum > 0) {
+            endsRun[end] = endsRun[end] || node.maximum > 1;
+            ++index;
+            continue;
+        } else if (lengths[index].maximum > 0) {
+            current = {};
+        }
+        index = end;
+    }
+    return longest;
+}
+
+} // namespace brisk
