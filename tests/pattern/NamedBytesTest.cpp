@@ -14,6 +14,25 @@
 namespace brisk {
 namespace {
 
+char toByte(std::size_t number) {
+    return static_cast<char>(number);
+}
+
+TEST(NamedBytesTest, FurtherNamesOfThePortableCharacterSetAreUnknown) {
+    for (const char* name : {"hyphen-minus", "full-stop", "solidus", "low-line", "left-brace", "BEL", "CR"}) {
+        EXPECT_EQ(findCollatingElement(name), std::nullopt) << name;
+    }
+}
+
+TEST(NamedBytesTest, ByteIsItsOwnCollatingElement) {
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+        EXPECT_EQ(findCollatingElement(std::string(1, toByte(byte))), toByte(byte));
+    }
+}
+
+// The library that the tables were taken from; others differ from it.
+#ifdef __GLIBCXX__
+
 // Every name of a class, and every name that the portable character set has for its bytes.
 constexpr char kClassNames[] = "alnum alpha blank cntrl d digit graph lower print punct s space upper w xdigit";
 constexpr char kElementNames[] =
@@ -29,10 +48,6 @@ constexpr char kElementNames[] =
 std::vector<std::string> words(const std::string& text) {
     std::istringstream stream(text);
     return {std::istream_iterator<std::string>(stream), {}};
-}
-
-char toByte(std::size_t number) {
-    return static_cast<char>(number);
 }
 
 // Every text of at most two bytes, the names, and the names with a byte more, less or in another's place.
@@ -55,21 +70,6 @@ void forEachNameNear(const std::string& names, const std::function<void(const st
         }
     }
 }
-
-TEST(NamedBytesTest, FurtherNamesOfThePortableCharacterSetAreUnknown) {
-    for (const char* name : {"hyphen-minus", "full-stop", "solidus", "low-line", "left-brace", "BEL", "CR"}) {
-        EXPECT_EQ(findCollatingElement(name), std::nullopt) << name;
-    }
-}
-
-TEST(NamedBytesTest, ByteIsItsOwnCollatingElement) {
-    for (std::size_t byte = 0; byte < 256; ++byte) {
-        EXPECT_EQ(findCollatingElement(std::string(1, toByte(byte))), toByte(byte));
-    }
-}
-
-// The library that the tables were taken from; others differ from it.
-#ifdef __GLIBCXX__
 
 std::regex_traits<char> classicTraits() {
     std::regex_traits<char> traits;
