@@ -1,8 +1,10 @@
 #include "base/Executables.h"
+#include "base/TextEncoding.h"
 #include "fuzz/Fuzzing.h"
 #include "host/simulation/SimulatedCall.h"
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <optional>
 
@@ -39,6 +41,13 @@ std::optional<std::string_view> bytesAt(const Answer& answer, std::string_view r
     return resource.substr(static_cast<std::size_t>(answer.offset));
 }
 
+// The wide text up to its zero, or to its last whole character.
+std::string readText(std::string_view bytes) {
+    std::wstring wide(bytes.size() / sizeof(wchar_t), L'\0');
+    std::memcpy(wide.data(), bytes.data(), wide.size() * sizeof(wchar_t));
+    return toNarrow(wide.substr(0, wide.find(L'\0')));
+}
+
 std::string hexadecimal(unsigned number) {
     std::string digits;
     for (int shift = 12; shift >= 0; shift -= 4) {
@@ -68,22 +77,22 @@ void checkResource(std::string_view input) {
             "\\StringFileInfo\\" + hexadecimal(byte(1) * 256u + byte(0)) + hexadecimal(byte(3) * 256u + byte(2));
         for (std::size_t i = 0; i < std::size(names); ++i) {
             answers[block + names[i]] = strings[i];
-            const std::string_view text = bytesAt(strings[i], resource).value_or("");
-            expected[i] = text.substr(0, text.find('\0'));
+            expected[i] = readText(bytesAt(strings[i], resource).value_or(""));
         }
     }
 
     std::vector<std::string> queries;
     using host::simulatedCall;
-    simulatedCall<GetFileVersionInfoSizeA>.intercept(
-        [&](LPCSTR, LPDWORD) { return static_cast<DWORD>(resource.size()); });
-    simulatedCall<GetFileVersionInfoA>.intercept([&](LPCSTR, DWORD, DWORD size, LPVOID buffer) -> BOOL {
+    simulatedCall<GetFileVersionInfoSizeW>.intercept(
+        [&](LPCWSTR, LPDWORD) { return static_cast<DWORD>(resource.size()); });
+    simulatedCall<GetFileVersionInfoW>.intercept([&](LPCWSTR, DWORD, DWORD size, LPVOID buffer) -> BOOL {
         fuzzing::requireEqual<std::size_t>(size, resource.size(), "the buffer's size");
         resource.copy(static_cast<char*>(buffer), size);
         return isReadable;
     });
-    simulatedCall<VerQueryValueA>.intercept([&](LPCVOID buffer, LPCSTR name, LPVOID* value, UINT* length) -> BOOL {
-        queries.emplace_back(name);
+    simulatedCall<VerQueryValueW>.intercept([&](LPCVOID buffer, LPCWSTR wideName, LPVOID* value, UINT* length) -> BOOL {
+        const std::string name = toNarrow(wideName);
+        queries.push_back(name);
         fuzzing::require(answers.contains(name), "only these names are asked for");
         const Answer& answer = answers.at(name);
         const auto place = reinterpret_cast<std::intptr_t>(buffer) + answer.offset;

@@ -4,6 +4,7 @@
 #include "BriskHost.h"
 #include "base/RunTimeParameters.h"
 #include "gfx/CreateGfxInfo.h"
+#include "support/ModuleNames.h"
 #include "toast/ToastManager.h"
 #include "tracking/Services.h"
 
@@ -56,8 +57,7 @@ TEST_F(MainTest, StepsOfTheStartFollowTheirOrder) {
         EXPECT_EQ(module, nullptr);
         EXPECT_EQ(size, 260u);
         note("[GetModuleFileName]");
-        const std::string path = folder.narrow() + "/brisk.exe";
-        return static_cast<DWORD>(path.copy(buffer, size));
+        return testing::giveNameAsWindows(folder.narrow() + "/brisk.exe", buffer, size);
     });
     GetProcAddressFault.intercept([this](HMODULE module, const char* name) {
         if (std::string(name) == "RoGetActivationFactory" && record().back() != "[toast manager]") {
@@ -133,7 +133,7 @@ TEST_F(MainTest, UnknownModulePathIsLoggedAndLeavesNoDatabaseToFind) {
 
 TEST_F(MainTest, ModulePathWithoutADirectoryIsLogged) {
     GetModuleFileNameAFault.intercept(
-        [](HMODULE, char* buffer, DWORD) { return static_cast<DWORD>(std::string("brisk.exe").copy(buffer, 9)); });
+        [](HMODULE, char* buffer, DWORD size) { return testing::giveNameAsWindows("brisk.exe", buffer, size); });
     EXPECT_EQ(start(), 0);
     EXPECT_THAT(recordAfterParameters(),
                 ElementsAreArray(startLines({.database = {"Brisk : couldn't find delimiter in module name.",

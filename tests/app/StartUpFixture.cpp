@@ -1,6 +1,7 @@
 #include "StartUpFixture.h"
 
 #include "BriskHost.h"
+#include "support/ModuleNames.h"
 #include "support/ProcessState.h"
 
 #include <nlohmann/json.hpp>
@@ -56,8 +57,7 @@ StartUpFixture::StartUpFixture() {
         if (!isStarting) {
             return GetModuleFileNameAFault.real(module, buffer, size);
         }
-        const std::string path = folder.narrow() + "\\brisk.exe";
-        return static_cast<DWORD>(path.copy(buffer, path.size()));
+        return giveNameAsWindows(folder.narrow() + "\\brisk.exe", buffer, size);
     });
     CreateWindowExAFault.intercept([this](auto... arguments) {
         serviceWindow = CreateWindowExAFault.real(arguments...);

@@ -2,9 +2,12 @@
 
 #include "base/WindowsHandles.h"
 #include "support/Faults.h"
+#include "support/ModuleNames.h"
 #include "support/Sandbox.h"
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
 
 #include <psapi.h>
 
@@ -23,10 +26,21 @@ constexpr DWORD kNoSuchProcess = 0xFFFFFFF0;
 constexpr wchar_t kStartedEvent[] = L"brisk-test-child-started";
 constexpr wchar_t kEndEvent[] = L"brisk-test-child-ends";
 
-// Gives a path as the system does: cut at the buffer's size.
-DWORD givePath(const std::string& path, LPSTR buffer, DWORD size) {
-    const std::size_t length = path.copy(buffer, size);
-    return static_cast<DWORD>(length);
+using GiveName = DWORD(const std::string& name, char* buffer, DWORD size);
+GiveName* const kBothWays[] = {testing::giveNameAsWindows, testing::giveNameAsWine};
+
+// Wine's GetModuleFileNameA: a name that does not fit fills the buffer, and no zero ends it.
+DWORD giveNameWithoutZero(const std::string& name, char* buffer, DWORD size) {
+    name.copy(buffer, size);
+    return name.size() < size ? testing::giveNameAsWine(name, buffer, size) : size;
+}
+
+std::string repeat(const std::string& text, std::size_t count) {
+    std::string all;
+    for (; count > 0; --count) {
+        all += text;
+    }
+    return all;
 }
 
 std::filesystem::path programFile() {
@@ -38,18 +52,21 @@ class ExecutablesTest : public ::testing::Test {
 protected:
     ~ExecutablesTest() override { faults::reset(); }
 
-    static std::string moduleDirectory(const std::string& path) {
+    static std::string moduleDirectory(const std::string& path, GiveName* give = testing::giveNameAsWindows) {
         GetModuleFileNameAFault.intercept(
-            [path](HMODULE, LPSTR buffer, DWORD size) { return givePath(path, buffer, size); });
+            [=](HMODULE, LPSTR buffer, DWORD size) { return give(path, withoutZeros(buffer, size), size); });
         return getModuleDirectory();
     }
 
     // "directory|fileName" of a process whose executable has the path.
-    static std::string processImage(const std::string& path) {
+    static std::string processImage(const std::string& path, GiveName* give = testing::giveNameAsWindows) {
         K32GetModuleFileNameExAFault.intercept(
-            [path](HANDLE, HMODULE, LPSTR buffer, DWORD size) { return givePath(path, buffer, size); });
+            [=](HANDLE, HMODULE, LPSTR buffer, DWORD size) { return give(path, withoutZeros(buffer, size), size); });
         return join(getProcessImage(GetCurrentProcessId()));
     }
+
+    // Whatever the buffer held before is behind the name.
+    static char* withoutZeros(char* buffer, DWORD size) { return std::fill_n(buffer, size, '#') - size; }
 
     static std::string join(const ProcessImage& image) { return image.directory + "|" + image.fileName; }
 
@@ -72,15 +89,31 @@ TEST_F(ExecutablesTest, ModuleDirectoryEndsBeforeTheLastSeparatorOfEitherKind) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
+TEST_F(ExecutablesTest, ModuleDirectoryIsWholeWhateverTheAnswerCounts) {
+    for (GiveName* give : kBothWays) {
+        EXPECT_EQ(moduleDirectory("C:\\J\xC3\xBCrgen\\\xE6\xB8\xB8\\b", give), "C:\\J\xC3\xBCrgen\\\xE6\xB8\xB8");
+    }
+}
+
 TEST_F(ExecutablesTest, ModuleNameIsAskedForTheProgramItselfInto260Characters) {
     GetModuleFileNameAFault.intercept([](HMODULE module, LPSTR buffer, DWORD size) {
         EXPECT_EQ(module, nullptr);
         EXPECT_EQ(size, 260u);
-        return givePath("C:\\" + std::string(300, 'x') + "\\brisk.exe", buffer, size);
+        return testing::giveNameAsWindows("C:\\Brisk\\brisk.exe", buffer, size);
     });
-    // What is left of the path has its last separator behind the drive.
-    EXPECT_EQ(getModuleDirectory(), "C:");
+    EXPECT_EQ(getModuleDirectory(), "C:\\Brisk");
     EXPECT_EQ(GetModuleFileNameAFault.calls(), 1u);
+}
+
+TEST_F(ExecutablesTest, ModuleNameThatIsCutOffIsTakenAsFarAsItGoes) {
+    const std::string name = "C:\\" + std::string(300, 'x') + "\\brisk.exe";
+    // What is left of the path has its last separator behind the drive.
+    EXPECT_EQ(moduleDirectory(name), "C:");
+    EXPECT_EQ(moduleDirectory(name, giveNameWithoutZero), "C:");
+    // Its last separator is the buffer's last byte, where a zero stands on Windows.
+    const std::string folder = "C:\\" + std::string(256, 'x');
+    EXPECT_EQ(moduleDirectory(folder + "\\brisk.exe", giveNameWithoutZero), folder);
+    EXPECT_EQ(moduleDirectory(folder + "\\brisk.exe"), "C:");
 }
 
 TEST_F(ExecutablesTest, ModuleNameThatCannotBeReadGivesALineWithTheDecimalErrorAndNoDirectory) {
@@ -120,7 +153,7 @@ TEST_F(ExecutablesTest, MainModulesNameIsReadInto260CharactersThroughThatHandleW
         EXPECT_EQ(module, nullptr);
         EXPECT_EQ(size, 260u);
         EXPECT_EQ(CloseHandleFault.calls(), 0u);
-        return givePath("C:\\Games\\game.exe", buffer, size);
+        return testing::giveNameAsWindows("C:\\Games\\game.exe", buffer, size);
     });
     CloseHandleFault.intercept([=](HANDLE closed) {
         EXPECT_EQ(closed, handle);
@@ -161,11 +194,46 @@ TEST_F(ExecutablesTest, ProcessImageIsSplitAtTheLastSeparatorOfEitherKind) {
     EXPECT_EQ(processImage("hollow.exe"), "|");
 }
 
-TEST_F(ExecutablesTest, PathThatIsCutOffEndsAtItsTerminatorWhateverLengthIsReported) {
-    const std::string cut = "C:\\Games\\" + std::string(250, 'x');
-    ASSERT_EQ(cut.size(), 259u);
-    // 260 characters, the terminator included.
-    EXPECT_EQ(processImage(std::string(cut.c_str(), 260)), "C:\\Games|" + std::string(250, 'x'));
+TEST_F(ExecutablesTest, NamesOutsideOfAsciiAreWholeWhateverTheAnswerCounts) {
+    for (GiveName* give : kBothWays) {
+        EXPECT_EQ(processImage("C:\\Spiele\\J\xC3\xBCrgen\\game.exe", give), "C:\\Spiele\\J\xC3\xBCrgen|game.exe");
+        EXPECT_EQ(processImage("D:\\\xE6\xB8\xB8\xE6\x88\x8F\\game.exe", give),
+                  "D:\\\xE6\xB8\xB8\xE6\x88\x8F|game.exe");
+        EXPECT_EQ(processImage("D:\\Games\\\xE6\x98\x9F\xF0\x9F\x8E\xAE.exe", give),
+                  "D:\\Games|\xE6\x98\x9F\xF0\x9F\x8E\xAE.exe");
+    }
+}
+
+TEST_F(ExecutablesTest, NameThatJustFitsIsWholeWhateverTheAnswerCounts) {
+    // 259 bytes.
+    const std::string ascii(250, 'x');
+    const std::string umlauts = repeat("\xC3\xBC", 125);
+    const std::string characters = repeat("\xE6\x98\x9F", 83) + "x";
+    for (GiveName* give : kBothWays) {
+        for (const std::string& name : {ascii, umlauts, characters}) {
+            ASSERT_EQ(name.size(), 250u);
+            EXPECT_EQ(processImage("C:\\Games\\" + name, give), "C:\\Games|" + name);
+        }
+    }
+}
+
+TEST_F(ExecutablesTest, NameThatDoesNotFitIsCutOffAt259Bytes) {
+    const std::string cut(250, 'x');
+    for (const std::size_t more : {1u, 2u, 100u}) {
+        for (GiveName* give : kBothWays) {
+            EXPECT_EQ(processImage("C:\\Games\\" + cut + std::string(more, 'y'), give), "C:\\Games|" + cut) << more;
+        }
+        EXPECT_EQ(processImage("C:\\Games\\" + repeat("\xC3\xBC", 125 + more), testing::giveNameAsWine),
+                  "C:\\Games|" + repeat("\xC3\xBC", 125))
+            << more;
+    }
+}
+
+TEST_F(ExecutablesTest, NameTooLongInItsBytesOnlyYieldsAnEmptyRecordOnWindows) {
+    for (const std::size_t count : {126u, 127u, 200u}) {
+        EXPECT_EQ(processImage("C:\\Games\\" + repeat("\xC3\xBC", count)), "|") << count;
+    }
+    EXPECT_EQ(processImage("C:\\" + repeat("\xE6\xB8\xB8", 90) + "\\game.exe"), "|");
 }
 
 // Not a test: what the next one runs as another process.

@@ -6,14 +6,15 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 
-BRISK_FAULT_POINT("version.dll", GetFileVersionInfoSizeA)
-BRISK_FAULT_POINT("version.dll", GetFileVersionInfoA)
-BRISK_FAULT_POINT("version.dll", VerQueryValueA)
+BRISK_FAULT_POINT("version.dll", GetFileVersionInfoSizeW)
+BRISK_FAULT_POINT("version.dll", GetFileVersionInfoW)
+BRISK_FAULT_POINT("version.dll", VerQueryValueW)
 
 namespace {
 
@@ -90,9 +91,9 @@ TEST_F(FilePropertiesTest, OnlyTheFirstTranslationIsRead) {
 
 TEST_F(FilePropertiesTest, FourNamesAreQueriedInOrderUnderTheFirstTranslation) {
     std::vector<std::string> queries;
-    VerQueryValueAFault.intercept([&](LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) {
-        queries.emplace_back(subBlock);
-        return VerQueryValueAFault.real(block, subBlock, value, length);
+    VerQueryValueWFault.intercept([&](LPCVOID block, LPCWSTR subBlock, LPVOID* value, PUINT length) {
+        queries.push_back(toNarrow(subBlock));
+        return VerQueryValueWFault.real(block, subBlock, value, length);
     });
     properties(versionSample("first-translation-without-strings"));
     EXPECT_THAT(queries,
@@ -125,6 +126,14 @@ TEST_F(FilePropertiesTest, StringsAreInTheProcessCodePage) {
                                                       "hle & S\xC3\xB8n|3.1");
 }
 
+TEST_F(FilePropertiesTest, LongStringsOfThreeBytesACharacterAreWhole) {
+    std::string company;
+    while (company.size() < 3 * 480) {
+        company += "\xE6\xB8\xB8\xE6\x88\x8F";
+    }
+    EXPECT_EQ(properties(versionSample("long-characters")), "Glass Orchard|" + company + "|(c) " + company + "|3.1");
+}
+
 TEST_F(FilePropertiesTest, PathIsInTheProcessCodePage) {
     const testing::TemporaryFolder folder;
     std::filesystem::copy_file(toPath(versionSample("complete")), folder / L"Gl\u00FC"
@@ -136,38 +145,39 @@ TEST_F(FilePropertiesTest, PathIsInTheProcessCodePage) {
 
 TEST_F(FilePropertiesTest, ResourceThatCannotBeReadYieldsFourEmptyStrings) {
     const std::string path = versionSample("complete");
-    const DWORD told = GetFileVersionInfoSizeA(path.c_str(), nullptr);
-    GetFileVersionInfoAFault.intercept([told](LPCSTR, DWORD handle, DWORD size, LPVOID) {
+    const DWORD told = GetFileVersionInfoSizeW(toWide(path).c_str(), nullptr);
+    GetFileVersionInfoWFault.intercept([told](LPCWSTR, DWORD handle, DWORD size, LPVOID) {
         EXPECT_EQ(handle, 0u);
         EXPECT_EQ(size, told);
         return FALSE;
     });
     EXPECT_EQ(properties(path), kNothing);
-    EXPECT_EQ(VerQueryValueAFault.calls(), 0u);
-    GetFileVersionInfoSizeAFault.fail(0, ERROR_RESOURCE_DATA_NOT_FOUND);
+    EXPECT_EQ(VerQueryValueWFault.calls(), 0u);
+    GetFileVersionInfoSizeWFault.fail(0, ERROR_RESOURCE_DATA_NOT_FOUND);
     EXPECT_EQ(properties(versionSample("complete")), kNothing);
-    EXPECT_EQ(GetFileVersionInfoAFault.calls(), 1u);
+    EXPECT_EQ(GetFileVersionInfoWFault.calls(), 1u);
 }
 
 TEST_F(FilePropertiesTest, ResourceThatThereIsNoMemoryForYieldsFourEmptyStrings) {
     const std::string path = versionSample("complete");
-    failingBuffer = GetFileVersionInfoSizeA(path.c_str(), nullptr);
+    failingBuffer = GetFileVersionInfoSizeW(toWide(path).c_str(), nullptr);
     EXPECT_EQ(properties(path), kNothing);
-    EXPECT_EQ(GetFileVersionInfoAFault.calls(), 0u);
+    EXPECT_EQ(GetFileVersionInfoWFault.calls(), 0u);
     failingBuffer = SIZE_MAX;
     EXPECT_EQ(properties(path), kComplete);
 }
 
 TEST_F(FilePropertiesTest, TranslationTableThatCannotBeQueriedYieldsFourEmptyStrings) {
-    VerQueryValueAFault.fail(FALSE, ERROR_RESOURCE_TYPE_NOT_FOUND);
+    VerQueryValueWFault.fail(FALSE, ERROR_RESOURCE_TYPE_NOT_FOUND);
     EXPECT_EQ(properties(versionSample("complete")), kNothing);
-    EXPECT_EQ(VerQueryValueAFault.calls(), 1u);
+    EXPECT_EQ(VerQueryValueWFault.calls(), 1u);
 }
 
 TEST_F(FilePropertiesTest, StringThatCannotBeQueriedStaysEmptyAndTheNextOnesAreRead) {
     const auto without = [](const std::string& name) {
-        VerQueryValueAFault.intercept([name](LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) -> BOOL {
-            return !std::string(subBlock).ends_with(name) && VerQueryValueAFault.real(block, subBlock, value, length);
+        VerQueryValueWFault.intercept([name](LPCVOID block, LPCWSTR subBlock, LPVOID* value, PUINT length) -> BOOL {
+            return !std::wstring(subBlock).ends_with(toWide(name)) &&
+                   VerQueryValueWFault.real(block, subBlock, value, length);
         });
         return properties(versionSample("complete"));
     };
@@ -179,14 +189,13 @@ TEST_F(FilePropertiesTest, StringThatCannotBeQueriedStaysEmptyAndTheNextOnesAreR
 
 TEST_F(FilePropertiesTest, StringWithoutATerminatorEndsWithTheResource) {
     const std::string path = versionSample("complete");
-    const DWORD size = GetFileVersionInfoSizeA(path.c_str(), nullptr);
-    VerQueryValueAFault.intercept([size](LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) -> BOOL {
-        if (!std::string(subBlock).ends_with("\\FileVersion")) {
-            return VerQueryValueAFault.real(block, subBlock, value, length);
+    const DWORD size = GetFileVersionInfoSizeW(toWide(path).c_str(), nullptr);
+    VerQueryValueWFault.intercept([size](LPCVOID block, LPCWSTR subBlock, LPVOID* value, PUINT length) -> BOOL {
+        if (!std::wstring(subBlock).ends_with(L"\\FileVersion")) {
+            return VerQueryValueWFault.real(block, subBlock, value, length);
         }
-        char* const end = static_cast<char*>(const_cast<void*>(block)) + size;
-        std::memcpy(end - 3, "3.1", 3);
-        *value = end - 3;
+        wchar_t* const end = static_cast<wchar_t*>(const_cast<void*>(block)) + size / sizeof(wchar_t);
+        *value = std::copy_n(L"3.1", 3, end - 3) - 3;
         *length = 3;
         return TRUE;
     });
@@ -195,11 +204,11 @@ TEST_F(FilePropertiesTest, StringWithoutATerminatorEndsWithTheResource) {
 
 TEST_F(FilePropertiesTest, ValuesThatLieOutsideOfTheResourceAreNotRead) {
     const std::string path = versionSample("complete");
-    const DWORD size = GetFileVersionInfoSizeA(path.c_str(), nullptr);
+    const DWORD size = GetFileVersionInfoSizeW(toWide(path).c_str(), nullptr);
     const auto withValueAt = [&](const std::string& name, std::ptrdiff_t offset) {
-        VerQueryValueAFault.intercept([=](LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) -> BOOL {
-            if (!std::string(subBlock).ends_with(name)) {
-                return VerQueryValueAFault.real(block, subBlock, value, length);
+        VerQueryValueWFault.intercept([=](LPCVOID block, LPCWSTR subBlock, LPVOID* value, PUINT length) -> BOOL {
+            if (!std::wstring(subBlock).ends_with(toWide(name))) {
+                return VerQueryValueWFault.real(block, subBlock, value, length);
             }
             *value = reinterpret_cast<void*>(reinterpret_cast<std::intptr_t>(block) + offset);
             *length = sizeof(DWORD);
@@ -217,7 +226,7 @@ TEST_F(FilePropertiesTest, ValuesThatLieOutsideOfTheResourceAreNotRead) {
 }
 
 TEST_F(FilePropertiesTest, TranslationTableWithoutAPlaceYieldsFourEmptyStrings) {
-    VerQueryValueAFault.intercept([](LPCVOID, LPCSTR, LPVOID* value, PUINT length) -> BOOL {
+    VerQueryValueWFault.intercept([](LPCVOID, LPCWSTR, LPVOID* value, PUINT length) -> BOOL {
         *value = nullptr;
         *length = sizeof(DWORD);
         return TRUE;
@@ -227,21 +236,21 @@ TEST_F(FilePropertiesTest, TranslationTableWithoutAPlaceYieldsFourEmptyStrings) 
 
 TEST_F(FilePropertiesTest, PartOfATranslationIsNone) {
     for (const UINT partial : {0u, 1u, 2u, 3u}) {
-        VerQueryValueAFault.intercept([partial](LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) {
-            const BOOL found = VerQueryValueAFault.real(block, subBlock, value, length);
+        VerQueryValueWFault.intercept([partial](LPCVOID block, LPCWSTR subBlock, LPVOID* value, PUINT length) {
+            const BOOL found = VerQueryValueWFault.real(block, subBlock, value, length);
             *length = partial;
             return found;
         });
-        const unsigned before = VerQueryValueAFault.calls();
+        const unsigned before = VerQueryValueWFault.calls();
         EXPECT_EQ(properties(versionSample("complete")), kNothing) << partial;
-        EXPECT_EQ(VerQueryValueAFault.calls(), before + 1) << partial;
+        EXPECT_EQ(VerQueryValueWFault.calls(), before + 1) << partial;
     }
 }
 
 TEST_F(FilePropertiesTest, LengthThatTheQueryReportsIsNotUsed) {
-    VerQueryValueAFault.intercept([](LPCVOID block, LPCSTR subBlock, LPVOID* value, PUINT length) {
-        const BOOL found = VerQueryValueAFault.real(block, subBlock, value, length);
-        if (std::string(subBlock).starts_with("\\StringFileInfo")) {
+    VerQueryValueWFault.intercept([](LPCVOID block, LPCWSTR subBlock, LPVOID* value, PUINT length) {
+        const BOOL found = VerQueryValueWFault.real(block, subBlock, value, length);
+        if (std::wstring(subBlock).starts_with(L"\\StringFileInfo")) {
             *length = 1;
         }
         return found;

@@ -1,8 +1,11 @@
 #include "Desktop.h"
 
 #include "FaultPoints.h"
+#include "base/TextEncoding.h"
+#include "support/ModuleNames.h"
 
 #include <algorithm>
+#include <cstring>
 #include <sstream>
 #include <utility>
 
@@ -62,29 +65,29 @@ Desktop::Desktop() {
         }
         return TRUE;
     });
-    K32GetModuleFileNameExAFault.intercept([this](HANDLE, HMODULE, char* path, DWORD size) {
-        const std::size_t length = executable.copy(path, size);
-        return static_cast<DWORD>(length);
+    K32GetModuleFileNameExAFault.intercept(
+        [this](HANDLE, HMODULE, char* path, DWORD size) { return giveNameAsWindows(executable, path, size); });
+    GetFileVersionInfoSizeWFault.intercept([this](const wchar_t* file, DWORD*) {
+        askedFile = toNarrow(file);
+        return publisher.empty() ? DWORD{0} : static_cast<DWORD>((publisher.size() + 1) * sizeof(wchar_t));
     });
-    GetFileVersionInfoSizeAFault.intercept([this](const char* file, DWORD*) {
-        askedFile = file;
-        return publisher.empty() ? 0UL : 16UL;
-    });
-    GetFileVersionInfoAFault.intercept([](const char*, DWORD, DWORD, void*) -> BOOL { return TRUE; });
+    GetFileVersionInfoWFault.intercept([](const wchar_t*, DWORD, DWORD, void*) -> BOOL { return TRUE; });
     // The strings lie in the resource's own buffer.
-    VerQueryValueAFault.intercept([this](const void* resource, const char* block, void** value, UINT* length) -> BOOL {
-        const std::string name = block;
-        char* buffer = static_cast<char*>(const_cast<void*>(resource));
-        *value = buffer;
-        if (name == "\\VarFileInfo\\Translation") {
-            std::fill_n(buffer, 4, '\0');
-            *length = 4;
-            return TRUE;
-        }
-        buffer[publisher.copy(buffer, 15)] = '\0';
-        *length = 1;
-        return name == "\\StringFileInfo\\00000000\\CompanyName";
-    });
+    VerQueryValueWFault.intercept(
+        [this](const void* resource, const wchar_t* block, void** value, UINT* length) -> BOOL {
+            const std::wstring name = block;
+            char* buffer = static_cast<char*>(const_cast<void*>(resource));
+            *value = buffer;
+            if (name == L"\\VarFileInfo\\Translation") {
+                std::fill_n(buffer, 4, '\0');
+                *length = 4;
+                return TRUE;
+            }
+            const std::wstring text = toWide(publisher);
+            std::memcpy(buffer, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+            *length = 1;
+            return name == L"\\StringFileInfo\\00000000\\CompanyName";
+        });
 }
 
 std::vector<std::string> Desktop::takeCalls() {

@@ -53,11 +53,11 @@ void setSwitch(Fault fault, const FaultPlan& plan) {
     case Fault::ModuleName:
         return set<K32GetModuleFileNameExA>(plan, 0u, error);
     case Fault::VersionSize:
-        return set<GetFileVersionInfoSizeA>(plan, 0u, error);
+        return set<GetFileVersionInfoSizeW>(plan, 0u, error);
     case Fault::VersionRead:
-        return set<GetFileVersionInfoA>(plan, FALSE, error);
+        return set<GetFileVersionInfoW>(plan, FALSE, error);
     case Fault::VersionQuery:
-        return set<VerQueryValueA>(plan, FALSE, error);
+        return set<VerQueryValueW>(plan, FALSE, error);
     case Fault::ForegroundWindow:
         return set<GetForegroundWindow>(plan, nullptr, error);
     case Fault::WindowProcess:

@@ -207,7 +207,8 @@ std::string writeDatabase(const std::vector<Title>& titles) {
 }
 
 std::string executableOf(unsigned number) {
-    return "Game" + std::to_string(number) + ".exe";
+    // Names outside of ASCII have more bytes than characters.
+    return (number % 2 == 0 ? "Game" : "J\xC3\xB6rg \xE6\x98\x9F ") + std::to_string(number) + ".exe";
 }
 
 std::string gameFolderOf(unsigned number) {

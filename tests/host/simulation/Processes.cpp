@@ -1,8 +1,10 @@
 #include "host/simulation/Processes.h"
 
+#include "base/TextEncoding.h"
 #include "host/simulation/Desktop.h"
 #include "host/simulation/Handles.h"
 #include "host/simulation/SimulatedCall.h"
+#include "support/ModuleNames.h"
 
 #include <cstring>
 #include <iomanip>
@@ -38,7 +40,9 @@ std::string serialise(const VersionResource& version) {
     block << "\\StringFileInfo\\" << std::hex << std::setfill('0') << std::setw(4) << version.language << std::setw(4)
           << version.codePage << '\\';
     for (const auto& [name, text] : version.strings) {
-        append(resource, block.str() + name, text + '\0');
+        const std::wstring wide = toWide(text);
+        append(resource, block.str() + name,
+               {reinterpret_cast<const char*>(wide.c_str()), (wide.size() + 1) * sizeof(wchar_t)});
     }
     append(resource, "", "");
     return resource;
@@ -111,18 +115,15 @@ DWORD K32GetModuleFileNameExA(HANDLE process, HMODULE module, LPSTR path, DWORD 
                 SetLastError(ERROR_ACCESS_DENIED);
                 return 0;
             }
-            // Cut to the buffer, zero included.
-            const std::string cut = found->second.executable.substr(0, characters - 1);
-            std::strcpy(path, cut.c_str());
-            return static_cast<DWORD>(cut.size());
+            return brisk::testing::giveNameAsWindows(found->second.executable, path, characters);
         },
         process, module, path, characters);
 }
 
-DWORD GetFileVersionInfoSizeA(LPCSTR path, LPDWORD ignored) {
-    return simulate<GetFileVersionInfoSizeA>(
+DWORD GetFileVersionInfoSizeW(LPCWSTR path, LPDWORD ignored) {
+    return simulate<GetFileVersionInfoSizeW>(
         [&]() -> DWORD {
-            const auto version = processes().versions.find(path);
+            const auto version = processes().versions.find(brisk::toNarrow(path));
             if (version == processes().versions.end()) {
                 SetLastError(ERROR_RESOURCE_TYPE_NOT_FOUND);
                 return 0;
@@ -132,10 +133,10 @@ DWORD GetFileVersionInfoSizeA(LPCSTR path, LPDWORD ignored) {
         path, ignored);
 }
 
-BOOL GetFileVersionInfoA(LPCSTR path, DWORD handle, DWORD size, LPVOID resource) {
-    return simulate<GetFileVersionInfoA>(
+BOOL GetFileVersionInfoW(LPCWSTR path, DWORD handle, DWORD size, LPVOID resource) {
+    return simulate<GetFileVersionInfoW>(
         [&]() -> BOOL {
-            const auto version = processes().versions.find(path);
+            const auto version = processes().versions.find(brisk::toNarrow(path));
             if (version == processes().versions.end()) {
                 return FALSE;
             }
@@ -145,9 +146,10 @@ BOOL GetFileVersionInfoA(LPCSTR path, DWORD handle, DWORD size, LPVOID resource)
         path, handle, size, resource);
 }
 
-BOOL VerQueryValueA(LPCVOID resource, LPCSTR subBlock, LPVOID* value, UINT* length) {
-    return simulate<VerQueryValueA>(
+BOOL VerQueryValueW(LPCVOID resource, LPCWSTR subBlock, LPVOID* value, UINT* length) {
+    return simulate<VerQueryValueW>(
         [&]() -> BOOL {
+            const std::string wanted = brisk::toNarrow(subBlock);
             const char* position = static_cast<const char*>(resource);
             for (;;) {
                 const std::string_view name = take(position);
@@ -155,7 +157,7 @@ BOOL VerQueryValueA(LPCVOID resource, LPCSTR subBlock, LPVOID* value, UINT* leng
                 if (name.empty()) {
                     return FALSE;
                 }
-                if (name == subBlock) {
+                if (name == wanted) {
                     *value = const_cast<char*>(data.data());
                     *length = static_cast<UINT>(data.size());
                     return TRUE;

@@ -3,6 +3,7 @@
 #include "host/simulation/Findings.h"
 #include "host/simulation/Handles.h"
 #include "host/simulation/SimulatedCall.h"
+#include "support/ModuleNames.h"
 
 #include <cstring>
 
@@ -40,12 +41,8 @@ HRESULT SHGetFolderPathA(HWND window, int csidl, HANDLE token, DWORD flags, LPST
 
 DWORD GetModuleFileNameA(HMODULE module, LPSTR path, DWORD characters) {
     return simulate<GetModuleFileNameA>(
-        [&] {
-            const std::string cut = simulatedSystem().module.substr(0, characters - 1);
-            std::strcpy(path, cut.c_str());
-            return static_cast<DWORD>(cut.size());
-        },
-        module, path, characters);
+        [&] { return brisk::testing::giveNameAsWindows(simulatedSystem().module, path, characters); }, module, path,
+        characters);
 }
 
 // The vendor's library is not on this machine.

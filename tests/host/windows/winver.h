@@ -3,6 +3,6 @@
 
 #include "windef.h"
 
-DWORD GetFileVersionInfoSizeA(LPCSTR path, LPDWORD ignored);
-BOOL GetFileVersionInfoA(LPCSTR path, DWORD handle, DWORD size, LPVOID resource);
-BOOL VerQueryValueA(LPCVOID resource, LPCSTR subBlock, LPVOID* value, UINT* length);
+DWORD GetFileVersionInfoSizeW(LPCWSTR path, LPDWORD ignored);
+BOOL GetFileVersionInfoW(LPCWSTR path, DWORD handle, DWORD size, LPVOID resource);
+BOOL VerQueryValueW(LPCVOID resource, LPCWSTR subBlock, LPVOID* value, UINT* length);
