@@ -1,0 +1,1 @@
+// Headers are precompiled for a source file, even an empty one.
