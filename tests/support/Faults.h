@@ -154,7 +154,13 @@ inline void reset() {
 } // namespace brisk::faults
 
 // What an import library brings for a function: the pointer, through which functions declared as imported are called,
-// and the jump through it, which the others are.
+// and the jump through it, which the others are. With BRISK_IMPORT(Beep, &replaced) the linker finds both in the
+// program, as if it said
+//
+//   BOOL(WINAPI* __imp_Beep)(DWORD, DWORD) = &replaced;      where code says: call *__imp_Beep(%rip)
+//   Beep: jmp *__imp_Beep(%rip)                              where code says: call Beep
+//
+// and asks kernel32's import library for neither.
 #define BRISK_IMPORT(function, replacement)                                                                            \
     extern "C" {                                                                                                       \
     [[gnu::used]] inline decltype(&::function) __imp_##function = replacement;                                         \
