@@ -39,7 +39,6 @@ int run(HINSTANCE instance, const char* commandLine) {
     // Without one of the three the service ends quietly, with 0 (docs/decisions/kept-behaviour.md).
     if (titlesLoaded && registryAccessible && gfxInfo) {
         runServiceWindow(instance);
-        titleManager().close();
     }
     logLine("Brisk : finished");
     return 0;
@@ -51,8 +50,6 @@ int WINAPI WinMain(HINSTANCE hInstance, HINSTANCE /*hPrevInstance*/, LPSTR lpCmd
     try {
         return run(hInstance, lpCmdLine);
     } catch (const std::exception& error) {
-        // A handler may have failed while a button's action is patching.
-        titleManager().close();
         logLine("Brisk : ", error.what());
         return 1;
     }

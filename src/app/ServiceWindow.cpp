@@ -4,6 +4,7 @@
 #include "app/TitleInfo.h"
 #include "base/Log.h"
 #include "state/UserState.h"
+#include "toast/ButtonPresses.h"
 #include "toast/ToastManager.h"
 #include "tracking/BulkPatching.h"
 #include "tracking/GameEnd.h"
@@ -41,6 +42,15 @@ void onResetPromptCounters() {
         logLine("Brisk : resetToastsShown couldn't delete tree");
     }
 }
+
+// However the loop ends, by the quit message or by a handler's exception, the process ends next.
+class MessageLoopEnd {
+public:
+    MessageLoopEnd() = default;
+    MessageLoopEnd(const MessageLoopEnd&) = delete;
+    MessageLoopEnd& operator=(const MessageLoopEnd&) = delete;
+    ~MessageLoopEnd() { buttonPresses().end(); }
+};
 
 LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
@@ -96,6 +106,7 @@ void runServiceWindow(HINSTANCE instance) {
                          CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, instance, nullptr)) {
         throw std::runtime_error("CreateWindowEx failed");
     }
+    const MessageLoopEnd loopEnd;
     MSG message{};
     while (GetMessageA(&message, nullptr, 0, 0)) {
         TranslateMessage(&message);

@@ -8,7 +8,8 @@ namespace brisk {
 bool isServiceWindowPresent();
 
 // Creates the hidden window that the host posts its messages to and runs the message loop until the quit message.
-// Throws std::runtime_error when the window cannot be made, and whatever a handler throws.
+// Afterwards, and after an exception, no button's action runs, and none begins any more. Throws std::runtime_error when
+// the window cannot be made, and whatever a handler throws.
 void runServiceWindow(HINSTANCE instance);
 
 } // namespace brisk

@@ -90,12 +90,7 @@ bool TitleManager::isTitleNeedToBeOptimized(const std::string& binaryName) {
 bool TitleManager::optimizeTitle(const std::string& binaryName) {
     const std::lock_guard lock(mutex);
     TitleConfigAdapter* title = findTitle(binaryName);
-    return !closed && title && optimize(*title, resolutionValues);
-}
-
-void TitleManager::close() {
-    const std::lock_guard lock(mutex);
-    closed = true;
+    return title && optimize(*title, resolutionValues);
 }
 
 void TitleManager::setNativeResolution(std::uint32_t width, std::uint32_t height) {

@@ -41,10 +41,6 @@ public:
     // Writes every wanted setting. True when something was written and saved.
     bool optimizeTitle(const std::string& binaryName);
 
-    // Waits for the patch that a button's action runs, and lets none begin: the process is about to end, and a file
-    // must not be cut short.
-    void close();
-
     // The numbers behind the resolution names of the database.
     void setNativeResolution(std::uint32_t width, std::uint32_t height);
     void setResolution(std::uint32_t width, std::uint32_t height);
@@ -61,7 +57,6 @@ private:
     TitleConfigAdapter* findTitle(const std::string& binaryName) const;
 
     mutable std::mutex mutex;
-    bool closed = false;
     std::map<std::string, std::shared_ptr<TitleConfigAdapter>> titles; // by binary name
     ResolutionValues resolutionValues;
     // The last numbers given, as pairs. Nothing reads them: they are kept for the debugger.

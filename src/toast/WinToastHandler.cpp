@@ -1,10 +1,15 @@
 #include "toast/WinToastHandler.h"
 
 #include "base/StandardErrors.h"
+#include "toast/ButtonPresses.h"
 
 namespace brisk {
 
 void WinToastHandler::toastActivated(int actionIndex) {
+    const ButtonPresses::Press press = buttonPresses().begin();
+    if (!press) {
+        return;
+    }
     {
         const std::lock_guard lock(mutex);
         actionTaken = true;

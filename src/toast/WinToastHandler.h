@@ -22,7 +22,7 @@ public:
     explicit WinToastHandler(std::vector<ToastAction> toastActions) : actions(std::move(toastActions)) {}
 
     // Throws std::out_of_range "invalid vector subscript" for an index that no button has, std::bad_function_call for a
-    // button without a callback, and whatever the callback throws.
+    // button without a callback, and whatever the callback throws. Does nothing once ButtonPresses have ended.
     void toastActivated(int actionIndex) override;
     void toastActivated() override {}
     void toastDismissed(WinToastLib::ToastDismissalReason /*reason*/) override {}

@@ -6,7 +6,10 @@
 #include "gfx/CreateGfxInfo.h"
 #include "support/ModuleNames.h"
 #include "toast/ToastManager.h"
+#include "tracking/Gate.h"
 #include "tracking/Services.h"
+
+#include <future>
 
 namespace brisk {
 namespace {
@@ -103,6 +106,27 @@ TEST_F(MainTest, NumberBeyond32BitsEndsTheProcessWithOneBeforeTheStartLine) {
     EXPECT_THAT(record(), ElementsAreArray(parameterLines({{"-nw", "99999999999"}}, "-nw") +
                                            Lines{"Brisk : stoi argument out of range"}));
     EXPECT_EQ(FindWindowAFault.calls(), 0u);
+}
+
+TEST_F(MainTest, FailureOfAStartIsLoggedBeforeAnythingElseIsDone) {
+    writeDatabase(R"json([{"config_type": "reg", "title_name": "The Game", "binary_name": "game.exe",
+                           "config_locations": ["HKEY_CURRENT_USER/Software"],
+                           "config_fields": [{"key": "A", "value": 1}]}])json");
+    titleManager().loadTitlesDatabase(folder.narrow());
+    ASSERT_TRUE(titleManager().isTitleSupported("", "game.exe", ""));
+    testing::Gate gate;
+    RegSetValueExAFault.intercept([&gate](auto... arguments) {
+        gate.pass();
+        return RegSetValueExAFault.real(arguments...);
+    });
+    // Whoever asks the title manager for anything has to wait.
+    const auto patch = std::async(std::launch::async, [] { return titleManager().optimizeTitle("game.exe"); });
+    ASSERT_TRUE(gate.waitUntilReached());
+    EXPECT_EQ(start("-nw 99999999999"), 1);
+    EXPECT_EQ(record().back(), "Brisk : stoi argument out of range");
+    gate.open();
+    ASSERT_EQ(patch.wait_for(testing::kLimit), std::future_status::ready);
+    EXPECT_EQ(record().back(), "Brisk : 'The Game' optimized.");
 }
 
 TEST_F(MainTest, SecondInstanceLeavesAtOnceWithOne) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/ExpectedParameters.h"
+#include "toast/ButtonPresses.h"
 #include "tracking/Services.h"
 #include "tracking/Tracking.h"
 
@@ -19,6 +20,8 @@ inline void renewTitleManager() {
 // All of it is as in a new process.
 inline void renewProcessState() {
     renewTitleManager();
+    std::destroy_at(&buttonPresses());
+    std::construct_at(&buttonPresses());
     gfxInfo.reset();
     trackingState = TrackingState::Idle;
     resetTrackingContext();

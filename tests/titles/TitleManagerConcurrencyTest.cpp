@@ -69,26 +69,6 @@ TEST_F(TitleManagerConcurrencyTest, ARewriteWaitsForACheckToEnd) {
                 ElementsAre("Brisk : game setting '0' is not optimal '1'.", "Brisk : 'The Game' optimized."));
 }
 
-TEST_F(TitleManagerConcurrencyTest, ClosingWaitsForARewriteToEnd) {
-    loadRegistryTitle(R"json([{"key": "A", "value": 1}, {"key": "B", "value": 2}])json");
-    std::future<void> closing;
-    bool isClosedMeanwhile = false;
-    RegSetValueExAFault.intercept(
-        [&](HKEY key, const char* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
-            if (!closing.valid()) {
-                closing = std::async(std::launch::async, [this] { manager.close(); });
-                isClosedMeanwhile = isReady(closing, kGracePeriod);
-            }
-            return RegSetValueExAFault.real(key, name, reserved, type, data, size);
-        });
-    EXPECT_TRUE(manager.optimizeTitle("game.exe"));
-    EXPECT_FALSE(isClosedMeanwhile);
-    ASSERT_TRUE(isReady(closing, kLimit));
-    EXPECT_EQ(readValue("A"), "1");
-    EXPECT_EQ(readValue("B"), "2");
-    EXPECT_FALSE(manager.optimizeTitle("game.exe"));
-}
-
 TEST_F(TitleManagerConcurrencyTest, AFileThatIsRewrittenAndCheckedAtOnceNeverLosesItsText) {
     std::string content = "w=1\r\n";
     std::string expected = "w=5\r\n";

@@ -245,14 +245,5 @@ TEST_F(TitlePatchingTest, AnErrorHalfWayLeavesTheFileAsItIs) {
     EXPECT_EQ(patched(), "a=1\r\nb=6\r\n");
 }
 
-TEST_F(TitlePatchingTest, AClosedManagerPatchesNothing) {
-    loadTextTitle("w=1\r\n", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json");
-    manager.close();
-    EXPECT_FALSE(optimize());
-    EXPECT_EQ(testing::readFile(file()), "w=1\r\n");
-    EXPECT_THAT(log.take(), IsEmpty());
-    EXPECT_TRUE(manager.isTitleNeedToBeOptimized("game.exe"));
-}
-
 } // namespace
 } // namespace brisk

@@ -1,5 +1,7 @@
 #include "toast/WinToastHandler.h"
 
+#include "toast/ButtonPresses.h"
+
 #include "tracking/Gate.h"
 
 #include <gmock/gmock.h>
@@ -12,6 +14,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::kLimit;
+using testing::kGracePeriod;
 using WinToastLib::ToastDismissalReason;
 
 class WinToastHandlerTest : public ::testing::Test {
@@ -21,6 +24,11 @@ protected:
     }
     std::function<void()> release() {
         return [this] { calls.emplace_back("release"); };
+    }
+
+    ~WinToastHandlerTest() override {
+        std::destroy_at(&buttonPresses());
+        std::construct_at(&buttonPresses());
     }
 
     std::vector<std::string> calls;
@@ -123,6 +131,40 @@ TEST_F(WinToastHandlerTest, EventWhileACallbackRunsReleasesAtOnceAndThePressWhat
     busy.toastActivated(0);
     ASSERT_EQ(hidden.wait_for(kLimit), std::future_status::ready);
     EXPECT_THAT(calls, ElementsAre("hidden", "label", "release"));
+}
+
+TEST_F(WinToastHandlerTest, PressAfterTheEndHasNoEffectWhateverItsNumber) {
+    buttonPresses().end();
+    handler.toastActivated(0);
+    handler.toastActivated(2);
+    handler.toastCompleted(release());
+    EXPECT_THAT(calls, IsEmpty());
+}
+
+TEST_F(WinToastHandlerTest, EndWaitsForThePressesThatHaveBegunAndForNoOther) {
+    testing::Gate gates[2];
+    WinToastHandler busy({{"first", [&] { gates[0].pass(); }},
+                          {"second",
+                           [&] {
+                               gates[1].pass();
+                               throw std::runtime_error("no");
+                           }},
+                          action("third")});
+    auto first = std::async(std::launch::async, [&] { busy.toastActivated(0); });
+    auto second = std::async(std::launch::async, [&] { busy.toastActivated(1); });
+    ASSERT_TRUE(gates[0].waitUntilReached());
+    ASSERT_TRUE(gates[1].waitUntilReached());
+    const auto end = std::async(std::launch::async, [] { buttonPresses().end(); });
+    EXPECT_EQ(end.wait_for(kGracePeriod), std::future_status::timeout);
+    const auto third = std::async(std::launch::async, [&] { busy.toastActivated(2); });
+    gates[1].open();
+    EXPECT_THROW(second.get(), std::runtime_error);
+    EXPECT_EQ(end.wait_for(kGracePeriod), std::future_status::timeout);
+    gates[0].open();
+    first.get();
+    EXPECT_EQ(end.wait_for(kLimit), std::future_status::ready);
+    EXPECT_EQ(third.wait_for(kLimit), std::future_status::ready);
+    EXPECT_THAT(calls, IsEmpty());
 }
 
 TEST_F(WinToastHandlerTest, HandlerHoldsItsOwnCopyOfTheActions) {

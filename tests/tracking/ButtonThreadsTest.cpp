@@ -1,6 +1,7 @@
 // Presses and clears of toasts at the same time, and presses that come late.
 #include "ButtonThreadsFixture.h"
 
+#include "toast/ButtonPresses.h"
 #include "toast/ToastManager.h"
 #include "tracking/BulkPatching.h"
 
@@ -154,6 +155,54 @@ TEST_F(ButtonThreadsTest, ToastManagerIsLetGoDuringAPress) {
     // The pressed toast is gone already.
     EXPECT_THAT(toasts.events(),
                 ElementsAre("Show 1", "Show 2", "Activated 2 0", "Hide 1", "Hide 2 -> 0x803E0107", "Show 3"));
+}
+
+TEST_F(ButtonThreadsTest, EndWaitsForAFailingPatchUntilItsErrorIsShown) {
+    loadRegistryGame();
+    showOffer();
+    Gate gate;
+    RegSetValueExAFault.intercept([&gate](auto...) -> LSTATUS {
+        gate.pass();
+        return ERROR_ACCESS_DENIED;
+    });
+    std::future<Result> pressed = press(1, kConfigure);
+    ASSERT_TRUE(gate.waitUntilReached());
+    auto end = std::async(std::launch::async, [this] {
+        buttonPresses().end();
+        return toasts.shown();
+    });
+    EXPECT_FALSE(isReady(end, kGracePeriod));
+    gate.open();
+    ASSERT_TRUE(isReady(end));
+    EXPECT_THAT(end.get(), ElementsAre(offer(), testing::gameFailedToast()));
+    expectDone(pressed);
+}
+
+TEST_F(ButtonThreadsTest, EndWaitsForARefusalThatIsBeingCountedAndLaterPressesHaveNoEffect) {
+    showOffer();
+    showToast("Second", "", "", {{"Configure Settings", configureSettings}});
+    showToast("Third", "", "", {{"Don't ask again", dontAskAgain}});
+    Gate gate;
+    holdNextWrite(gate);
+    std::future<Result> counted = press(1, kNotNow);
+    ASSERT_TRUE(gate.waitUntilReached());
+    auto end = std::async(std::launch::async, [] {
+        buttonPresses().end();
+        return stateValue("ToastsShown", "game.exe");
+    });
+    EXPECT_FALSE(isReady(end, kGracePeriod));
+    std::future<Result> late = press(2, 0);
+    gate.open();
+    ASSERT_TRUE(isReady(end));
+    EXPECT_EQ(end.get(), 1);
+    expectDone(counted);
+    expectDone(late);
+    EXPECT_EQ(toasts.control.press(3, 0).result, S_OK);
+    EXPECT_THAT(log.take(), ElementsAre("Brisk : Toast : Not now", "Brisk : increment toasts counter for game.exe"));
+    EXPECT_EQ(testing::readFile(settings()), "Width=1920\r\n");
+    EXPECT_EQ(stateValue("PatchedApps", "game.exe"), -1);
+    EXPECT_EQ(stateValue("", "ToastsNotAllowed"), -1);
+    EXPECT_EQ(toasts.shown().size(), 3u);
 }
 
 TEST_F(ButtonThreadsTest, PressesAndHandlersAtOnceLeaveTheFileWhole) {

@@ -288,6 +288,10 @@ void ServiceModel::show(const std::string& title, const std::string& subtitle, c
 }
 
 bool ServiceModel::press(ShownToast& toast, int index) {
+    if (isEnding) {
+        otherEvent(toast);
+        return true;
+    }
     const std::size_t position = static_cast<std::size_t>(&toast - toasts.data());
     toast.wasPressed = true;
     if (index < 0 || static_cast<std::size_t>(index) >= toast.actions.size()) {

@@ -93,10 +93,12 @@ bool ServiceModel::start(const Parameters& parameters) {
 }
 
 void ServiceModel::end() {
+    isEnding = true;
     line("Brisk : finished");
 }
 
 void ServiceModel::endBy(const Failure& failure) {
+    isEnding = true;
     line("Brisk : " + failure.text);
 }
 

@@ -158,7 +158,8 @@ private:
     std::map<std::string, LoadedTitle> titles;
     std::set<std::uint32_t> ids;
     std::map<std::string, std::int32_t> resolutions;
-    std::string pending; // written without a line end
+    bool isEnding = false; // and buttons have no effect any more
+    std::string pending;   // written without a line end
     std::uint64_t warming = 120;
     std::uint64_t tracking = 30;
     std::uint64_t notTracking = 120;
