@@ -26,6 +26,13 @@ void onCreate() {
     }
 }
 
+void onEndSession(bool isEnding) {
+    // The process may be ended once the message is answered. A session whose end was called off goes on.
+    if (isEnding) {
+        buttonPresses().end();
+    }
+}
+
 void onQuit() {
     ToastManager::instance()->cleanup();
     // What is in the queue already is still handled, a second quit message, too (docs/decisions/kept-behaviour.md).
@@ -64,6 +71,9 @@ LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
         if (wParam == kTrackingTimerId) {
             onTrackingTimer(window);
         }
+        break;
+    case WM_ENDSESSION:
+        onEndSession(wParam != FALSE);
         break;
     case BRISK_QUIT:
         onQuit();

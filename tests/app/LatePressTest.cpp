@@ -112,5 +112,40 @@ TEST_F(LatePressTest, PressBetweenTheQuitMessageAndTheLoopsEndActs) {
     EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
 }
 
+TEST_F(LatePressTest, PressAfterTheSessionsEndHasNoEffectAndMessagesAreHandledAsEver) {
+    whenPrepared = [this](HWND window) {
+        showButtons();
+        SendMessageA(window, WM_ENDSESSION, TRUE, 0);
+        pressAll();
+        expectNothingDone();
+        PostMessageA(window, BRISK_APP_FINISHED, 6, 0x2A);
+    };
+    EXPECT_EQ(start(), 0);
+    EXPECT_THAT(recordSincePrepared(),
+                ElementsAre("Brisk : onAppFinished, p1 = 6, p2 = 0x2a",
+                            "Brisk : got BRISK_APP_FINISHED message in IDLE state.", "Brisk : finished"));
+}
+
+TEST_F(LatePressTest, EndOfTheSessionThatWasCalledOffChangesNothing) {
+    whenPrepared = [this](HWND window) {
+        showButtons();
+        Gate gate;
+        RegSetValueExAFault.intercept([&gate](auto... arguments) {
+            gate.pass();
+            return RegSetValueExAFault.real(arguments...);
+        });
+        const auto refused = std::async(std::launch::async, [this] { return toasts.control.press(1, 0).result; });
+        EXPECT_TRUE(gate.waitUntilReached());
+        SendMessageA(window, WM_ENDSESSION, FALSE, 0);
+        EXPECT_FALSE(gate.isOpen());
+        gate.open();
+        EXPECT_EQ(refused.wait_for(testing::kLimit), std::future_status::ready);
+        EXPECT_EQ(toasts.control.press(3, 0).result, S_OK);
+    };
+    EXPECT_EQ(start(), 0);
+    EXPECT_EQ(getNumberOfToastsShown("game.exe"), 1);
+    EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
+}
+
 } // namespace
 } // namespace brisk

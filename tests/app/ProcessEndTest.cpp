@@ -62,6 +62,20 @@ protected:
             ending.open();
             throw std::runtime_error("broken");
         });
+        DispatchMessageAFault.intercept([](const MSG* next) {
+            if (next->message == WM_ENDSESSION) {
+                ending.open();
+            }
+            return DispatchMessageAFault.real(next);
+        });
+        // The session ends as soon as the service has given its answer.
+        DefWindowProcAFault.intercept([this](HWND window, UINT handled, WPARAM wParam, LPARAM lParam) {
+            if (handled == WM_ENDSESSION) {
+                std::ofstream(report, std::ios::app | std::ios::binary) << "[answer]\n";
+                TerminateProcess(GetCurrentProcess(), 0);
+            }
+            return DefWindowProcAFault.real(window, handled, wParam, lParam);
+        });
         whenCreated = [this, message](HWND window) {
             ASSERT_TRUE(titleManager().isTitleSupported("", "game.exe", ""));
             showToast("Offer", "", "", {{"Configure Settings", [] { patchTitle("game.exe"); }}});
@@ -71,7 +85,7 @@ protected:
             // From now on to a file, which the other process reads.
             OutputDebugStringAFault.intercept(
                 [path = report](const char* text) { std::ofstream(path, std::ios::app | std::ios::binary) << text; });
-            PostMessageA(window, message, 0, 0);
+            PostMessageA(window, message, TRUE, 0);
         };
         new std::thread([] {
             while (!ending.isOpen()) {
@@ -101,6 +115,12 @@ TEST_F(ProcessEndTest, PatchIsWrittenToItsEndBeforeAFailedHandlerEndsTheService)
     EXPECT_EXIT(endDuringAPatch(BRISK_RESET_PROMPT_COUNTERS), ::testing::ExitedWithCode(1), "");
     EXPECT_THAT(reported(), ElementsAre("Brisk : onResetPromptCounters", "[A]", "[B]", "Brisk : 'The Game' optimized.",
                                         "[game.exe]", "Brisk : patch marker set for game.exe", "Brisk : broken"));
+}
+
+TEST_F(ProcessEndTest, PatchIsWrittenToItsEndBeforeTheUsersSessionEnds) {
+    EXPECT_EXIT(endDuringAPatch(WM_ENDSESSION), ::testing::ExitedWithCode(0), "");
+    EXPECT_THAT(reported(), ElementsAre("[A]", "[B]", "Brisk : 'The Game' optimized.", "[game.exe]",
+                                        "Brisk : patch marker set for game.exe", "[answer]"));
 }
 
 } // namespace

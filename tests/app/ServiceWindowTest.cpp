@@ -137,6 +137,8 @@ TEST_F(ServiceWindowTest, EveryMessageIsAnsweredAsByTheDefaultProcedure) {
                              WM_TIMER,
                              WM_APP,
                              WM_CLOSE,
+                             WM_QUERYENDSESSION,
+                             WM_ENDSESSION,
                              WM_COPYDATA,
                              BRISK_QUIT};
     run([&](HWND window) {

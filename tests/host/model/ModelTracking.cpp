@@ -353,4 +353,8 @@ void ServiceModel::onQuit() {
     clearToasts();
 }
 
+void ServiceModel::onEndSession(bool isItsEnd) {
+    isEnding |= isItsEnd;
+}
+
 } // namespace brisk::model

@@ -61,6 +61,7 @@ public:
     void onReset();
     void onCopyData(bool isTagged, bool isWellFormed);
     void onQuit();
+    void onEndSession(bool isItsEnd);
 
     // False when the handler throws.
     bool press(ShownToast& toast, int index);

@@ -8,11 +8,11 @@ namespace brisk::model {
 
 namespace {
 
-constexpr const char* kNames[] = {"Tick",       "LateTick", "AppStarted",  "AppFinished",  "LongGame",   "Bulk",
-                                  "Reset",      "Quit",     "TitleInfo",   "OtherMessage", "Launch",     "EndProcess",
-                                  "Foreground", "Company",  "Press",       "ToastEvent",   "Install",    "WriteFile",
-                                  "RemoveFile", "LockFile", "SaveFolders", "WriteValue",   "RemoveKey",  "UserState",
-                                  "Display",    "Fps",      "BreakCall",   "MendCalls",    "BreakFiles", "BreakToasts"};
+constexpr const char* kNames[] = {
+    "Tick",       "LateTick",  "AppStarted",   "AppFinished", "LongGame",   "Bulk",        "Reset",      "Quit",
+    "EndSession", "TitleInfo", "OtherMessage", "Launch",      "EndProcess", "Foreground",  "Company",    "Press",
+    "ToastEvent", "Install",   "WriteFile",    "RemoveFile",  "LockFile",   "SaveFolders", "WriteValue", "RemoveKey",
+    "UserState",  "Display",   "Fps",          "BreakCall",   "MendCalls",  "BreakFiles",  "BreakToasts"};
 
 static_assert(std::size(kNames) == static_cast<std::size_t>(StepKind::Count));
 
@@ -46,6 +46,12 @@ private:
                 restart();
             }
             break;
+        case StepKind::EndSession:
+            add(kind, 0);
+            if (random.oneIn(8)) {
+                endSession();
+            }
+            break;
         case StepKind::Reset:
         case StepKind::BreakFiles:
         case StepKind::BreakToasts:
@@ -64,6 +70,16 @@ private:
         add(random.pick({StepKind::BreakCall, StepKind::BreakCall, StepKind::BreakFiles, StepKind::Display}));
         add(StepKind::Quit);
         add(StepKind::MendCalls);
+    }
+
+    // The machine goes down, but the service is still there for a while.
+    void endSession() {
+        add(StepKind::EndSession, 1 + random.below(3));
+        for (unsigned left = random.below(6); left > 0; --left) {
+            add(random.pick({StepKind::Press, StepKind::Bulk, StepKind::AppFinished, StepKind::Tick}));
+            add(StepKind::Press);
+        }
+        add(StepKind::Quit);
     }
 
     void game() {

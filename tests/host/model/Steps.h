@@ -17,6 +17,7 @@ enum class StepKind {
     Bulk,
     Reset,
     Quit,
+    EndSession, // a: wParam
     TitleInfo,
     OtherMessage,
     Launch,     // a: slot, b: title

@@ -254,6 +254,10 @@ bool World::execute(const Step& step) {
         post(BRISK_QUIT, step.a, 0);
         expect([&] { model->onQuit(); });
         return true;
+    case StepKind::EndSession:
+        post(WM_ENDSESSION, step.a, static_cast<LPARAM>(step.b));
+        model->onEndSession(step.a != 0);
+        return true;
     default: {
         const UINT others[] = {WM_USER, WM_USER + 4, 0x7FFE, WM_CLOSE, WM_USER + 0x1002};
         post(others[step.a % 5], step.b, 0);

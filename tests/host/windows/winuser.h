@@ -7,6 +7,7 @@
 #define WM_DESTROY 0x0002
 #define WM_CLOSE 0x0010
 #define WM_QUIT 0x0012
+#define WM_ENDSESSION 0x0016
 #define WM_COPYDATA 0x004A
 #define WM_TIMER 0x0113
 #define WM_USER 0x0400
