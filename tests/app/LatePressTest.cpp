@@ -112,7 +112,7 @@ TEST_F(LatePressTest, PressBetweenTheQuitMessageAndTheLoopsEndActs) {
     EXPECT_EQ(testing::readFile(settings()), "Width=1280\r\n");
 }
 
-TEST_F(LatePressTest, PressAfterTheSessionsEndHasNoEffectAndMessagesAreHandledAsEver) {
+TEST_F(LatePressTest, SessionsEndStopsButtonsButNoMessage) {
     whenPrepared = [this](HWND window) {
         showButtons();
         SendMessageA(window, WM_ENDSESSION, TRUE, 0);

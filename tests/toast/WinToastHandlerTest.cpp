@@ -13,8 +13,8 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using testing::kLimit;
 using testing::kGracePeriod;
+using testing::kLimit;
 using WinToastLib::ToastDismissalReason;
 
 class WinToastHandlerTest : public ::testing::Test {

@@ -178,7 +178,7 @@ TEST_F(ButtonThreadsTest, EndWaitsForAFailingPatchUntilItsErrorIsShown) {
     expectDone(pressed);
 }
 
-TEST_F(ButtonThreadsTest, EndWaitsForARefusalThatIsBeingCountedAndLaterPressesHaveNoEffect) {
+TEST_F(ButtonThreadsTest, EndWaitsForTheCountOfARefusalAndLetsNoOtherPressBegin) {
     showOffer();
     showToast("Second", "", "", {{"Configure Settings", configureSettings}});
     showToast("Third", "", "", {{"Don't ask again", dontAskAgain}});
