@@ -1,5 +1,7 @@
 #include "service/ServiceFixture.h"
 
+#include "support/JsonErrors.h"
+
 namespace brisk::testing {
 namespace {
 
@@ -111,26 +113,18 @@ std::string nameOfFailedLoad(const ::testing::TestParamInfo<FailedLoad>& paramet
 
 INSTANTIATE_TEST_SUITE_P(
     StartUp, UnusableDatabaseTest,
-    ::testing::Values(
-        FailedLoad{nullptr, linesWithoutTitles({"Brisk : unable to open title database."}), 0},
-        FailedLoad{"null", linesWithoutTitles({"Brisk : unable to parse title database."}), 0},
-        FailedLoad{R"({"id": 1})", linesWithoutTitles({"Brisk : unable to parse title database."}), 0},
-        FailedLoad{"[]", linesWithoutTitles({}), 0},
-        FailedLoad{R"([{"config_type": "text", "binary_name": "game.exe"}])",
-                   linesWithoutTitles({"Brisk : unknown adaper type '\"text\"'."}), 0},
-        FailedLoad{"[1, 2",
-                   {startedLine(),
-                    "Brisk : [json.exception.parse_error.101] parse error at line 1, column 6: syntax error while "
-                    "parsing array - unexpected end of input; expected ']'"},
-                   1},
-        FailedLoad{"",
-                   {startedLine(),
-                    "Brisk : [json.exception.parse_error.101] parse error at line 1, column 1: syntax error while "
-                    "parsing value - unexpected end of input; expected '[', '{', or a literal"},
-                   1},
-        FailedLoad{R"([{"config_type": "txt", "config_locations": [5]}])",
-                   {startedLine(), "Brisk : [json.exception.type_error.302] type must be string, but is number"},
-                   1}),
+    ::testing::Values(FailedLoad{nullptr, linesWithoutTitles({"Brisk : unable to open title database."}), 0},
+                      FailedLoad{"null", linesWithoutTitles({"Brisk : unable to parse title database."}), 0},
+                      FailedLoad{R"({"id": 1})", linesWithoutTitles({"Brisk : unable to parse title database."}), 0},
+                      FailedLoad{"[]", linesWithoutTitles({}), 0},
+                      FailedLoad{R"([{"config_type": "text", "binary_name": "game.exe"}])",
+                                 linesWithoutTitles({"Brisk : unknown adaper type '\"text\"'."}), 0},
+                      FailedLoad{"[1, 2", {startedLine(), "Brisk : " + jsonErrorOf("[1, 2")}, 1},
+                      FailedLoad{"", {startedLine(), "Brisk : " + jsonErrorOf("")}, 1},
+                      FailedLoad{
+                          R"([{"config_type": "txt", "config_locations": [5]}])",
+                          {startedLine(), "Brisk : [json.exception.type_error.302] type must be string, but is number"},
+                          1}),
     nameOfFailedLoad);
 
 TEST_F(StartUpTest, RegistryThatCannotBeWrittenEndsTheServiceQuietly) {
