@@ -89,8 +89,8 @@ TEST_F(HostileTitleDatabaseTest, ValidDatabaseOfAHundredMegabytesIsLoaded) {
     // Long texts and short ones.
     setDatabase(manyTitles(megabytes * kMegabyte / 102'700, std::string(102'400, 'p')));
     startStorm();
-    // Each publisher is kept once.
-    EXPECT_LE(before.privateBytes, 10 * kMegabyte + megabytes * kMegabyte * 3 / 2);
+    // Each publisher is kept once; of what parsing has freed Wine's heap keeps some, newer Wine more.
+    EXPECT_LE(before.privateBytes, 10 * kMegabyte + megabytes * kMegabyte * 2);
     service.post(BRISK_APP_STARTED, 2000, 1);
     settle();
     endStorm(4);
