@@ -6,7 +6,8 @@
 namespace brisk {
 
 std::string getTextValue(const std::string& content, const std::string& key, const std::string& defaultText) {
-    const auto match = SettingPattern(key).search(content.c_str());
+    const char* const upToNul = content.c_str();
+    const auto match = SettingPattern(key).search(upToNul);
     if (!match) {
         return defaultText;
     }
