@@ -19,10 +19,10 @@ namespace brisk {
 namespace {
 
 std::string getFolder(int csidl) {
-    char path[MAX_PATH] = "";
-    // A failed call leaves the path empty.
-    SHGetFolderPathA(nullptr, csidl, nullptr, 0, path);
-    return path;
+    // Wide, for a narrow path may be too long for the buffer. A failed call leaves it empty.
+    wchar_t path[MAX_PATH] = L"";
+    SHGetFolderPathW(nullptr, csidl, nullptr, 0, path);
+    return toNarrow(path);
 }
 
 std::shared_ptr<TitleConfigAdapter> createAdapter(ConfigType type) {

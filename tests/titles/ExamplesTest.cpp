@@ -27,11 +27,11 @@ protected:
     ExamplesTest() {
         fs::create_directories(user / "AppData" / "Local");
         fs::create_directories(user / "AppData" / "Roaming");
-        SHGetFolderPathAFault.intercept([this](HWND, int csidl, HANDLE, DWORD, char* path) -> HRESULT {
+        SHGetFolderPathWFault.intercept([this](HWND, int csidl, HANDLE, DWORD, wchar_t* path) -> HRESULT {
             const fs::path place = csidl == CSIDL_PROFILE         ? user
                                    : csidl == CSIDL_LOCAL_APPDATA ? user / "AppData" / "Local"
                                                                   : user / "AppData" / "Roaming";
-            strcpy(path, toNarrow(place).c_str());
+            wcscpy(path, place.c_str());
             return S_OK;
         });
         manager.emplace();

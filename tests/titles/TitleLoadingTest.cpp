@@ -205,9 +205,9 @@ protected:
 
 TEST_F(UserFoldersTest, ThePlaceholdersStandForTheUsersOwnFolders) {
     const auto shellFolder = [](int csidl) {
-        char path[MAX_PATH] = "";
-        EXPECT_EQ(SHGetFolderPathA(nullptr, csidl, nullptr, 0, path), S_OK);
-        return std::string(path);
+        wchar_t path[MAX_PATH] = L"";
+        EXPECT_EQ(SHGetFolderPathW(nullptr, csidl, nullptr, 0, path), S_OK);
+        return toNarrow(path);
     };
     EXPECT_THAT(locations(),
                 ElementsAre(shellFolder(0x28) + "\\?", shellFolder(0x1C) + "\\?", shellFolder(0x1A) + "\\?"));
@@ -215,9 +215,9 @@ TEST_F(UserFoldersTest, ThePlaceholdersStandForTheUsersOwnFolders) {
 
 TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
     std::vector<std::string> calls;
-    SHGetFolderPathAFault.intercept([&](HWND window, int csidl, HANDLE token, DWORD flags, char* path) -> HRESULT {
+    SHGetFolderPathWFault.intercept([&](HWND window, int csidl, HANDLE token, DWORD flags, wchar_t* path) -> HRESULT {
         calls.push_back(std::to_string(csidl) + (window || token || flags ? " with more" : ""));
-        strcpy(path, "C:\\Users\\J\u00F6rg \u5B9A");
+        wcscpy(path, L"C:\\Users\\J\u00F6rg \u5B9A");
         return S_OK;
     });
     {
@@ -231,23 +231,27 @@ TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
 }
 
 TEST_F(UserFoldersTest, AFolderThatCannotBeToldIsEmpty) {
-    SHGetFolderPathAFault.fail(E_FAIL);
+    SHGetFolderPathWFault.fail(E_FAIL);
     EXPECT_THAT(locations(), ElementsAre("\\?", "\\?", "\\?"));
     // Also when the one before it could be told.
-    SHGetFolderPathAFault.intercept([](HWND, int csidl, HANDLE, DWORD, char* path) -> HRESULT {
+    SHGetFolderPathWFault.intercept([](HWND, int csidl, HANDLE, DWORD, wchar_t* path) -> HRESULT {
         if (csidl == CSIDL_LOCAL_APPDATA) {
             return E_FAIL;
         }
-        strcpy(path, "D:\\Told");
+        wcscpy(path, L"D:\\Told");
         return S_OK;
     });
     EXPECT_THAT(locations(), ElementsAre("D:\\Told\\?", "\\?", "D:\\Told\\?"));
 }
 
 TEST_F(UserFoldersTest, AFolderMayFillItsBuffer) {
-    const std::string longest(MAX_PATH - 1, 'x');
-    SHGetFolderPathAFault.intercept([&longest](HWND, int, HANDLE, DWORD, char* path) -> HRESULT {
-        strcpy(path, longest.c_str());
+    // Far more bytes than characters.
+    std::string longest;
+    for (int i = 0; i < MAX_PATH - 1; ++i) {
+        longest += "\xE6\xB8\xB8";
+    }
+    SHGetFolderPathWFault.intercept([&longest](HWND, int, HANDLE, DWORD, wchar_t* path) -> HRESULT {
+        wcscpy(path, toWide(longest).c_str());
         return S_OK;
     });
     // No file system has to bear the name.
@@ -256,8 +260,8 @@ TEST_F(UserFoldersTest, AFolderMayFillItsBuffer) {
 }
 
 TEST_F(UserFoldersTest, ResultCodesAreNotLookedAt) {
-    SHGetFolderPathAFault.intercept([](HWND, int, HANDLE, DWORD, char* path) -> HRESULT {
-        strcpy(path, "D:\\Left");
+    SHGetFolderPathWFault.intercept([](HWND, int, HANDLE, DWORD, wchar_t* path) -> HRESULT {
+        wcscpy(path, L"D:\\Left");
         return E_FAIL;
     });
     EXPECT_THAT(locations(), ElementsAre("D:\\Left\\?", "D:\\Left\\?", "D:\\Left\\?"));

@@ -1,11 +1,13 @@
 #include "host/simulation/System.h"
 
+#include "base/TextEncoding.h"
 #include "host/simulation/Findings.h"
 #include "host/simulation/Handles.h"
 #include "host/simulation/SimulatedCall.h"
 #include "support/ModuleNames.h"
 
 #include <cstring>
+#include <cwchar>
 
 #include <shlobj.h>
 
@@ -26,14 +28,14 @@ System& simulatedSystem() {
 
 using namespace brisk::host;
 
-HRESULT SHGetFolderPathA(HWND window, int csidl, HANDLE token, DWORD flags, LPSTR path) {
-    return simulate<SHGetFolderPathA>(
+HRESULT SHGetFolderPathW(HWND window, int csidl, HANDLE token, DWORD flags, LPWSTR path) {
+    return simulate<SHGetFolderPathW>(
         [&]() -> HRESULT {
             const auto folder = simulatedSystem().folders.find(csidl);
             if (folder == simulatedSystem().folders.end()) {
                 return E_FAIL;
             }
-            std::strcpy(path, folder->second.c_str());
+            std::wcscpy(path, brisk::toWide(folder->second).c_str());
             return S_OK;
         },
         window, csidl, token, flags, path);
