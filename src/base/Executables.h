@@ -11,7 +11,8 @@ struct ProcessImage {
     std::string directory; // without a trailing separator
 };
 
-// Strings of an executable's version resource; each empty when it is missing.
+// Strings of an executable's version resource; each empty when it is missing. The service goes by the publisher;
+// the others are what else a resource can tell of whose an executable is.
 struct FileProperties {
     std::string productName;
     std::string companyName; // the publisher

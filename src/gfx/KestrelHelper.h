@@ -20,7 +20,8 @@ public:
     virtual ~KestrelHelper();
 
     // Loads the library if it is not loaded and starts it; a failure when it or one of its entry points is missing.
-    // Without arguments the library starts in its ordinary way.
+    // Without arguments, as the service calls it, the library starts in its ordinary way; they choose one of
+    // its two others.
     kestrel::Result initialize(void* tarnContext = nullptr, void* tarnAdapter = nullptr,
                                bool useIncompatibleDriver = false);
     // Stops and unloads the library; success when nothing is loaded.
@@ -33,6 +34,7 @@ private:
     bool load();
 
     HMODULE module = nullptr;
+    // As the library reports them. Not read: with them a dump of the process tells which library was loaded.
     std::uint64_t fullVersion = 0;
     std::string version;
     ComReference<kestrel::ISystemServices> systemServices;

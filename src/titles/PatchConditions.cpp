@@ -40,6 +40,8 @@ bool meetsConditions(TitleConfigAdapter& title) {
         const Verdict text = condition.presenceValues.empty()
                                  ? Verdict::Met
                                  : judge(condition, condition.presenceValues, title.getValue(condition.key, {}), {});
+        // A forbidden value ends the check; a missing setting does not, so that the log names each one
+        // (docs/decisions/kept-behaviour.md).
         if (text == Verdict::Forbidden) {
             return false;
         }

@@ -21,7 +21,7 @@ struct ToastTemplate {
     std::array<std::wstring, 3> texts; // title, subtitle, body
     std::wstring imagePath;            // the logo's source
     std::vector<std::wstring> actions; // button labels
-    std::int64_t expiration = 0;       // milliseconds from showing; 0 or less: none
+    std::int64_t expiration = 0;       // milliseconds from showing; 0 or less: none, as in all of the service's own
 };
 
 } // namespace WinToastLib

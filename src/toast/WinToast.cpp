@@ -37,27 +37,28 @@ void setError(WinToastError* error, WinToastError value) {
 // A string handed to the system by reference: valid while this and the text live.
 class StringReference {
 public:
-    explicit StringReference(const std::wstring& text)
-        : result(functions.windowsCreateStringReference(text.c_str(), static_cast<UINT32>(text.size()), &header,
-                                                        &string)) {}
+    explicit StringReference(const std::wstring& text) {
+        result =
+            functions.windowsCreateStringReference(text.c_str(), static_cast<UINT32>(text.size()), &header, &string);
+    }
     StringReference(const StringReference&) = delete;
     StringReference& operator=(const StringReference&) = delete;
 
+    HRESULT getResult() const { return result; }
     const HSTRING& get() const { return string; }
 
 private:
     HSTRING_HEADER header{};
     HSTRING string = nullptr;
-
-public:
-    const HRESULT result;
+    HRESULT result = S_OK;
 };
 
 template <class Interface>
 HRESULT activate(const std::wstring& className, ComReference<Interface>& factory) {
     const StringReference name(className);
-    return FAILED(name.result) ? name.result
-                               : functions.roGetActivationFactory(name.get(), Interface::kIid, factory.receiveVoid());
+    return FAILED(name.getResult())
+               ? name.getResult()
+               : functions.roGetActivationFactory(name.get(), Interface::kIid, factory.receiveVoid());
 }
 
 HRESULT loadDocument(abi::IXmlDocument& document, const std::wstring& xml) {
@@ -67,7 +68,7 @@ HRESULT loadDocument(abi::IXmlDocument& document, const std::wstring& xml) {
         return result;
     }
     const StringReference text(xml);
-    return FAILED(text.result) ? text.result : io->LoadXml(text.get());
+    return FAILED(text.getResult()) ? text.getResult() : io->LoadXml(text.get());
 }
 
 HRESULT createNotification(abi::IXmlDocument& document, ComReference<abi::IToastNotification>& notification) {
@@ -230,7 +231,7 @@ HRESULT WinToast::createNotifier(ComReference<abi::IToastNotificationManagerStat
         return result;
     }
     const StringReference id(appUserModelId);
-    return FAILED(id.result) ? id.result : statics->CreateToastNotifierWithId(id.get(), notifier.receive());
+    return FAILED(id.getResult()) ? id.getResult() : statics->CreateToastNotifierWithId(id.get(), notifier.receive());
 }
 
 void WinToast::release(std::int64_t id) {

@@ -13,8 +13,11 @@
 #include <mutex>
 #include <string>
 
+// WinToastLib is the toast helper: it knows Windows' notifications and nothing of the service, whose own side, in
+// namespace brisk, is ToastManager and WinToastHandler.
 namespace WinToastLib {
 
+// For callers that tell failures apart; the service does not ask.
 enum class WinToastError {
     NoError = 0,
     NotInitialized = 1,
@@ -25,7 +28,8 @@ enum class WinToastError {
     InvalidHandler = 6,
 };
 
-// Whether the Start-menu shortcut, which Windows wants before it shows toasts, is looked after.
+// Whether the Start-menu shortcut, which Windows wants before it shows toasts, is looked after. The service leaves it
+// at RequireCreate; Ignore is for one that is installed with its shortcut.
 enum class ShortcutPolicy { Ignore = 0, RequireCreate = 2 };
 
 // Registers the process with the Windows notification system and shows toasts. One instance for the process. Failures

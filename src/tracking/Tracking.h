@@ -17,7 +17,7 @@ std::string getStateName(TrackingState state);
 
 // The game being tracked. It keeps its values after the game's end, for the buttons of the offer.
 struct TrackingContext {
-    std::uint32_t gameId = 0;
+    std::uint32_t gameId = 0; // not read, as the publisher: with them a dump of the process tells which game it was
     std::uint32_t processId = 0;
     HANDLE processHandle = nullptr; // closed only if found ended: docs/decisions/kept-behaviour.md
     std::uint32_t averageFps = 0;
