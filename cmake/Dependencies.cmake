@@ -1,4 +1,4 @@
-# The three libraries Brisk builds with. Where a package manager provides them (vcpkg, MSYS2) its packages are used;
+# The libraries Brisk builds with. Where a package manager provides them (vcpkg, MSYS2) its packages are used;
 # on Debian the headers lie in /usr/include, so one folder each is linked into the build tree.
 
 function(brisk_header_library target folder)
@@ -12,9 +12,10 @@ function(brisk_header_library target folder)
   target_include_directories(${target} SYSTEM INTERFACE "${root}")
 endfunction()
 
-if(CMAKE_CROSSCOMPILING OR BRISK_HOST_BUILD)
+if(CMAKE_CROSSCOMPILING OR NOT WIN32)
   brisk_header_library(brisk_json nlohmann)
   brisk_header_library(brisk_boost boost)
+  brisk_header_library(brisk_cli CLI)
 else()
   find_package(nlohmann_json 3.11.2 REQUIRED)
   find_package(Boost 1.78 REQUIRED)
@@ -22,10 +23,13 @@ else()
   target_link_libraries(brisk_json INTERFACE nlohmann_json::nlohmann_json)
   add_library(brisk_boost INTERFACE)
   target_link_libraries(brisk_boost INTERFACE Boost::headers)
+  find_package(CLI11 REQUIRED)
+  add_library(brisk_cli INTERFACE)
+  target_link_libraries(brisk_cli INTERFACE CLI11::CLI11)
 endif()
 
 if(BRISK_BUILD_TESTS)
-  if(CMAKE_CROSSCOMPILING OR BRISK_HOST_BUILD)
+  if(CMAKE_CROSSCOMPILING OR NOT WIN32)
     set(googletest_sources /usr/src/googletest)
     if(NOT EXISTS "${googletest_sources}/CMakeLists.txt")
       message(FATAL_ERROR "GoogleTest's sources are missing from ${googletest_sources}. scripts/test installs what the build needs.")

@@ -1,0 +1,119 @@
+#include "tools/titles/CheckCommand.h"
+
+#include "tools/titles/DatabaseCheck.h"
+#include "tools/titles/FindingOutput.h"
+
+#include "base/Version.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <set>
+
+namespace brisk::workbench {
+
+namespace {
+
+std::optional<SourceText> readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        return std::nullopt;
+    }
+    std::string content((std::istreambuf_iterator<char>(file)), {});
+    return file.bad() ? std::nullopt : std::optional(SourceText(path, std::move(content)));
+}
+
+std::string counted(std::size_t number, const char* noun) {
+    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
+}
+
+// Gathers what the databases gave, in the format asked for.
+class Output {
+public:
+    explicit Output(const CheckOptions& given) : options(given) {}
+
+    void add(const SourceText& source, const DatabaseCheck& check) {
+        titles += check.titles;
+        for (const Finding& finding : check.findings) {
+            if (std::find(options.disabledRules.begin(), options.disabledRules.end(), finding.rule) !=
+                options.disabledRules.end()) {
+                continue;
+            }
+            ++counts[static_cast<std::size_t>(finding.severity)];
+            if (options.format == "json") {
+                findings.push_back(toJson(source, finding));
+            } else if (options.format == "sarif") {
+                findings.push_back(toSarifResult(source, finding));
+                rules.insert(finding.rule);
+            } else if (options.format == "github") {
+                printGithubFinding(std::cout, source, finding);
+            } else {
+                printFinding(std::cout, source, finding, options.hasColours);
+            }
+        }
+    }
+
+    void finish() const {
+        if (options.format == "json") {
+            const nlohmann::ordered_json document{
+                {"findings", findings}, {"errors", counts[0]}, {"warnings", counts[1]}, {"titles", titles}};
+            std::cout << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+        } else if (options.format == "sarif") {
+            printSarif();
+        } else {
+            std::cout << counted(counts[0], "error") << ", " << counted(counts[1], "warning") << ", "
+                      << counted(titles, "title") << '\n';
+        }
+    }
+
+    bool complains() const { return counts[0] > 0 || (options.isStrict && counts[1] > 0); }
+
+private:
+    void printSarif() const {
+        nlohmann::ordered_json ruleList = nlohmann::ordered_json::array();
+        for (const std::string& rule : rules) {
+            ruleList.push_back({{"id", rule}});
+        }
+        nlohmann::ordered_json run;
+        run["tool"]["driver"] = {{"name", "brisktitles"}, {"version", kVersion}, {"rules", ruleList}};
+        run["columnKind"] = "unicodeCodePoints";
+        run["results"] = findings;
+        nlohmann::ordered_json document;
+        document["$schema"] = "https://json.schemastore.org/sarif-2.1.0.json";
+        document["version"] = "2.1.0";
+        document["runs"] = nlohmann::ordered_json::array({run});
+        std::cout << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+    }
+
+    const CheckOptions& options;
+    nlohmann::ordered_json findings = nlohmann::ordered_json::array();
+    std::set<std::string> rules;
+    std::array<std::size_t, 3> counts{}; // by severity
+    std::size_t titles = 0;
+};
+
+} // namespace
+
+int runCheck(const CheckOptions& options) {
+    Output output(options);
+    bool isReadable = true;
+    for (const std::string& path : options.databases) {
+        const std::optional<SourceText> source = readFile(path);
+        if (!source) {
+            std::cerr << "brisktitles: cannot read " << path << '\n';
+            isReadable = false;
+            continue;
+        }
+        output.add(*source, checkDatabase(*source));
+    }
+    output.finish();
+    if (!isReadable) {
+        return 2;
+    }
+    return output.complains() ? 1 : 0;
+}
+
+} // namespace brisk::workbench

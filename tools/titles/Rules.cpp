@@ -1,0 +1,68 @@
+#include "tools/titles/Rules.h"
+
+#include <array>
+
+namespace brisk::workbench {
+
+std::span<const std::string_view> allRules() {
+    static constexpr auto kRules = std::to_array<std::string_view>({
+        "json-syntax",
+        "json-comment",
+        "json-encoding",
+        "not-an-array",
+        "no-title",
+        "element-type",
+        "unknown-key",
+        "repeated-key",
+        "wrong-type",
+        "number-fraction",
+        "number-range",
+        "config-type",
+        "missing-key",
+        "duplicate-binary-name",
+        "duplicate-id",
+        "duplicate-field",
+        "unknown-placeholder",
+        "repeated-placeholder",
+        "misplaced-placeholder",
+        "wildcard-in-name",
+        "wildcard-last",
+        "second-wildcard",
+        "relative-path",
+        "folder-location",
+        "created-location",
+        "registry-root",
+        "registry-slash",
+        "registry-machine",
+        "registry-locations",
+        "pattern-syntax",
+        "pattern-groups",
+        "pattern-lost-text",
+        "pattern-no-number",
+        "pattern-control-character",
+        "pattern-line-anchor",
+        "pattern-unanchored",
+        "pattern-greedy",
+        "pattern-empty",
+        "pattern-cost",
+        "dollar-in-value",
+        "empty-value",
+        "number-as-text",
+        "unknown-resolution",
+        "resolution-beside-text",
+        "luma-resolution",
+        "template-without-star",
+        "created-resolution",
+        "created-zero",
+        "created-over-text",
+        "created-not-found",
+        "no-condition",
+        "empty-presence",
+        "mixed-presence",
+        "shown-markup",
+        "shown-ascii",
+    });
+    return kRules;
+}
+
+} // namespace brisk::workbench
