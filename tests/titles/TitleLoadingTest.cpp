@@ -207,7 +207,7 @@ TEST_F(UserFoldersTest, ThePlaceholdersStandForTheUsersOwnFolders) {
     const auto shellFolder = [](int csidl) {
         wchar_t path[MAX_PATH] = L"";
         EXPECT_EQ(SHGetFolderPathW(nullptr, csidl, nullptr, 0, path), S_OK);
-        return toNarrow(path);
+        return toNarrow(std::wstring(path));
     };
     EXPECT_THAT(locations(),
                 ElementsAre(shellFolder(0x28) + "\\?", shellFolder(0x1C) + "\\?", shellFolder(0x1A) + "\\?"));
