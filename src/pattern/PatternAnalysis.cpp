@@ -109,9 +109,9 @@ std::vector<PatternSpan> greedyBefore(const PatternTree& tree, std::size_t group
             spans.push_back(node.span);
         }
         const std::vector<std::size_t> children = childrenOf(tree, index);
-        for (auto child = children.rbegin(); child != children.rend(); ++child) {
-            parts.push_back(*child);
-            if (node.kind == Kind::sequence && lengths[*child].minimum > 0) {
+        for (std::size_t last = children.size(); last-- > 0;) {
+            parts.push_back(children[last]);
+            if (node.kind == Kind::sequence && lengths[children[last]].minimum > 0) {
                 break;
             }
         }

@@ -43,9 +43,9 @@ void placeTerms(const PatternTree& tree, std::size_t sequence, const std::vector
         terms.push_back(term);
     });
     PatternLengths behind = places[sequence].behind;
-    for (auto term = terms.rbegin(); term != terms.rend(); ++term) {
-        places[*term].behind = behind;
-        behind = behind + lengths[*term];
+    for (std::size_t last = terms.size(); last-- > 0;) {
+        places[terms[last]].behind = behind;
+        behind = behind + lengths[terms[last]];
     }
 }
 

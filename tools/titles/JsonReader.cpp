@@ -171,9 +171,9 @@ private:
 } // namespace
 
 const JsonValue::Member* JsonValue::find(std::string_view key) const {
-    for (auto member = members.rbegin(); member != members.rend(); ++member) {
-        if (member->key == key) {
-            return &*member;
+    for (std::size_t last = members.size(); last-- > 0;) {
+        if (members[last].key == key) {
+            return &members[last];
         }
     }
     return nullptr;

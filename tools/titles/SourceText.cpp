@@ -9,7 +9,7 @@ std::size_t countCharacters(std::string_view text) {
         text.begin(), text.end(), [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
 }
 
-SourceText::SourceText(std::string path, std::string text) : givenPath(std::move(path)), content(std::move(text)) {
+SourceText::SourceText(std::string path, std::string bytes) : givenPath(std::move(path)), content(std::move(bytes)) {
     lineBegins.push_back(0);
     for (std::size_t end = content.find('\n'); end != std::string::npos; end = content.find('\n', end + 1)) {
         lineBegins.push_back(end + 1);

@@ -17,7 +17,7 @@ struct Place {
 class SourceText {
 public:
     // The path is printed as it was given.
-    SourceText(std::string path, std::string content);
+    SourceText(std::string path, std::string bytes);
 
     const std::string& path() const { return givenPath; }
     std::string_view text() const { return content; }

@@ -33,6 +33,7 @@ bool isTerminal() {
 }
 
 bool wantsColours() {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one thread.
     const char* noColour = std::getenv("NO_COLOR");
     return isTerminal() && (noColour == nullptr || *noColour == '\0');
 }
@@ -45,9 +46,7 @@ std::string checkRule(const std::string& rule) {
                : "\"" + rule + "\" is no rule" + didYouMean(rule, rules);
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     CLI::App app("Finds what is wrong with a title database before a player does.", "brisktitles");
     app.set_version_flag("--version", std::string("brisktitles ") + brisk::kVersion);
     app.require_subcommand(1);
@@ -76,9 +75,15 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kWrongUsage;
     }
+    check.hasColours = wantsColours();
+    return runCheck(check);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
     try {
-        check.hasColours = wantsColours();
-        return runCheck(check);
+        return run(argc, argv);
     } catch (const std::exception& error) {
         std::cerr << "brisktitles: " << error.what() << '\n';
         return kWrongUsage;
