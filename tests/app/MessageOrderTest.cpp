@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(MessageOrderTest, EachMessageIsTranslatedThenDispatchedAndOnlyThenTheNextIsFetched) {
+TEST_F(MessageOrderTest, EachMessageIsTranslatedAndDispatchedBeforeTheNextIsFetched) {
     Lines steps;
     Lines expected;
     GetMessageAFault.intercept([&](MSG* message, HWND filter, UINT first, UINT last) {
@@ -116,7 +116,7 @@ TEST_F(MessageOrderTest, DefaultProcedureFollowsTheServicesOwnWork) {
                                  Lines{"[PostQuitMessage]", "[DefWindowProc 0x401]", "Brisk : finished"}));
 }
 
-TEST_F(MessageOrderTest, QuitClearsTheToastsThenClosesTheEventAndThenEndsTheLoopWithZero) {
+TEST_F(MessageOrderTest, QuitClearsTheToastsThenClosesTheEventThenEndsTheLoop) {
     HANDLE created = nullptr;
     CreateEventAFault.intercept([&](auto... arguments) { return created = CreateEventAFault.real(arguments...); });
     std::weak_ptr<ToastManager> manager;

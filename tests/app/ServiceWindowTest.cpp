@@ -222,7 +222,7 @@ TEST_F(ServiceWindowTest, ResetForgetsTheAnswersInSilence) {
     EXPECT_EQ(getNumberOfToastsShown("game.exe"), 0);
 }
 
-TEST_F(ServiceWindowTest, ResetWithoutARefusalOfAllOffersIsLoggedAndStillResetsTheCounters) {
+TEST_F(ServiceWindowTest, ResetWithoutARefusalOfAllOffersStillResetsTheCounters) {
     EXPECT_THAT(run([](HWND window) {
                     incNumberOfToastsShown("game.exe");
                     SendMessageA(window, BRISK_RESET_PROMPT_COUNTERS, 0, 0);

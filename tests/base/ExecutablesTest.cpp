@@ -116,7 +116,7 @@ TEST_F(ExecutablesTest, ModuleNameThatIsCutOffIsTakenAsFarAsItGoes) {
     EXPECT_EQ(moduleDirectory(folder + "\\brisk.exe"), "C:");
 }
 
-TEST_F(ExecutablesTest, ModuleNameThatCannotBeReadGivesALineWithTheDecimalErrorAndNoDirectory) {
+TEST_F(ExecutablesTest, ModuleNameThatCannotBeReadIsLoggedWithItsDecimalError) {
     processLog.text(std::hex);
     GetModuleFileNameAFault.fail(0, ERROR_INSUFFICIENT_BUFFER);
     EXPECT_EQ(getModuleDirectory(), "");
@@ -145,7 +145,7 @@ TEST_F(ExecutablesTest, ProcessIsOpenedToQueryAndReadAndNotInheritable) {
     EXPECT_EQ(OpenProcessFault.calls(), 1u);
 }
 
-TEST_F(ExecutablesTest, MainModulesNameIsReadInto260CharactersThroughThatHandleWhichIsClosed) {
+TEST_F(ExecutablesTest, MainModulesNameIsReadThroughAHandleThatIsClosed) {
     const HANDLE handle = OpenProcess(PROCESS_QUERY_INFORMATION, FALSE, GetCurrentProcessId());
     OpenProcessFault.intercept([=](DWORD, BOOL, DWORD) { return handle; });
     K32GetModuleFileNameExAFault.intercept([=](HANDLE process, HMODULE module, LPSTR buffer, DWORD size) {
@@ -177,7 +177,7 @@ TEST_F(ExecutablesTest, ProtectedProcessYieldsAnEmptyRecordWithoutALine) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(ExecutablesTest, MainModuleThatCannotBeNamedYieldsAnEmptyRecordAndAClosedHandle) {
+TEST_F(ExecutablesTest, MainModuleThatCannotBeNamedYieldsAnEmptyRecord) {
     K32GetModuleFileNameExAFault.fail(0, ERROR_PARTIAL_COPY);
     EXPECT_EQ(join(getProcessImage(GetCurrentProcessId())), "|");
     EXPECT_EQ(CloseHandleFault.calls(), 1u);

@@ -74,7 +74,7 @@ TEST_F(CreateGfxInfoTest, WithoutTheLibraryTheOperatingSystemAnswers) {
     EXPECT_THAT(log.take(), ElementsAre("Brisk : get current display info."));
 }
 
-TEST_F(CreateGfxInfoTest, WithAnIncompleteLibraryTheOperatingSystemAnswersAndTheLibraryIsUnloaded) {
+TEST_F(CreateGfxInfoTest, IncompleteLibraryIsUnloadedAndTheOperatingSystemAnswers) {
     const KestrelInThisProcess here(kestrelFolderWithout("KestrelQueryVersion"));
     const std::shared_ptr<IGfxInfo> info = createGfxInfo();
     ASSERT_TRUE(info);
@@ -93,7 +93,7 @@ TEST_F(CreateGfxInfoTest, WithALibraryThatDoesNotStartTheOperatingSystemAnswers)
     EXPECT_FALSE(KestrelInThisProcess::isLoaded());
 }
 
-TEST_F(CreateGfxInfoTest, LibraryWithoutPerformanceMonitoringIsTerminatedAtOnceAndTheOperatingSystemAnswers) {
+TEST_F(CreateGfxInfoTest, LibraryThatDoesNotMeasureIsTerminatedAtOnce) {
     const KestrelInThisProcess here;
     kestrel.setScript("result SystemServices.GetPerformanceMonitoringServices 3\n");
     const std::shared_ptr<IGfxInfo> info = createGfxInfo();

@@ -70,7 +70,7 @@ TEST_F(GfxInfoKestrelTest, ConstructionStartsTheLibraryAndGetsItsPerformanceMoni
     EXPECT_THAT(takeRecord(), ElementsAre(kCallQueryFullVersion, kCallQueryVersion, kCallInitialize, kCallMonitoring));
 }
 
-TEST_F(GfxInfoKestrelTest, DestructionReleasesPerformanceMonitoringThenTerminatesThenUnloads) {
+TEST_F(GfxInfoKestrelTest, DestructionReleasesThenTerminatesThenUnloads) {
     const KestrelInThisProcess here;
     {
         const GfxInfoKestrel info;
@@ -123,7 +123,7 @@ TEST_F(GfxInfoKestrelTest, ResultsOneAndTwoAreSuccesses) {
     }
 }
 
-TEST_F(GfxInfoKestrelTest, WithoutPerformanceMonitoringItIsUninitializedAndTheLibraryStaysStartedUntilDestruction) {
+TEST_F(GfxInfoKestrelTest, LibraryThatDoesNotMeasureStaysStartedUntilDestruction) {
     const KestrelInThisProcess here;
     for (const std::string failure : {"3", "4294967295", "0 empty"}) {
         kestrel.setScript(kOneDisplay + ("result SystemServices.GetPerformanceMonitoringServices " + failure));

@@ -80,7 +80,7 @@ TEST_F(KestrelDisplayTest, EveryObjectIsReleasedAsSoonAsItIsNoLongerUsed) {
                             "release Display", "release DisplayList", "release DesktopServices"));
 }
 
-TEST_F(KestrelDisplayTest, RefreshRateIsRoundedToTheNearestWholeNumberHalvesAwayFromZero) {
+TEST_F(KestrelDisplayTest, RefreshRateIsRoundedAndHalvesGoAwayFromZero) {
     const auto refreshRate = [this](const std::string& hertz) {
         return read("desktop 0 0\ndisplay 1920 1080 " + hertz).refreshRate;
     };

@@ -42,7 +42,7 @@ protected:
     KestrelStandin kestrel;
 };
 
-TEST_F(KestrelHelperTest, LibraryIsSoughtByNameWhereNeitherTheCurrentFolderNorThePathCounts) {
+TEST_F(KestrelHelperTest, LibraryIsSoughtNeitherInTheCurrentFolderNorInThePath) {
     LoadLibraryExAFault.intercept([](LPCSTR name, HANDLE file, DWORD flags) -> HMODULE {
         EXPECT_STREQ(name, "orlankestrel64.dll");
         EXPECT_EQ(file, nullptr);

@@ -82,7 +82,7 @@ protected:
     unsigned activationsBefore = 0;
 };
 
-TEST_F(GameLeaksTest, EveryGameThatOutlivesItsTrackingKeepsOneProcessHandleAndNothingElse) {
+TEST_F(GameLeaksTest, GameThatOutlivesItsTrackingKeepsOneProcessHandle) {
     const unsigned games = scaled(300, 1000);
     startGames();
     FakeGame game(program);

@@ -83,7 +83,7 @@ TEST_F(HostilePatternsTest, HopelessPatternMetByABulkPassEndsTheServiceWithOneLi
     EXPECT_EQ(readFile(settings()), kHopelessText);
 }
 
-TEST_F(HostilePatternsTest, HopelessPatternMetByTheHostsPatchEndsTheServiceAndLeavesTheFileWhole) {
+TEST_F(HostilePatternsTest, HopelessPatternMetByTheHostsPatchLeavesTheFileWhole) {
     EXPECT_THAT(lastLinesOfABulkPass(widthField() + "," + hopelessField()),
                 ElementsAre("Brisk : game setting '1024' is not optimal '800'.", kGivenUp));
     EXPECT_EQ(readFile(settings()), kHopelessText);

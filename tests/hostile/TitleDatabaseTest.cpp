@@ -98,7 +98,7 @@ TEST_F(HostileTitleDatabaseTest, ValidDatabaseOfAHundredMegabytesIsLoaded) {
     EXPECT_EQ(service.quit(), 0u);
 }
 
-TEST_F(HostileTitleDatabaseTest, DatabaseOfManyMegabytesOfBracketsEndsTheServiceWithTheParsersError) {
+TEST_F(HostileTitleDatabaseTest, MegabytesOfBracketsEndTheServiceWithTheParsersError) {
     // About 110 bytes of memory for each: 11 GB in a full run.
     setWaitLimit(std::chrono::minutes(5));
     const std::size_t brackets = scaled(8, 100) * kMegabyte;

@@ -80,7 +80,7 @@ TEST_F(HostileTitleInformationTest, UnclosedNestingAHundredThousandDeepIsMalform
                   malformed);
 }
 
-TEST_F(HostileTitleInformationTest, AThousandBlocksInARowAreForgotten) {
+TEST_F(HostileTitleInformationTest, ThousandBlocksInARowAreForgotten) {
     expectAnswers(std::vector<std::string>(1000, "[" + repeated("{\"title\": [1, 2, 3]},", 500) + "null]"), parsed);
 }
 

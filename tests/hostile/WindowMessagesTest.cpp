@@ -114,7 +114,7 @@ TEST_F(WindowMessagesTest, ServicesOwnMessagesWithOddParametersAreTakenFor32BitN
 
 // As every message, WM_CLOSE goes to DefWindowProc, and a disabled window is no exception there: it is destroyed. The
 // message loop goes on without it. Such a service is out of the host's reach and no longer counts as running.
-TEST_F(WindowMessagesTest, ClosedWindowLeavesAProcessThatNoHostReachesBesideWhichAnotherServiceCanStart) {
+TEST_F(WindowMessagesTest, ClosedWindowLeavesAProcessBesideWhichAnotherCanStart) {
     service.startAndWait();
     const DWORD thread = GetWindowThreadProcessId(service.window(), nullptr);
     service.post(WM_CLOSE);

@@ -92,7 +92,7 @@ bool someTextLacksDigits(const std::string& pattern, const std::vector<std::stri
     return false;
 }
 
-TEST(NumberReadingTest, AValueThatBeginsLikeANumberHasDigits) {
+TEST(NumberReadingTest, ValueThatBeginsLikeANumberHasDigits) {
     for (const std::string value :
          {"(\\d+)", "(-?\\d+)", "(\\s*-?\\d+)", "([0-9]+)", "([0-9]{1,4})", "(\\d+(?:\\.\\d+)?)", "(\\d[^\\n]*)",
           "([+-]\\d|\\d\\w*)", "(\\d{1,99999})", "(\\d)+", "(?:(\\d)|[])"}) {
@@ -100,7 +100,7 @@ TEST(NumberReadingTest, AValueThatBeginsLikeANumberHasDigits) {
     }
 }
 
-TEST(NumberReadingTest, AValueThatMayBeginOtherwiseCanLackDigits) {
+TEST(NumberReadingTest, ValueThatMayBeginOtherwiseCanLackDigits) {
     for (const std::string value :
          {"(.*)", "([^\\n]*)", "(\\d*)", "(-?)", "(\\w+)", "([+-]?\\d*)", "(--\\d)", "(- \\d)", "(\\s*)", "(\\D\\d)",
           "([-\\d]+)", "(\\d+|auto)", "(-{1,2}\\d)", "()", "(\\.\\d+)"}) {
@@ -108,7 +108,7 @@ TEST(NumberReadingTest, AValueThatMayBeginOtherwiseCanLackDigits) {
     }
 }
 
-TEST(NumberReadingTest, AValueThatMayTakeNoPartCanLackDigits) {
+TEST(NumberReadingTest, ValueThatMayTakeNoPartCanLackDigits) {
     for (const std::string value : {"(\\d)?", "(\\d)*", "(?:(\\d)|x)", "(?!(\\d))", "(\\d){0}"}) {
         EXPECT_TRUE(canValueLackDigits(value)) << value;
     }
@@ -121,7 +121,7 @@ TEST(NumberReadingTest, AssertionsAndReferencesAreDoubted) {
     EXPECT_TRUE(canValueLackDigits("(\\1\\d)"));
 }
 
-TEST(NumberReadingTest, AGroupThatIsMissingIsNotDoubted) {
+TEST(NumberReadingTest, GroupThatIsMissingIsNotDoubted) {
     EXPECT_FALSE(canLackDigits(parsePattern("(a)"), 2));
     EXPECT_FALSE(canLackDigits(parsePattern("a"), 0));
 }

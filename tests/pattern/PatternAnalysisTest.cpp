@@ -57,7 +57,7 @@ ByteSet bytes(std::string_view text) {
 
 constexpr std::size_t unbounded = PatternNode::unbounded;
 
-TEST(PatternAnalysisTest, AGroupIsFoundByItsNumber) {
+TEST(PatternAnalysisTest, GroupIsFoundByItsNumber) {
     const PatternTree tree = parsePattern("(a(?:b)(c))|(d)");
     EXPECT_EQ(tree.groupCount, 3U);
     EXPECT_EQ(spanOfGroup(tree, 0), std::nullopt);
@@ -67,7 +67,7 @@ TEST(PatternAnalysisTest, AGroupIsFoundByItsNumber) {
     EXPECT_EQ(spanOfGroup(tree, 4), std::nullopt);
 }
 
-TEST(PatternAnalysisTest, AMatchIsEmptyWhereEveryTermCanBe) {
+TEST(PatternAnalysisTest, MatchIsEmptyWhereEveryTermCanBe) {
     for (const std::string pattern : {"", "a*", "(a|)(b?)", "^$", "\\b(?=a)", "a{0}", "()\\1", "a{0,3}?"}) {
         EXPECT_TRUE(canMatchNothing(parsePattern(pattern))) << pattern;
     }
@@ -86,12 +86,12 @@ TEST(PatternAnalysisTest, TextOutsideOfTheGroupsIsTold) {
     EXPECT_EQ(outside("a{0}(b)"), Texts{});
 }
 
-TEST(PatternAnalysisTest, ARepeatedGroupLosesItsEarlierRounds) {
+TEST(PatternAnalysisTest, RepeatedGroupLosesItsEarlierRounds) {
     EXPECT_EQ(outside("(\\w+\\n)*(Width=)(\\d+)"), Texts{"0: (\\w+\\n)*"});
     EXPECT_EQ(outside("((?:\\w+\\n)*Width=)(\\d)?()"), Texts{});
 }
 
-TEST(PatternAnalysisTest, AnAssertionMeantForALineIsTold) {
+TEST(PatternAnalysisTest, AssertionMeantForALineIsTold) {
     EXPECT_EQ(withinText("(^Width=)(\\d+)($)"), Texts{});
     EXPECT_EQ(withinText("((?:^|\\n)Width=)(\\d+)(\\n|$)"), Texts{});
     EXPECT_EQ(withinText("(\\[A\\]\\n^Width=)(\\d+$)(\\n)"), (Texts{"8: ^", "20: $"}));
@@ -119,7 +119,7 @@ TEST(PatternAnalysisTest, OrdinaryKeysCostNoMoreThanTheTextIsLong) {
     }
 }
 
-TEST(PatternAnalysisTest, ARepetitionThatCanSplitATextInSeveralWaysIsTold) {
+TEST(PatternAnalysisTest, RepetitionThatCanSplitATextInSeveralWaysIsTold) {
     EXPECT_EQ(costs("x(a+)+"), Texts{"ambiguous of 1: (a+)+"});
     EXPECT_EQ(costs("x(?:a|a)*"), Texts{"ambiguous of 1: (?:a|a)*"});
     EXPECT_EQ(costs("x(?:\\w+\\s*)+="), Texts{"ambiguous of 63: (?:\\w+\\s*)+"});
@@ -131,7 +131,7 @@ TEST(PatternAnalysisTest, ARepetitionThatCanSplitATextInSeveralWaysIsTold) {
     EXPECT_EQ(costs("x(?:ab|ac)*="), Texts{});
 }
 
-TEST(PatternAnalysisTest, ALongRepetitionWithChoicesIsDoubted) {
+TEST(PatternAnalysisTest, LongRepetitionWithChoicesIsDoubted) {
     const std::string loop = "(?:" + std::string(127, 'a') + "b?)*";
     EXPECT_EQ(costs('x' + loop), Texts{});
     EXPECT_EQ(costs("x(?:a" + loop.substr(3)), Texts{"ambiguous of 1: (?:a" + loop.substr(3)});
@@ -148,7 +148,7 @@ TEST(PatternAnalysisTest, RepetitionsThatMeetAreTold) {
     EXPECT_EQ(costs("x(?:\\w+,)*[\\w,]*"), Texts{"adjacent of 63: (?:\\w+,)*[\\w,]*"});
 }
 
-TEST(PatternAnalysisTest, ARepetitionInFrontOfThePatternIsTold) {
+TEST(PatternAnalysisTest, RepetitionInFrontOfThePatternIsTold) {
     EXPECT_EQ(costs("((?:.|\\n)*?\\nWidth=)(\\d+)()"), Texts{"leading of 255: (?:.|\\n)*?"});
     EXPECT_EQ(costs("((?:.*\\n)*Width=)(\\d+)()"), Texts{"leading of 255: (?:.*\\n)*"});
     EXPECT_EQ(costs("\\b[^x]+x"), Texts{"leading of 255: [^x]+"});
@@ -157,7 +157,7 @@ TEST(PatternAnalysisTest, ARepetitionInFrontOfThePatternIsTold) {
     EXPECT_EQ(costs("(\\d+)"), Texts{});
 }
 
-TEST(PatternAnalysisTest, APatternOfManyRepetitionsIsLookedThroughInTime) {
+TEST(PatternAnalysisTest, PatternOfManyRepetitionsIsLookedThroughInTime) {
     std::string pattern;
     for (int loop = 0; loop < 5'000; ++loop) {
         pattern += "x(?:[ab]c?|[bc]d?|[cd]e?|[de]f?|[ef]g?|[fg]h?)*";
@@ -165,7 +165,7 @@ TEST(PatternAnalysisTest, APatternOfManyRepetitionsIsLookedThroughInTime) {
     EXPECT_EQ(costsOf(parsePattern(pattern)).size(), 5'000U);
 }
 
-TEST(PatternAnalysisTest, ABeginningIsGuardedByALineStartOrABoundary) {
+TEST(PatternAnalysisTest, BeginningIsGuardedByALineStartOrABoundary) {
     const auto beginning = [](const std::string& pattern) { return beginningOf(parsePattern(pattern)); };
     EXPECT_EQ(beginning("((?:^|\\n)Width=)(\\d+)()"), (PatternBeginning{bytes("W"), bytes("\n"), false}));
     EXPECT_EQ(beginning("(\\bWidth=)(\\d+)()"), (PatternBeginning{bytes("W"), {}, false}));
@@ -176,7 +176,7 @@ TEST(PatternAnalysisTest, ABeginningIsGuardedByALineStartOrABoundary) {
     EXPECT_EQ(beginning("()\\1a"), (PatternBeginning{{}, ByteSet().set(), false}));
 }
 
-TEST(PatternAnalysisTest, TheLongestTextThatEveryMatchHasIsTold) {
+TEST(PatternAnalysisTest, LongestTextThatEveryMatchHasIsTold) {
     const auto needed = [](const std::string& pattern) { return neededText(parsePattern(pattern)); };
     EXPECT_EQ(needed("((?:^|\\n)Width=)(\\d+)()"), (NeededText{"Width=", {0, 1}}));
     EXPECT_EQ(needed("(\\nWid\\bth)(=(?=1))\\d+"), (NeededText{"\nWidth=", {0, 0}}));

@@ -86,7 +86,7 @@ void expectFault(const std::string& pattern, std::regex_constants::error_type co
     EXPECT_EQ(faultOf(pattern), (Fault{code, offset, std::regex_error(code).what()})) << pattern;
 }
 
-TEST(PatternTreeTest, AKeyIsASequenceOfThreeGroups) {
+TEST(PatternTreeTest, KeyIsASequenceOfThreeGroups) {
     EXPECT_EQ(drawing("((?:^|\\n)Width=)(-?\\d+)()"), "group <((?:^|\\n)Width=)(-?\\d+)()>\n"
                                                       "  sequence <((?:^|\\n)Width=)(-?\\d+)()>\n"
                                                       "    group 1 <((?:^|\\n)Width=)>\n"
@@ -128,7 +128,7 @@ TEST(PatternTreeTest, EveryKindOfTermHasItsNode) {
                                                      "    set of 254 <.>\n");
 }
 
-TEST(PatternTreeTest, AQuantifierIsForTheLastByteOfAText) {
+TEST(PatternTreeTest, QuantifierIsForTheLastByteOfAText) {
     EXPECT_EQ(drawing("ab\\x63{2,}?de"), "group <ab\\x63{2,}?de>\n"
                                          "  sequence <ab\\x63{2,}?de>\n"
                                          "    text ab <ab>\n"
@@ -156,7 +156,7 @@ TEST(PatternTreeTest, QuantifiersNest) {
                                             "                  set of 2 <[bc]>\n");
 }
 
-TEST(PatternTreeTest, TheEmptyPatternIsOneEmptySequence) {
+TEST(PatternTreeTest, EmptyPatternIsOneEmptySequence) {
     EXPECT_EQ(drawing(""), "group <>\n"
                            "  sequence <>\n");
     EXPECT_EQ(drawing("|"), "group <|>\n"
@@ -164,7 +164,7 @@ TEST(PatternTreeTest, TheEmptyPatternIsOneEmptySequence) {
                             "  sequence <>\n");
 }
 
-TEST(PatternTreeTest, AFaultIsWhereTheFirstByteDoesNotFit) {
+TEST(PatternTreeTest, FaultIsWhereTheFirstByteDoesNotFit) {
     namespace codes = std::regex_constants;
     expectFault("ab)c", codes::error_paren, 2);
     expectFault("a(?<b)", codes::error_paren, 3);
@@ -181,7 +181,7 @@ TEST(PatternTreeTest, AFaultIsWhereTheFirstByteDoesNotFit) {
     expectFault("(a)(b\\2)", codes::error_backref, 5);
 }
 
-TEST(PatternTreeTest, AFaultAtTheEndIsBehindTheLastByte) {
+TEST(PatternTreeTest, FaultAtTheEndIsBehindTheLastByte) {
     namespace codes = std::regex_constants;
     expectFault("ab\\", codes::error_escape, 3);
     expectFault("a\\x4", codes::error_escape, 4);
@@ -196,7 +196,7 @@ TEST(PatternTreeTest, WhatIsNeverClosedIsAFaultWhereItOpens) {
     expectFault("(Width=)([^\\n)()", codes::error_brack, 9);
 }
 
-TEST(PatternTreeTest, AFaultInABracketExpressionIsWhereItsMemberBegins) {
+TEST(PatternTreeTest, FaultInABracketExpressionIsWhereItsMemberBegins) {
     namespace codes = std::regex_constants;
     expectFault("a[bz-a]", codes::error_range, 3);
     expectFault("a[b\\d-f]", codes::error_range, 3);

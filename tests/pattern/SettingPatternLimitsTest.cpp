@@ -34,7 +34,7 @@ void expectGivenUp(const std::string& pattern, const std::string& text, std::reg
     }
 }
 
-TEST(SettingPatternLimitsTest, AGreedyPrefixOverALargeTextIsNoBurden) {
+TEST(SettingPatternLimitsTest, GreedyPrefixOverALargeTextIsNoBurden) {
     const std::size_t size = 50'000'000;
     const SettingPattern setting(R"(([\s\S]*Width=)(\d+)())");
     EXPECT_EQ(setting.search(std::string(size, 'x')), std::nullopt);
@@ -46,7 +46,7 @@ TEST(SettingPatternLimitsTest, AGreedyPrefixOverALargeTextIsNoBurden) {
     EXPECT_EQ(replaced, text.substr(0, text.size() - 5) + "1920\n");
 }
 
-TEST(SettingPatternLimitsTest, AGroupRepeatedOverALargeTextIsNoBurden) {
+TEST(SettingPatternLimitsTest, GroupRepeatedOverALargeTextIsNoBurden) {
     const std::string text = repeated("Volume=0.5\nName=Player\n", 40'000) + "Width=1280\n";
     EXPECT_THAT(SettingPattern(R"(((?:.|\n)*Width=)(\d+)(\r?\n|$))").search(text),
                 Optional(ElementsAre(SizeIs(text.size()), SizeIs(text.size() - 5), "1280", "\n")));
@@ -60,21 +60,21 @@ TEST(SettingPatternLimitsTest, EveryLineOfALargeTextCanBeReplaced) {
               repeated("Width=7\n", lines));
 }
 
-TEST(SettingPatternLimitsTest, AHopelessSearchIsGivenUp) {
+TEST(SettingPatternLimitsTest, HopelessSearchIsGivenUp) {
     expectGivenUp("(a+)+$", std::string(40, 'a') + 'b', std::regex_constants::error_complexity);
     expectGivenUp("(a|a)*b", std::string(40, 'a'), std::regex_constants::error_complexity);
 }
 
-TEST(SettingPatternLimitsTest, AHopelessReplacementIsGivenUp) {
+TEST(SettingPatternLimitsTest, HopelessReplacementIsGivenUp) {
     const SettingPattern setting("(a+)+$");
     EXPECT_THROW(static_cast<void>(setting.replace(std::string(40, 'a') + 'b', "")), std::regex_error);
 }
 
-TEST(SettingPatternLimitsTest, AHopelessSearchIsGivenUpAsSoonOnALargeText) {
+TEST(SettingPatternLimitsTest, HopelessSearchIsGivenUpAsSoonOnALargeText) {
     expectGivenUp("(a+)+$", std::string(773'000, 'a') + 'b', std::regex_constants::error_complexity);
 }
 
-TEST(SettingPatternLimitsTest, ASearchThatNeedsTooMuchMemoryIsGivenUp) {
+TEST(SettingPatternLimitsTest, SearchThatNeedsTooMuchMemoryIsGivenUp) {
     expectGivenUp("(?:(a)|(a))*b", std::string(50'000'000, 'a'), std::regex_constants::error_stack);
 }
 

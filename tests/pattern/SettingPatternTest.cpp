@@ -48,26 +48,26 @@ TEST(SettingPatternTest, FindsTheFirstMatchWithItsGroups) {
     EXPECT_EQ(match->front().data(), text.data() + 10);
 }
 
-TEST(SettingPatternTest, ATextWithoutTheSettingHasNoMatch) {
+TEST(SettingPatternTest, TextWithoutTheSettingHasNoMatch) {
     EXPECT_EQ(SettingPattern("Width=").search("Height=720"), std::nullopt);
     EXPECT_EQ(SettingPattern("Width=").search(""), std::nullopt);
     EXPECT_EQ(SettingPattern("width=").search("Width="), std::nullopt);
 }
 
-TEST(SettingPatternTest, AnEmptyPatternMatchesTheEmptyTextAtTheBeginning) {
+TEST(SettingPatternTest, EmptyPatternMatchesTheEmptyTextAtTheBeginning) {
     EXPECT_THAT(SettingPattern("").search("abc"), Optional(ElementsAre("")));
     EXPECT_THAT(SettingPattern("").search({}), Optional(ElementsAre("")));
 }
 
-TEST(SettingPatternTest, AGroupThatTookNoPartIsEmpty) {
+TEST(SettingPatternTest, GroupThatTookNoPartIsEmpty) {
     EXPECT_THAT(SettingPattern("(a)|(b)|(c)").search("b"), Optional(ElementsAre("b", "", "b", "")));
 }
 
-TEST(SettingPatternTest, ARepeatedGroupKeepsItsLastText) {
+TEST(SettingPatternTest, RepeatedGroupKeepsItsLastText) {
     EXPECT_THAT(SettingPattern("(?:(a)|(b))*").search("ab"), Optional(ElementsAre("ab", "a", "b")));
 }
 
-TEST(SettingPatternTest, APatternCanBeMoved) {
+TEST(SettingPatternTest, PatternCanBeMoved) {
     SettingPattern pattern("a");
     pattern = SettingPattern("b");
     const SettingPattern moved(std::move(pattern));
@@ -107,7 +107,7 @@ TEST(SettingPatternTest, NamedClassesAreThoseOfTheCLocale) {
     EXPECT_EQ(bytesMatchedBy("[^[:print:]]"), bytesBetween(0, 31) + bytesBetween(127, 255));
 }
 
-TEST(SettingPatternTest, ABracketExpressionIsASetOfBytes) {
+TEST(SettingPatternTest, BracketExpressionIsASetOfBytes) {
     EXPECT_EQ(bytesMatchedBy("[a-cx]"), "abcx");
     EXPECT_EQ(bytesMatchedBy("[]"), "");
     EXPECT_EQ(bytesMatchedBy("[^]"), bytesBetween(0, 255));
@@ -122,12 +122,12 @@ TEST(SettingPatternTest, ABracketExpressionIsASetOfBytes) {
     EXPECT_EQ(bytesMatchedBy("[[=a=]]"), "Aa");
 }
 
-TEST(SettingPatternTest, ABracketExpressionEndsAtItsFirstClosingBracket) {
+TEST(SettingPatternTest, BracketExpressionEndsAtItsFirstClosingBracket) {
     EXPECT_THAT(SettingPattern("[^]a]").search("ba]"), Optional(ElementsAre("ba]")));
     EXPECT_EQ(SettingPattern("[]a]").search("]a]"), std::nullopt);
 }
 
-TEST(SettingPatternTest, AByteRangeCountsBytesFrom0To255) {
+TEST(SettingPatternTest, ByteRangeCountsBytesFrom0To255) {
     EXPECT_EQ(bytesMatchedBy("[\\x20-\\xff]"), bytesBetween(0x20, 0xFF));
     EXPECT_EQ(bytesMatchedBy("[\x7e-\x81]"), "\x7e\x7f\x80\x81");
 }
@@ -166,11 +166,11 @@ TEST(SettingPatternTest, QuantifiersTakeAsMuchOrAsLittleAsTheyMay) {
     EXPECT_EQ(SettingPattern("^a{2,3}$").search("aaaa"), std::nullopt);
 }
 
-TEST(SettingPatternTest, ALazyCountedBeginningMissesNoPlace) {
+TEST(SettingPatternTest, LazyCountedBeginningMissesNoPlace) {
     EXPECT_THAT(SettingPattern("a{0,2}?[ab]x").search("aaabx"), Optional(ElementsAre("aabx")));
 }
 
-TEST(SettingPatternTest, TheFirstFittingAlternativeWins) {
+TEST(SettingPatternTest, FirstFittingAlternativeWins) {
     EXPECT_THAT(SettingPattern("a|ab").search("ab"), Optional(ElementsAre("a")));
     EXPECT_THAT(SettingPattern("(|a)b").search("ab"), Optional(ElementsAre("ab", "a")));
     EXPECT_THAT(SettingPattern("x(?:|)").search("x"), Optional(ElementsAre("x")));
@@ -188,7 +188,7 @@ TEST(SettingPatternTest, WordBoundariesLieBetweenWordBytesAndOthers) {
     EXPECT_EQ(replaced("\\Ba", "aa a", "-"), "a- a");
 }
 
-TEST(SettingPatternTest, ABackReferenceMatchesItsGroupsText) {
+TEST(SettingPatternTest, BackReferenceMatchesItsGroupsText) {
     EXPECT_THAT(SettingPattern("([\"'])(.*)\\1").search("x='a\"b'"), Optional(ElementsAre("'a\"b'", "'", "a\"b")));
     EXPECT_THAT(SettingPattern("(.)(.)(.)(.)(.)(.)(.)(.)(.)(.)\\10\\2")
                     .search("0123456789"
@@ -196,7 +196,7 @@ TEST(SettingPatternTest, ABackReferenceMatchesItsGroupsText) {
                 Optional(testing::Contains("012345678991")));
 }
 
-TEST(SettingPatternTest, ABackReferenceToAGroupThatTookNoPartMatchesNothing) {
+TEST(SettingPatternTest, BackReferenceToAGroupThatTookNoPartMatchesNothing) {
     EXPECT_THAT(SettingPattern("(?:(a)|b)\\1c").search("bc"), Optional(ElementsAre("bc", "")));
     EXPECT_THAT(SettingPattern("(?:(a)|b)\\1c").search("aac"), Optional(ElementsAre("aac", "a")));
 }
@@ -210,7 +210,7 @@ TEST(SettingPatternTest, LeavesATextWithoutAMatchUnchanged) {
     EXPECT_EQ(replaced("a", "", "b"), "");
 }
 
-TEST(SettingPatternTest, AnEmptyMatchIsFollowedByALongerOneAtTheSamePlaceOrByTheNextPlace) {
+TEST(SettingPatternTest, EmptyMatchIsFollowedByALongerOneThereOrByTheNextPlace) {
     EXPECT_EQ(replaced("", "ab", "-"), "-a-b-");
     EXPECT_EQ(replaced("a*?", "aab", "-"), "-----b-");
     EXPECT_EQ(replaced("b*", "abb", "-"), "-a--");
@@ -241,7 +241,7 @@ TEST(SettingPatternTest, ExpandsTheReplacementFormat) {
     }
 }
 
-TEST(SettingPatternTest, TheTextBeforeAMatchBeginsWhereTheLastMatchEnded) {
+TEST(SettingPatternTest, TextBeforeAMatchBeginsWhereTheLastMatchEnded) {
     EXPECT_EQ(replaced("=", "a=b=c", "<$`|$'>"), "a<a|b=c>b<b|c>c");
 }
 

@@ -132,7 +132,7 @@ TEST_F(KestrelGameTest, LibraryThatDoesNotStartLeavesTheOperatingSystemsInformat
     EXPECT_THAT(service.log(), ElementsAreArray(startLines() + Lines{"Brisk : finished"}));
 }
 
-TEST_F(KestrelGameTest, LibraryWithoutAnEntryPointLeavesTheOperatingSystemsInformation) {
+TEST_F(KestrelGameTest, IncompleteLibraryLeavesTheOperatingSystemsInformation) {
     kestrelstandin::installKestrel(service.folder(), kestrelstandin::kestrelFolderWithout("KestrelTerminate"));
     start();
     service.quit();

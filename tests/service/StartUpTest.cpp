@@ -202,7 +202,7 @@ TEST_F(StartUpTest, OtherMessagesAndOtherTimersHaveNoEffect) {
                 ElementsAreArray(acceptedLines(7, "0x1") + Lines{"Brisk : finished"}));
 }
 
-TEST_F(StartUpTest, TitleInformationIsParsedAndDiscardedAndTheSenderGetsTheDefaultAnswer) {
+TEST_F(StartUpTest, TitleInformationIsDiscardedAndItsSenderGetsTheDefaultAnswer) {
     Service service(kOneTitle);
     service.startAndWait();
     EXPECT_EQ(service.sendTitleInfo(0x404, 0x404, R"([{"id": 8, "config_type": "txt", "binary_name": "b.exe"}])"), 0);

@@ -144,7 +144,7 @@ TEST_F(UserStateTest, ToastsNotAllowedOfZeroCountsAsAllowed) {
     EXPECT_FALSE(areToastsAllowed());
 }
 
-TEST_F(UserStateTest, ToastsNotAllowedOfAnyTypeIsReadAsANumberAndALongOneCountsAsAbsent) {
+TEST_F(UserStateTest, ToastsNotAllowedOfAnyTypeIsANumberAndALongOneIsAbsent) {
     write(kMainKey, "ToastsNotAllowed", REG_BINARY, std::string("\x01", 1));
     EXPECT_FALSE(areToastsAllowed());
     write(kMainKey, "ToastsNotAllowed", REG_BINARY, "12345");
@@ -157,7 +157,7 @@ TEST_F(UserStateTest, DisallowingWritesTheNumberOne) {
     EXPECT_FALSE(areToastsAllowed());
 }
 
-TEST_F(UserStateTest, IncrementingATitleNeverSeenWritesOneAndAStoredThreeBecomesFour) {
+TEST_F(UserStateTest, IncrementingATitleNeverSeenWritesOneAndAThreeBecomesFour) {
     EXPECT_TRUE(incNumberOfToastsShown("new.exe"));
     writeNumber(kToastsShownKey, "old.exe", 3);
     EXPECT_TRUE(incNumberOfToastsShown("old.exe"));
@@ -250,7 +250,7 @@ TEST_F(UserStateTest, ResetsDoNotCreateKeys) {
                                         "Brisk : resetToastsShown : RegOpenKeyEx failed. Error 2."));
 }
 
-TEST_F(UserStateTest, KeyThatCannotBeCreatedGivesEachOperationItsFailureResultAndLine) {
+TEST_F(UserStateTest, KeyThatCannotBeCreatedFailsEachOperationWithItsLine) {
     RegCreateKeyExAFault.fail(ERROR_ACCESS_DENIED);
     // The numbers are decimal whatever the base of the line before.
     processLog.text(std::hex, std::showbase);

@@ -71,13 +71,13 @@ protected:
     std::vector<Entry> listing;
 };
 
-TEST_F(ConfigFilesTest, ALocationWithoutAStarIsAcceptedUnchangedWithoutALook) {
+TEST_F(ConfigFilesTest, LocationWithoutAStarIsAcceptedUnchangedWithoutALook) {
     EXPECT_EQ(resolve("C:\\no such folder\\a.ini"), "C:\\no such folder\\a.ini");
     EXPECT_EQ(resolve(""), "");
     EXPECT_EQ(GetFileAttributesWFault.calls(), 0u);
 }
 
-TEST_F(ConfigFilesTest, TheFirstSubdirectoryTakesTheStarsPlace) {
+TEST_F(ConfigFilesTest, FirstSubdirectoryTakesTheStarsPlace) {
     testing::writeFile(folder / "aaa.txt", "");
     testing::writeFile(folder / "bbb.ini", "");
     fs::create_directory(folder / "profile 7");
@@ -86,7 +86,7 @@ TEST_F(ConfigFilesTest, TheFirstSubdirectoryTakesTheStarsPlace) {
     EXPECT_EQ(FindCloseFault.calls(), 2u);
 }
 
-TEST_F(ConfigFilesTest, TheFirstOneIsTheFirstOneListed) {
+TEST_F(ConfigFilesTest, FirstOneIsTheFirstOneListed) {
     list({{L".", kFolder}, {L"..", kFolder}, {L"file", FILE_ATTRIBUTE_NORMAL}, {L"123", kFolder}, {L"456", kFolder}});
     EXPECT_EQ(resolve(in("*\\cfg.ini")), in("123\\cfg.ini"));
     list({{L".", kFolder}, {L"..", kFolder}, {L"456", kFolder}, {L"123", kFolder}});
@@ -106,12 +106,12 @@ TEST_F(ConfigFilesTest, HiddenSubdirectoriesCount) {
     EXPECT_EQ(resolve(in("*\\cfg.ini")), in("hidden\\cfg.ini"));
 }
 
-TEST_F(ConfigFilesTest, ASecondStarStays) {
+TEST_F(ConfigFilesTest, SecondStarStays) {
     fs::create_directories(folder / "one" / "two");
     EXPECT_EQ(resolve(in("*\\*\\cfg.ini")), in("one\\*\\cfg.ini"));
 }
 
-TEST_F(ConfigFilesTest, TheStarIsNoPattern) {
+TEST_F(ConfigFilesTest, StarIsNoPattern) {
     fs::create_directory(folder / "other");
     EXPECT_EQ(resolve(in("*.profile\\cfg.ini")), in("other.profile\\cfg.ini"));
     EXPECT_EQ(resolve(folder.narrow() + "*\\cfg.ini"), folder.narrow() + "other\\cfg.ini");
@@ -123,13 +123,13 @@ TEST_F(ConfigFilesTest, ForwardSlashesAreAsGood) {
     EXPECT_EQ(resolve(folder.narrow() + "/*/cfg.ini"), folder.narrow() + "/one/cfg.ini");
 }
 
-TEST_F(ConfigFilesTest, ASubdirectorysNameIsGivenInTheProcessCodePage) {
+TEST_F(ConfigFilesTest, SubdirectorysNameIsGivenInTheProcessCodePage) {
     fs::create_directories(folder / L"Pr\u00FCfung \u30D7\u30ED" / L"b");
     EXPECT_EQ(resolve(in("*\\cfg.ini")), in("Pr\u00FCfung \u30D7\u30ED\\cfg.ini"));
     EXPECT_EQ(resolve(in("Pr\u00FCfung \u30D7\u30ED\\*\\cfg.ini")), in("Pr\u00FCfung \u30D7\u30ED\\b\\cfg.ini"));
 }
 
-TEST_F(ConfigFilesTest, AFolderWithoutSubdirectoriesLeavesTheStar) {
+TEST_F(ConfigFilesTest, FolderWithoutSubdirectoriesLeavesTheStar) {
     EXPECT_EQ(resolve(in("*\\cfg.ini")), in("*\\cfg.ini"));
     testing::writeFile(folder / "file", "");
     EXPECT_EQ(resolve(in("*\\cfg.ini")), in("*\\cfg.ini"));
@@ -148,7 +148,7 @@ TEST_F(ConfigFilesTest, TextBeforeTheStarThatIsNoFolderIsRefused) {
     EXPECT_EQ(FindFirstFileWFault.calls(), 0u);
 }
 
-TEST_F(ConfigFilesTest, AFileSystemThatFailsOnTheTextBeforeTheStarIsAnErrorOfStatus) {
+TEST_F(ConfigFilesTest, FileSystemThatFailsOnTheTextBeforeTheStarIsAnErrorOfStatus) {
     GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
     expectError("status", folder / "", ERROR_ACCESS_DENIED, [this] { resolve(in("*\\cfg.ini")); });
     GetFileAttributesWFault.intercept([](auto) -> DWORD { return kFolderLink; });
@@ -156,13 +156,13 @@ TEST_F(ConfigFilesTest, AFileSystemThatFailsOnTheTextBeforeTheStarIsAnErrorOfSta
     expectError("status", folder / "", ERROR_NOT_READY, [this] { resolve(in("*\\cfg.ini")); });
 }
 
-TEST_F(ConfigFilesTest, AFolderThatCannotBeListedIsAnErrorOfTheIteratorsConstructor) {
+TEST_F(ConfigFilesTest, FolderThatCannotBeListedIsAnErrorOfTheIteratorsConstructor) {
     FindFirstFileWFault.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
     expectError("directory_iterator::directory_iterator", folder / "", ERROR_ACCESS_DENIED,
                 [this] { resolve(in("*\\cfg.ini")); });
 }
 
-TEST_F(ConfigFilesTest, AListingThatBreaksOffIsAnErrorOfTheIteratorsIncrement) {
+TEST_F(ConfigFilesTest, ListingThatBreaksOffIsAnErrorOfTheIteratorsIncrement) {
     fs::create_directory(folder / "one");
     FindNextFileWFault.fail(FALSE, ERROR_NETNAME_DELETED);
     expectError("directory_iterator::operator++", folder / "", ERROR_NETNAME_DELETED,
@@ -170,7 +170,7 @@ TEST_F(ConfigFilesTest, AListingThatBreaksOffIsAnErrorOfTheIteratorsIncrement) {
     EXPECT_EQ(FindCloseFault.calls(), 1u);
 }
 
-TEST_F(ConfigFilesTest, ALinkCountsForWhatItLeadsTo) {
+TEST_F(ConfigFilesTest, LinkCountsForWhatItLeadsTo) {
     fs::create_directory(folder / "to a folder");
     testing::writeFile(folder / "to a file", "");
     list({{L".", kFolder},
@@ -183,7 +183,7 @@ TEST_F(ConfigFilesTest, ALinkCountsForWhatItLeadsTo) {
     EXPECT_EQ(resolve(in("*\\cfg.ini")), in("*\\cfg.ini"));
 }
 
-TEST_F(ConfigFilesTest, ALinkThatCannotBeFollowedIsAnErrorOfTheEntrysStatus) {
+TEST_F(ConfigFilesTest, LinkThatCannotBeFollowedIsAnErrorOfTheEntrysStatus) {
     fs::create_directory(folder / "link");
     list({{L"link", kFolderLink}});
     CreateFileWFault.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
@@ -195,14 +195,14 @@ TEST_F(ConfigFilesTest, ALinkThatCannotBeFollowedIsAnErrorOfTheEntrysStatus) {
     EXPECT_EQ(FindCloseFault.calls(), 1u);
 }
 
-TEST_F(ConfigFilesTest, ALinkExistsIfWhatItLeadsToDoes) {
+TEST_F(ConfigFilesTest, LinkExistsIfWhatItLeadsToDoes) {
     testing::writeFile(folder / "to a file", "");
     GetFileAttributesWFault.intercept([](auto) -> DWORD { return FILE_ATTRIBUTE_REPARSE_POINT; });
     EXPECT_TRUE(locationExists(in("to a file")));
     EXPECT_FALSE(locationExists(in("dangling")));
 }
 
-TEST_F(ConfigFilesTest, ALinkBeforeTheStarCountsForWhatItLeadsTo) {
+TEST_F(ConfigFilesTest, LinkBeforeTheStarCountsForWhatItLeadsTo) {
     fs::create_directories(folder / "to a folder" / "one");
     testing::writeFile(folder / "to a file", "");
     GetFileAttributesWFault.intercept([](auto) -> DWORD { return kFolderLink; });

@@ -30,15 +30,15 @@ TEST(UserFolderPlaceholders, LetterCaseMatters) {
     EXPECT_EQ(withUserFolders("%AppData%\\a.ini", {{"%APPDATA%", "C:\\X"}}), "%AppData%\\a.ini");
 }
 
-TEST(UserFolderPlaceholders, TheGameFolderIsKept) {
+TEST(UserFolderPlaceholders, GameFolderIsKept) {
     EXPECT_EQ(withUserFolders("%APPDIR%\\a.ini", {{"%APPDATA%", "C:\\X"}}), "%APPDIR%\\a.ini");
 }
 
-TEST(UserFolderPlaceholders, AFolderThatHoldsALaterPlaceholderIsExpandedFurther) {
+TEST(UserFolderPlaceholders, FolderThatHoldsALaterPlaceholderIsExpandedFurther) {
     EXPECT_EQ(withUserFolders("%A%", {{"%A%", "1%B%"}, {"%B%", "2%A%"}}), "12%A%");
 }
 
-TEST(UserFolderPlaceholders, AnUnknownFolderLeavesNothingInThePlaceholdersPlace) {
+TEST(UserFolderPlaceholders, UnknownFolderLeavesNothingInThePlaceholdersPlace) {
     EXPECT_EQ(withUserFolders("%APPDATA%\\a.ini", {{"%APPDATA%", ""}}), "\\a.ini");
 }
 

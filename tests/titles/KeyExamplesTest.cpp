@@ -17,7 +17,7 @@ std::string use(const std::string& key, const std::string& text, const std::stri
     return current + " -> " + title.content;
 }
 
-TEST(KeyExamples, ALineIsFoundAlsoAtTheStartOfTheText) {
+TEST(KeyExamples, LineIsFoundAlsoAtTheStartOfTheText) {
     const std::string key = "((?:^|\\n)Width=)(\\d+)()";
     EXPECT_EQ(use(key, "Width=1280\nMaxWidth=1\n"), "1280 -> Width=9\nMaxWidth=1\n");
     EXPECT_EQ(use(key, "a\nWidth=1280"), "1280 -> a\nWidth=9");
@@ -31,12 +31,12 @@ TEST(KeyExamples, BlanksAndCommentsAroundAValueAreKept) {
     EXPECT_EQ(use("(\\nfps_limit *= *)(\\d+)()", "\nfps_limit = 60 ; comment\n"), "60 -> \nfps_limit = 9 ; comment\n");
 }
 
-TEST(KeyExamples, AValueMayReachToTheEndOfItsLine) {
+TEST(KeyExamples, ValueMayReachToTheEndOfItsLine) {
     EXPECT_EQ(use("(\\nMode=)([^\\n]*)()", "\nMode=Very High\nx\n"), "Very High -> \nMode=9\nx\n");
     EXPECT_EQ(use("(\\nMode=)([^\\n]*)()", "\nMode=\nx\n"), " -> \nMode=9\nx\n");
 }
 
-TEST(KeyExamples, ASettingOfOneSectionIsFound) {
+TEST(KeyExamples, SettingOfOneSectionIsFound) {
     EXPECT_EQ(use("(\\[Display\\][^\\[]*\\nWidth=)(\\d+)()",
                   "[A]\nWidth=1\n[Display]\nHeight=7\nWidth=2\nDepth=8\n[B]\nWidth=3\n"),
               "2 -> [A]\nWidth=1\n[Display]\nHeight=7\nWidth=9\nDepth=8\n[B]\nWidth=3\n");
@@ -50,7 +50,7 @@ TEST(KeyExamples, QuotedAttributedAndJsonValuesAreFound) {
               "1280 -> { \"width\": 9, \"height\": 720 }");
 }
 
-TEST(KeyExamples, ADotTakesAsMuchOfALineAsItCan) {
+TEST(KeyExamples, DotTakesAsMuchOfALineAsItCan) {
     EXPECT_EQ(use("(<res.*width=\")(\\d+)(\")", "<res width=\"1\"/><x width=\"2\"/>\n<x width=\"3\"/>"),
               "2 -> <res width=\"1\"/><x width=\"9\"/>\n<x width=\"3\"/>");
 }
@@ -85,17 +85,17 @@ TEST(KeyExamples, AnythingLazyInFrontIsGivenUpWhereMuchTextFollows) {
     EXPECT_THAT(use("(^(?:.|\\n)*?\\nWidth=)(\\d+)()", text), ::testing::StartsWith("1 -> [A]\nWidth=9\n"));
 }
 
-TEST(KeyExamples, AFurtherGroupBeforeTheValueMakesItTheThird) {
+TEST(KeyExamples, FurtherGroupBeforeTheValueMakesItTheThird) {
     EXPECT_EQ(use("((a|b)=)(\\d+)()", "a=5"), "a -> a=95");
     EXPECT_EQ(use("((?:a|b)=)(\\d+)()", "a=5"), "5 -> a=9");
 }
 
-TEST(KeyExamples, ADollarSignAtTheEndOfAValueTakesTheTextBehindIt) {
+TEST(KeyExamples, DollarSignAtTheEndOfAValueTakesTheTextBehindIt) {
     EXPECT_EQ(use("(unit=\")(\\w*)(\")", "unit=\"x\"\n", "US$"), "x -> unit=\"US$3\n");
     EXPECT_EQ(use("(unit=\")(\\w*)(\")", "unit=\"x\"\n", "US$$"), "x -> unit=\"US$\"\n");
 }
 
-TEST(KeyExamples, AnEmptyKeyMatchesEverywhere) {
+TEST(KeyExamples, EmptyKeyMatchesEverywhere) {
     EXPECT_EQ(use("", "ab", "x"), " -> xaxbx");
 }
 
@@ -105,19 +105,19 @@ TEST(KeyExamples, LettersOutsideAsciiAreSeveralBytes) {
     EXPECT_EQ(use("(Gr\u00F6\u00DFe=)(\\d+)()", "Gr\u00F6\u00DFe=5"), "5 -> Gr\u00F6\u00DFe=9");
 }
 
-TEST(KeyExamples, AnEmptySecondGroupIsAPlaceToCreateASettingAt) {
+TEST(KeyExamples, EmptySecondGroupIsAPlaceToCreateASettingAt) {
     EXPECT_EQ(use("(\\nheight *= *\\d+)()()", "\nheight = 1080\nx\n", "\nupscaling = b"),
               " -> \nheight = 1080\nupscaling = b\nx\n");
     EXPECT_EQ(use("(\\[Upscaling\\]\\n)()()", "[Upscaling]\nx=1\n", "Mode=b\n"), " -> [Upscaling]\nMode=b\nx=1\n");
     EXPECT_EQ(use("($)()()", "a=1\nb=2\n", "Mode=b\n"), " -> a=1\nb=2\nMode=b\n");
 }
 
-TEST(KeyExamples, ASettingIsCreatedAtEveryPlaceThatMatches) {
+TEST(KeyExamples, SettingIsCreatedAtEveryPlaceThatMatches) {
     EXPECT_EQ(use("(#)()()", "#1 #2", "x"), " -> #x1 #x2");
     EXPECT_EQ(use("(!)()()", "#1 #2", "x"), "none -> #1 #2");
 }
 
-TEST(KeyExamples, APlaceMayBeATextThatIsReplaced) {
+TEST(KeyExamples, PlaceMayBeATextThatIsReplaced) {
     EXPECT_EQ(use("(\\n)(; *upscaling *=[^\\n]*)()", "x\n; upscaling = off\ny\n", "upscaling = b"),
               "; upscaling = off -> x\nupscaling = b\ny\n");
 }
@@ -137,7 +137,7 @@ protected:
     }
 };
 
-TEST_F(FieldExamplesTest, ASettingThatIsOnlyACommentTakesItsPlace) {
+TEST_F(FieldExamplesTest, SettingThatIsOnlyACommentTakesItsPlace) {
     constexpr char kFields[] = R"json([{
         "key": "(\\nupscaling *= *)(\\w+)()",
         "value": "balanced",
@@ -148,7 +148,7 @@ TEST_F(FieldExamplesTest, ASettingThatIsOnlyACommentTakesItsPlace) {
     EXPECT_EQ(optimize("x = 1\nupscaling = off\n", kFields), "x = 1\nupscaling = balanced\n");
 }
 
-TEST_F(FieldExamplesTest, ASettingInAnotherFormCountsAsMissingAndIsCreatedASecondTime) {
+TEST_F(FieldExamplesTest, SettingInAnotherFormCountsAsMissingAndIsCreatedASecondTime) {
     EXPECT_EQ(optimize("height = 1080\nx = 1\nupscaling = -1\n", R"json([{
         "key": "(\\nupscaling *= *)(\\d+)()",
         "value": 2,
@@ -165,7 +165,7 @@ TEST_F(FieldExamplesTest, ASettingInAnotherFormCountsAsMissingAndIsCreatedASecon
               "height = 1080\nx = 1\nupscaling = 2\n");
 }
 
-TEST_F(FieldExamplesTest, ANumberWithoutDigitsIsAnErrorOnlyWhereNoEarlierKeyDiffers) {
+TEST_F(FieldExamplesTest, NumberWithoutDigitsIsAnErrorOnlyWhereNoEarlierKeyDiffers) {
     constexpr char kFields[] =
         R"json([{ "key": "(\\nA=)(\\d+)()", "value": 1 }, { "key": "(\\nB=)(\\w+)()", "value": 2 }])json";
     EXPECT_EQ(optimize("\nA=0\nB=auto\n", kFields), "\nA=1\nB=2\n");

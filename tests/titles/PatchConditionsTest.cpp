@@ -60,14 +60,14 @@ TEST_F(PatchConditionsTest, WithoutConditionsNothingIsAskedAndAllIsMet) {
     EXPECT_THAT(takeLog(), ElementsAre("next"));
 }
 
-TEST_F(PatchConditionsTest, AConditionWithoutAllowedValuesChecksNothing) {
+TEST_F(PatchConditionsTest, ConditionWithoutAllowedValuesChecksNothing) {
     title.patchConditions = {{"Renderer", {}, {}, false}, {"Renderer", {}, {}, true}};
     EXPECT_TRUE(meetsConditions(title));
     EXPECT_THAT(title.calls, IsEmpty());
     EXPECT_THAT(takeLog(), ElementsAre("next"));
 }
 
-TEST_F(PatchConditionsTest, AnAllowedTextIsMet) {
+TEST_F(PatchConditionsTest, AllowedTextIsMet) {
     title.texts = {{"Renderer", "Vulkan"}};
     title.patchConditions = {{"Renderer", {"D3D12", "Vulkan"}, {}, false}};
     EXPECT_TRUE(meetsConditions(title));
@@ -75,7 +75,7 @@ TEST_F(PatchConditionsTest, AnAllowedTextIsMet) {
     EXPECT_THAT(takeLog(), ElementsAre("next"));
 }
 
-TEST_F(PatchConditionsTest, ATextIsComparedWhole) {
+TEST_F(PatchConditionsTest, TextIsComparedWhole) {
     for (const char* current : {"vulkan", "Vulkan 1", "Vul", " Vulkan"}) {
         title.texts = {{"Renderer", current}};
         title.patchConditions = {{"Renderer", {"Vulkan"}, {}, true}};
@@ -85,7 +85,7 @@ TEST_F(PatchConditionsTest, ATextIsComparedWhole) {
     }
 }
 
-TEST_F(PatchConditionsTest, AForbiddenTextEndsTheCheckAndItsMessageStandsAtTheFrontOfTheNextLine) {
+TEST_F(PatchConditionsTest, ForbiddenTextEndsTheCheckWithAMessageThatTheNextLineEnds) {
     title.texts = {{"Renderer", "D3D11"}};
     title.patchConditions = {{"Renderer", {"Vulkan"}, {1}, false}, {"Other", {"x"}, {}, false}};
     EXPECT_FALSE(meetsConditions(title));
@@ -98,13 +98,13 @@ TEST_F(PatchConditionsTest, AForbiddenTextEndsTheCheckAndItsMessageStandsAtTheFr
                                         "Brisk : and the one after."));
 }
 
-TEST_F(PatchConditionsTest, AMissingTextWithAbsenceIsMet) {
+TEST_F(PatchConditionsTest, MissingTextWithAbsenceIsMet) {
     title.patchConditions = {{"Renderer", {"Vulkan"}, {}, true}};
     EXPECT_TRUE(meetsConditions(title));
     EXPECT_THAT(takeLog(), ElementsAre("next"));
 }
 
-TEST_F(PatchConditionsTest, AnEmptyTextCountsAsMissingEvenWhenItIsAllowed) {
+TEST_F(PatchConditionsTest, EmptyTextCountsAsMissingEvenWhenItIsAllowed) {
     title.texts = {{"Renderer", ""}};
     title.patchConditions = {{"Renderer", {""}, {}, false}};
     EXPECT_FALSE(meetsConditions(title));
@@ -112,7 +112,7 @@ TEST_F(PatchConditionsTest, AnEmptyTextCountsAsMissingEvenWhenItIsAllowed) {
                 ElementsAre("Brisk : unable to find configuration field with key 'Renderer'. Skip patching.", "next"));
 }
 
-TEST_F(PatchConditionsTest, AfterAMissingSettingTheRemainingConditionsAreStillEvaluatedAndLogged) {
+TEST_F(PatchConditionsTest, AfterAMissingSettingTheOtherConditionsAreStillEvaluated) {
     title.texts = {{"Mode", "fast"}};
     title.patchConditions = {{"Renderer", {"Vulkan"}, {}, false},
                              {"Width", {}, {1, 2}, false},
@@ -128,7 +128,7 @@ TEST_F(PatchConditionsTest, AfterAMissingSettingTheRemainingConditionsAreStillEv
                             "Brisk : unable to find configuration field with key 'Level'. Skip patching.", "next"));
 }
 
-TEST_F(PatchConditionsTest, AForbiddenValueAfterAMissingOneEndsTheCheck) {
+TEST_F(PatchConditionsTest, ForbiddenValueAfterAMissingOneEndsTheCheck) {
     title.texts = {{"Mode", "slow"}};
     title.patchConditions = {
         {"Renderer", {"Vulkan"}, {}, false}, {"Mode", {"fast"}, {}, false}, {"Level", {"x"}, {}, false}};
@@ -140,7 +140,7 @@ TEST_F(PatchConditionsTest, AForbiddenValueAfterAMissingOneEndsTheCheck) {
                     "Brisk : current configuration with key 'Mode' and value 'slow' doesn't meet requirements.next"));
 }
 
-TEST_F(PatchConditionsTest, AnAllowedNumberIsMet) {
+TEST_F(PatchConditionsTest, AllowedNumberIsMet) {
     title.texts = {{"Version", "-4"}};
     title.patchConditions = {{"Version", {}, {3, -4}, false}};
     EXPECT_TRUE(meetsConditions(title));
@@ -148,7 +148,7 @@ TEST_F(PatchConditionsTest, AnAllowedNumberIsMet) {
     EXPECT_THAT(takeLog(), ElementsAre("next"));
 }
 
-TEST_F(PatchConditionsTest, AForbiddenNumberIsWrittenInDecimalWhateverTheBaseOfTheLineBefore) {
+TEST_F(PatchConditionsTest, ForbiddenNumberIsDecimalWhateverTheBaseOfTheLineBefore) {
     title.texts = {{"Version", "255"}};
     title.patchConditions = {{"Version", {}, {3}, true}, {"Other", {"x"}, {}, false}};
     processLog.text(std::hex, std::showbase);
@@ -159,13 +159,13 @@ TEST_F(PatchConditionsTest, AForbiddenNumberIsWrittenInDecimalWhateverTheBaseOfT
         ElementsAre("Brisk : current configuration with key 'Version' and value '255' doesn't meet requirements.next"));
 }
 
-TEST_F(PatchConditionsTest, AMissingNumberWithAbsenceIsMet) {
+TEST_F(PatchConditionsTest, MissingNumberWithAbsenceIsMet) {
     title.patchConditions = {{"Version", {}, {3}, true}};
     EXPECT_TRUE(meetsConditions(title));
     EXPECT_THAT(takeLog(), ElementsAre("next"));
 }
 
-TEST_F(PatchConditionsTest, TheLargestNumberCountsAsMissingEvenWhenItIsAllowed) {
+TEST_F(PatchConditionsTest, LargestNumberCountsAsMissingEvenWhenItIsAllowed) {
     title.texts = {{"Version", "2147483647"}};
     title.patchConditions = {{"Version", {}, {kMaximum}, false}};
     EXPECT_FALSE(meetsConditions(title));

@@ -62,7 +62,7 @@ protected:
     RegisterConfigAdapter title;
 };
 
-TEST_F(RegisterConfigAdapterTest, AKeyBelowTheCurrentUserIsOpenedWithEitherSeparator) {
+TEST_F(RegisterConfigAdapterTest, KeyBelowTheCurrentUserIsOpenedWithEitherSeparator) {
     for (const char* location : {"HKEY_CURRENT_USER/Software/Studio/Game", "HKEY_CURRENT_USER/Software\\Studio\\Game",
                                  "HKEY_CURRENT_USER/Software\\Studio/Game"}) {
         RegisterConfigAdapter one;
@@ -78,7 +78,7 @@ TEST_F(RegisterConfigAdapterTest, AKeyBelowTheCurrentUserIsOpenedWithEitherSepar
                                         "Brisk : checking registry path 'Software\\Studio\\Game'."));
 }
 
-TEST_F(RegisterConfigAdapterTest, AKeyOfTheLocalMachineIsOpened) {
+TEST_F(RegisterConfigAdapterTest, KeyOfTheLocalMachineIsOpened) {
     HKEY machine = nullptr;
     ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, "machine", &machine), ERROR_SUCCESS);
     HKEY game = nullptr;
@@ -94,7 +94,7 @@ TEST_F(RegisterConfigAdapterTest, AKeyOfTheLocalMachineIsOpened) {
     EXPECT_THAT(log.take(), ElementsAre("Brisk : checking registry path 'SOFTWARE\\Studio\\Game'."));
 }
 
-TEST_F(RegisterConfigAdapterTest, TheKeyIsOpenedForEverythingAndNeverClosed) {
+TEST_F(RegisterConfigAdapterTest, KeyIsOpenedForEverythingAndNeverClosed) {
     RegOpenKeyExAFault.intercept([](HKEY root, const char* path, DWORD options, REGSAM access, HKEY* key) {
         EXPECT_EQ(root, HKEY_CURRENT_USER);
         EXPECT_STREQ(path, "Software\\Studio\\Game");
@@ -136,7 +136,7 @@ TEST_F(RegisterConfigAdapterTest, AnyOtherRootFailsAtTheOpen) {
     }
 }
 
-TEST_F(RegisterConfigAdapterTest, ASecondLocationIsNeverTried) {
+TEST_F(RegisterConfigAdapterTest, SecondLocationIsNeverTried) {
     EXPECT_FALSE(find({"HKEY_CURRENT_USER/Software/Studio/Missing", "HKEY_CURRENT_USER/Software/Studio/Game"}));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : checking registry path 'Software\\Studio\\Missing'.",
                                         "Brisk : RegOpenKeyEx failed. Error 2."));
@@ -144,7 +144,7 @@ TEST_F(RegisterConfigAdapterTest, ASecondLocationIsNeverTried) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(RegisterConfigAdapterTest, TheErrorOfAFailedOpenIsLoggedInDecimalAndTheKeyFoundBeforeIsForgotten) {
+TEST_F(RegisterConfigAdapterTest, FailedOpenIsLoggedInDecimalAndForgetsTheKeyFoundBefore) {
     open();
     EXPECT_TRUE(title.loadConfig());
     RegOpenKeyExAFault.fail(1450);
@@ -163,7 +163,7 @@ TEST_F(RegisterConfigAdapterTest, TheErrorOfAFailedOpenIsLoggedInDecimalAndTheKe
     EXPECT_EQ(read("Width"), "4:" + bytes("\x80\x07\0\0", 4));
 }
 
-TEST_F(RegisterConfigAdapterTest, TheKeyPathsLetterCaseDoesNotMatter) {
+TEST_F(RegisterConfigAdapterTest, KeyPathsLetterCaseDoesNotMatter) {
     EXPECT_TRUE(find({"HKEY_CURRENT_USER/SOFTWARE/studio/game"}));
 }
 
@@ -223,7 +223,7 @@ TEST_F(RegisterConfigAdapterTest, MissingValuesAreTheDefaults) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(RegisterConfigAdapterTest, ANumberIsReadFromUpToFourBytesOfAnyType) {
+TEST_F(RegisterConfigAdapterTest, NumberIsReadFromUpToFourBytesOfAnyType) {
     open();
     write("dword", REG_DWORD, bytes("\x80\x07\0\0", 4));
     write("binary", REG_BINARY, "\x02");
@@ -259,14 +259,14 @@ TEST_F(RegisterConfigAdapterTest, TextIsReadUpToTheFirstZeroByteOfAnyType) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(RegisterConfigAdapterTest, ALongTextIsReadWhole) {
+TEST_F(RegisterConfigAdapterTest, LongTextIsReadWhole) {
     open();
     const std::string text(100'000, 'x');
     write("long", REG_SZ, text + '\0');
     EXPECT_TRUE(title.getValue("long", "default") == text);
 }
 
-TEST_F(RegisterConfigAdapterTest, ATextThatGrowsBetweenTheTwoQueriesIsTheDefaultAndAShorterOneIsRead) {
+TEST_F(RegisterConfigAdapterTest, TextThatGrowsBetweenTheQueriesIsTheDefault) {
     open();
     std::string replacement;
     RegQueryValueExAFault.intercept(

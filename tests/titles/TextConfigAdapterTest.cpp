@@ -57,13 +57,13 @@ TEST_F(TextConfigSearchTest, NothingIsFoundWhenNoLocationExists) {
                             "Brisk : checking path '" + in("missing\\b.ini") + "'.", "Brisk : config not found."));
 }
 
-TEST_F(TextConfigSearchTest, AFolderIsFoundToo) {
+TEST_F(TextConfigSearchTest, FolderIsFoundToo) {
     title.configLocations = {folder.narrow()};
     EXPECT_TRUE(title.findConfig(""));
     EXPECT_FALSE(title.loadConfig());
 }
 
-TEST_F(TextConfigSearchTest, TheGameFolderIsPutInForGood) {
+TEST_F(TextConfigSearchTest, GameFolderIsPutInForGood) {
     testing::writeFile(folder / "cfg.ini", "Width=1");
     title.configLocations = {"%APPDIR%\\cfg.ini"};
     EXPECT_FALSE(title.findConfig(""));
@@ -80,7 +80,7 @@ TEST_F(TextConfigSearchTest, TheGameFolderIsPutInForGood) {
     EXPECT_EQ(title.content, "Width=1");
 }
 
-TEST_F(TextConfigSearchTest, TheGameFolderIsNotPutIntoALocationThatBeginsOtherwise) {
+TEST_F(TextConfigSearchTest, GameFolderIsNotPutIntoALocationThatBeginsOtherwise) {
     title.configLocations = {"C:\\%APPDIR%\\cfg.ini"};
     EXPECT_FALSE(title.findConfig(folder.narrow()));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : checking path 'C:\\%APPDIR%\\cfg.ini'.", "Brisk : config not found."));
@@ -93,7 +93,7 @@ TEST_F(TextConfigSearchTest, LocationsAfterTheFoundOneStayAsTheyAre) {
     EXPECT_THAT(title.configLocations, ElementsAre(in("cfg.ini"), "%APPDIR%\\other.ini"));
 }
 
-TEST_F(TextConfigSearchTest, TheWildcardIsReplacedForGood) {
+TEST_F(TextConfigSearchTest, WildcardIsReplacedForGood) {
     testing::writeFile(folder / "saves" / "123" / "cfg.ini", "Width=1");
     title.configLocations = {in("saves\\*\\cfg.ini")};
     EXPECT_TRUE(title.findConfig(""));
@@ -104,14 +104,14 @@ TEST_F(TextConfigSearchTest, TheWildcardIsReplacedForGood) {
     EXPECT_EQ(title.content, "Width=1");
 }
 
-TEST_F(TextConfigSearchTest, TheWildcardOfTheGameFolderIsResolved) {
+TEST_F(TextConfigSearchTest, WildcardOfTheGameFolderIsResolved) {
     testing::writeFile(folder / "profile" / "cfg.ini", "");
     title.configLocations = {"%APPDIR%\\*\\cfg.ini"};
     EXPECT_TRUE(title.findConfig(folder.narrow()));
     EXPECT_THAT(title.configLocations, ElementsAre(in("profile\\cfg.ini")));
 }
 
-TEST_F(TextConfigSearchTest, AWildcardWithoutAnySubdirectoryIsNotFoundAndStays) {
+TEST_F(TextConfigSearchTest, WildcardWithoutAnySubdirectoryIsNotFoundAndStays) {
     title.configLocations = {in("*\\cfg.ini")};
     EXPECT_FALSE(title.findConfig(""));
     EXPECT_THAT(title.configLocations, ElementsAre(in("*\\cfg.ini")));
@@ -119,7 +119,7 @@ TEST_F(TextConfigSearchTest, AWildcardWithoutAnySubdirectoryIsNotFoundAndStays) 
                 ElementsAre("Brisk : checking path '" + in("*\\cfg.ini") + "'.", "Brisk : config not found."));
 }
 
-TEST_F(TextConfigSearchTest, AWildcardBelowNoFolderIsPassedOverSilently) {
+TEST_F(TextConfigSearchTest, WildcardBelowNoFolderIsPassedOverSilently) {
     testing::writeFile(folder / "cfg.ini", "");
     title.configLocations = {in("missing\\*\\cfg.ini"), in("cfg.ini*"), in("cfg.ini")};
     EXPECT_TRUE(title.findConfig(""));
@@ -129,7 +129,7 @@ TEST_F(TextConfigSearchTest, AWildcardBelowNoFolderIsPassedOverSilently) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(TextConfigSearchTest, AFileSystemErrorLeavesTheSearchAndTheNextOneBeginsAnew) {
+TEST_F(TextConfigSearchTest, FileSystemErrorLeavesTheSearchAndTheNextOneBeginsAnew) {
     testing::writeFile(folder / "b.ini", "");
     GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
     title.configLocations = {in("a.ini"), in("b.ini")};
@@ -142,7 +142,7 @@ TEST_F(TextConfigSearchTest, AFileSystemErrorLeavesTheSearchAndTheNextOneBeginsA
                                         "Brisk : checking path '" + in("b.ini") + "'.", "Brisk : config found."));
 }
 
-TEST_F(TextConfigSearchTest, AFolderThatCannotBeListedLeavesTheSearchWithoutALine) {
+TEST_F(TextConfigSearchTest, FolderThatCannotBeListedLeavesTheSearchWithoutALine) {
     testing::writeFile(folder / "profile" / "cfg.ini", "");
     FindFirstFileWFault.fail(INVALID_HANDLE_VALUE, ERROR_ACCESS_DENIED);
     title.configLocations = {"%APPDIR%\\*\\cfg.ini", folder.narrow()};
@@ -156,7 +156,7 @@ TEST_F(TextConfigSearchTest, AFolderThatCannotBeListedLeavesTheSearchWithoutALin
                 ElementsAre("Brisk : checking path '" + in("profile\\cfg.ini") + "'.", "Brisk : config found."));
 }
 
-TEST_F(TextConfigSearchTest, AReadOnlyFileIsLoadedAndTheTextSavedToTheNextLocation) {
+TEST_F(TextConfigSearchTest, ReadOnlyFileIsLoadedAndTheTextSavedToTheNextLocation) {
     testing::writeFile(folder / "cfg.ini", "Width=1280");
     std::filesystem::permissions(folder / "cfg.ini", std::filesystem::perms::owner_read);
     // Windows removes no read-only file.
@@ -212,13 +212,13 @@ TEST_F(TextConfigValueTest, EveryMatchIsReplaced) {
     EXPECT_EQ(set("Width=1280\nWidth=800\n", "(Width=)(\\d+)()", "1920"), "Width=1920\nWidth=1920\n");
 }
 
-TEST_F(TextConfigValueTest, TheTextBeforeAndAfterTheValueIsKept) {
+TEST_F(TextConfigValueTest, TextBeforeAndAfterTheValueIsKept) {
     EXPECT_EQ(set("<a width=\"1280\" height=\"720\"/>", "(width=\")(\\d+)(\")", "1920"),
               "<a width=\"1920\" height=\"720\"/>");
     EXPECT_EQ(set("w = 1280 ; px\n", "(w *= *)(\\d+)( *;)", "x"), "w = x ; px\n");
 }
 
-TEST_F(TextConfigValueTest, TheLineEndMayBelongToTheKeyAndIsKept) {
+TEST_F(TextConfigValueTest, LineEndMayBelongToTheKeyAndIsKept) {
     const std::string key = "(ResolutionWidth=)(\\d+)(\\r?\\n|$)";
     EXPECT_EQ(get("ResolutionWidth=1280\n", key), "1280");
     EXPECT_EQ(get("ResolutionWidth=1280.5\n", key), "default");
@@ -226,7 +226,7 @@ TEST_F(TextConfigValueTest, TheLineEndMayBelongToTheKeyAndIsKept) {
               "ResolutionWidth=1920\r\nResolutionWidth=1920\nResolutionWidth=1920");
 }
 
-TEST_F(TextConfigValueTest, ANumberIsWrittenInDecimal) {
+TEST_F(TextConfigValueTest, NumberIsWrittenInDecimal) {
     title.content = "a=0;";
     const auto after = [this](std::int32_t number) {
         EXPECT_TRUE(title.setIntValue("(a=)(-?\\d+)()", number));
@@ -244,25 +244,25 @@ TEST_F(TextConfigValueTest, SettingAMissingSettingSucceedsAndChangesNothing) {
     EXPECT_EQ(set("", "(Width=)(\\d+)()", "1920"), "");
 }
 
-TEST_F(TextConfigValueTest, AKeyWithoutAThirdGroupLosesTheTextThatNoGroupHolds) {
+TEST_F(TextConfigValueTest, KeyWithoutAThirdGroupLosesTheTextThatNoGroupHolds) {
     EXPECT_EQ(set("Width=1280;", "(Width=)(\\d+);", "1920"), "Width=1920");
     EXPECT_EQ(set("Width=1280;", "Width=(\\d+)", "1920"), "12801920;");
     EXPECT_EQ(set("Width=1280;", "Width=\\d+", "1920"), "1920;");
 }
 
-TEST_F(TextConfigValueTest, ADollarSignInAValueIsAReferenceUnlessDoubled) {
+TEST_F(TextConfigValueTest, DollarSignInAValueIsAReferenceUnlessDoubled) {
     EXPECT_EQ(set("Name=x;", "(Name=)(\\w+)()", "a$1b"), "Name=aName=b;");
     EXPECT_EQ(set("Name=x;", "(Name=)(\\w+)()", "$&$&"), "Name=Name=xName=x;");
     EXPECT_EQ(set("Name=x;", "(Name=)(\\w+)()", "5$$"), "Name=5$;");
     EXPECT_EQ(set("Name=x;", "(Name=)(\\w+)()", "US$ 5"), "Name=US$ 5;");
 }
 
-TEST_F(TextConfigValueTest, TheValueOfTheFirstMatchIsGiven) {
+TEST_F(TextConfigValueTest, ValueOfTheFirstMatchIsGiven) {
     EXPECT_EQ(get("Width=1280\nWidth=800\n", "(Width=)(\\d+)()"), "1280");
     EXPECT_EQ(get("Width=1280\n", "(Height=)(\\d+)()"), "default");
 }
 
-TEST_F(TextConfigValueTest, AMatchWithoutASecondGroupGivesEmptyTextNotTheDefault) {
+TEST_F(TextConfigValueTest, MatchWithoutASecondGroupGivesEmptyTextNotTheDefault) {
     EXPECT_EQ(get("Width=1280", "(Width)=\\d+"), "");
     EXPECT_EQ(get("Width=1280", "Width"), "");
     EXPECT_EQ(get("Width=1280", "(Width=)(x)?()"), "");
@@ -280,7 +280,7 @@ TEST_F(TextConfigValueTest, GettersSeeTheTextUpToItsFirstNulByteAndSettersSeeAll
     EXPECT_EQ(set(text, "(Width=)(\\d+)()", "9"), std::string("a=1\n\0Width=9\na=2", 16));
 }
 
-TEST_F(TextConfigValueTest, ANumberIsReadUpToTheFirstCharacterThatIsNoDigit) {
+TEST_F(TextConfigValueTest, NumberIsReadUpToTheFirstCharacterThatIsNoDigit) {
     EXPECT_EQ(getInt("42abc"), 42);
     EXPECT_EQ(getInt(" \t42abc"), 42);
     EXPECT_EQ(getInt("-5"), -5);
@@ -292,27 +292,27 @@ TEST_F(TextConfigValueTest, ANumberIsReadUpToTheFirstCharacterThatIsNoDigit) {
     EXPECT_EQ(getInt("-2147483648"), kMinimum);
 }
 
-TEST_F(TextConfigValueTest, AMissingNumberIsTheDefaultWhateverThatIs) {
+TEST_F(TextConfigValueTest, MissingNumberIsTheDefaultWhateverThatIs) {
     EXPECT_EQ(title.getIntValue("(Width=)(.*)()", kMinimum), kMinimum);
     EXPECT_EQ(title.getIntValue("(Width=)(.*)()", kMaximum), kMaximum);
     EXPECT_EQ(title.getIntValue("(Width=)(.*)()", 0), 0);
 }
 
-TEST_F(TextConfigValueTest, AValueWithoutDigitsIsAnInvalidArgument) {
+TEST_F(TextConfigValueTest, ValueWithoutDigitsIsAnInvalidArgument) {
     for (const char* value : {"abc", "", "-", " ", "- 5"}) {
         EXPECT_THAT([&] { getInt(value); }, ThrowsMessage<std::invalid_argument>(StrEq("invalid stoi argument")))
             << value;
     }
 }
 
-TEST_F(TextConfigValueTest, AValueBeyond32BitsIsOutOfRange) {
+TEST_F(TextConfigValueTest, ValueBeyond32BitsIsOutOfRange) {
     for (const char* value : {"2147483648", "-2147483649", "99999999999999999999999", "-99999999999999999999999"}) {
         EXPECT_THAT([&] { getInt(value); }, ThrowsMessage<std::out_of_range>(StrEq("stoi argument out of range")))
             << value;
     }
 }
 
-TEST_F(TextConfigValueTest, AKeyThatIsNoRegularExpressionIsAStandardError) {
+TEST_F(TextConfigValueTest, KeyThatIsNoRegularExpressionIsAStandardError) {
     title.content = "text";
     EXPECT_THROW(title.getValue("(Width", ""), std::regex_error);
     EXPECT_THROW(title.getIntValue("[", 0), std::regex_error);

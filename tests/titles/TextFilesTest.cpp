@@ -104,12 +104,12 @@ TEST_F(TextFilesTest, CarriageReturnsElsewhereStay) {
     EXPECT_EQ(rewrite("a\rWidth=1280\r\r\nb\r"), "a\rWidth=1920\r\r\nb\r");
 }
 
-TEST_F(TextFilesTest, AMissingFinalLineEndStaysMissing) {
+TEST_F(TextFilesTest, MissingFinalLineEndStaysMissing) {
     EXPECT_EQ(load("a\r\nWidth=1280"), "a\nWidth=1280");
     EXPECT_EQ(rewrite("a\r\nWidth=1280"), "a\r\nWidth=1920");
 }
 
-TEST_F(TextFilesTest, AByteOrderMarkIsTextLikeAnyOther) {
+TEST_F(TextFilesTest, ByteOrderMarkIsTextLikeAnyOther) {
     EXPECT_EQ(load("\xEF\xBB\xBFWidth=1280\r\n"), "\xEF\xBB\xBFWidth=1280\n");
     EXPECT_EQ(title.getValue("^(Width=)(\\d+)()", "default"), "default");
     EXPECT_EQ(title.getValue("^(...Width=)(\\d+)()", "default"), "1280");
@@ -124,7 +124,7 @@ TEST_F(TextFilesTest, NulBytesStayAndHideWhatFollowsFromTheGetters) {
     EXPECT_EQ(rewrite(bytes), std::string("a=1\r\n\0Width=1920\r\n\0", 19));
 }
 
-TEST_F(TextFilesTest, TheControlZByteEndsTheTextAndTheRestIsLost) {
+TEST_F(TextFilesTest, ControlZByteEndsTheTextAndTheRestIsLost) {
     EXPECT_EQ(load("Width=1280\r\n\x1A\r\nHeight=720\r\n"), "Width=1280\n");
     EXPECT_EQ(rewrite("Width=1280\r\n\x1A\r\nHeight=720\r\n"), "Width=1920\r\n");
     EXPECT_EQ(rewrite("\x1AWidth=1280\r\n"), "");
@@ -156,20 +156,20 @@ TEST_F(TextFilesTest, ControlBytesAreKept) {
 }
 
 // Every byte of such a text has a NUL beside it, and its line ends are not recognised.
-TEST_F(TextFilesTest, ASixteenBitTextIsNotReadAndIsDamagedByARewrite) {
+TEST_F(TextFilesTest, SixteenBitTextIsNotReadAndIsDamagedByARewrite) {
     const std::string bytes("\xFF\xFEW\0=\0001\0\r\0\n\0", 12);
     EXPECT_EQ(load(bytes), bytes);
     EXPECT_EQ(title.getValue("(W=)(\\d+)()", "default"), "default");
     EXPECT_EQ(rewrite(bytes), std::string("\xFF\xFEW\0=\0001\0\r\0\r\n\0", 13));
 }
 
-TEST_F(TextFilesTest, AnEmptyFileIsLoadedAsEmptyTextAndStaysEmpty) {
+TEST_F(TextFilesTest, EmptyFileIsLoadedAsEmptyTextAndStaysEmpty) {
     EXPECT_EQ(load(""), "");
     EXPECT_EQ(title.getValue("(Width=)(\\d+)()", "default"), "default");
     EXPECT_EQ(rewrite(""), "");
 }
 
-TEST_F(TextFilesTest, AFileOfFiveMegabytesIsRewrittenWhole) {
+TEST_F(TextFilesTest, FileOfFiveMegabytesIsRewrittenWhole) {
     std::string before;
     std::string after;
     for (int line = 0; before.size() < 5'000'000; ++line) {
@@ -186,7 +186,7 @@ TEST_F(TextFilesTest, AFileOfFiveMegabytesIsRewrittenWhole) {
     EXPECT_TRUE(result == after);
 }
 
-TEST_F(TextFilesTest, AShorterTextLeavesNothingOfTheLongerOneBehind) {
+TEST_F(TextFilesTest, ShorterTextLeavesNothingOfTheLongerOneBehind) {
     EXPECT_EQ(rewrite("Width=00000000000000000001280"), "Width=1920");
 }
 
@@ -206,7 +206,7 @@ TEST_F(TextFilesTest, LoadingReplacesTheTextOfBefore) {
     EXPECT_EQ(load("Height=2"), "Height=2");
 }
 
-TEST_F(TextFilesTest, TheFirstLocationThatOpensIsLoaded) {
+TEST_F(TextFilesTest, FirstLocationThatOpensIsLoaded) {
     testing::writeFile(folder / "b.ini", "b");
     testing::writeFile(folder / "c.ini", "c");
     title.configLocations = {in("missing\\a.ini"), in("a.ini"), folder.narrow(), in("b.ini"), in("c.ini")};
@@ -216,7 +216,7 @@ TEST_F(TextFilesTest, TheFirstLocationThatOpensIsLoaded) {
 }
 
 // The folder is found, the file is read.
-TEST_F(TextFilesTest, TheLoadedLocationNeedNotBeTheFoundOne) {
+TEST_F(TextFilesTest, LoadedLocationNeedNotBeTheFoundOne) {
     testing::writeFile(folder / "b.ini", "b");
     title.configLocations = {folder.narrow(), in("b.ini")};
     EXPECT_TRUE(title.findConfig(""));
@@ -234,7 +234,7 @@ TEST_F(TextFilesTest, LoadingFailsWhenNoLocationOpensAndKeepsTheText) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(TextFilesTest, AMissingFileIsCreatedInTheFirstLocationWithAFolderAlsoWhenAnotherOneWasLoaded) {
+TEST_F(TextFilesTest, MissingFileIsCreatedInTheFirstLocationWithAFolder) {
     testing::writeFile(folder / "b.ini", "Width=1280\r\n");
     title.configLocations = {in("missing\\a.ini"), in("a.ini"), in("b.ini")};
     EXPECT_TRUE(title.loadConfig());
@@ -255,7 +255,7 @@ TEST_F(TextFilesTest, SavingFailsWhenNoLocationOpensAndKeepsTheText) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(TextFilesTest, AFileThatOthersMayNotWriteIsLoadedButNotSaved) {
+TEST_F(TextFilesTest, FileThatOthersMayNotWriteIsLoadedButNotSaved) {
     load("Width=1280");
     const Opened reader(folder / "cfg.ini", GENERIC_READ, FILE_SHARE_READ);
     EXPECT_TRUE(title.loadConfig());
@@ -268,7 +268,7 @@ TEST_F(TextFilesTest, AFileThatOthersMayNotWriteIsLoadedButNotSaved) {
     EXPECT_EQ(testing::readFile(folder / "b.ini"), "Width=1920");
 }
 
-TEST_F(TextFilesTest, AFileThatOthersMayNotOpenIsPassedOver) {
+TEST_F(TextFilesTest, FileThatOthersMayNotOpenIsPassedOver) {
     testing::writeFile(folder / "cfg.ini", "first");
     testing::writeFile(folder / "b.ini", "second");
     title.configLocations = {in("cfg.ini"), in("b.ini")};
@@ -283,7 +283,7 @@ TEST_F(TextFilesTest, AFileThatOthersMayNotOpenIsPassedOver) {
     EXPECT_EQ(testing::readFile(folder / "b.ini"), "saved");
 }
 
-TEST_F(TextFilesTest, TheOnlyFileFailsWhileItsOwnerKeepsItForItselfAndWorksAfterwards) {
+TEST_F(TextFilesTest, OnlyFileFailsWhileItsOwnerKeepsItForItselfAndWorksAfterwards) {
     load("Width=1280");
     title.setIntValue("(Width=)(\\d+)()", 1920);
     {
@@ -298,7 +298,7 @@ TEST_F(TextFilesTest, TheOnlyFileFailsWhileItsOwnerKeepsItForItselfAndWorksAfter
     EXPECT_EQ(testing::readFile(folder / "cfg.ini"), "Width=1920");
 }
 
-TEST_F(TextFilesTest, AFullDiskIsNotNoticed) {
+TEST_F(TextFilesTest, FullDiskIsNotNoticed) {
     const std::string full = "Z:\\dev\\full"; // under Wine drive Z: is the build machine's root
     std::ofstream stream(full);
     if (!stream.is_open()) {
@@ -313,13 +313,13 @@ TEST_F(TextFilesTest, AFullDiskIsNotNoticed) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(TextFilesTest, AFileThatItsOwnerSharesIsLoadedAndSaved) {
+TEST_F(TextFilesTest, FileThatItsOwnerSharesIsLoadedAndSaved) {
     testing::writeFile(folder / "cfg.ini", "Width=1280");
     const Opened owner(folder / "cfg.ini", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     EXPECT_EQ(rewrite("Width=1280"), "Width=1920");
 }
 
-TEST_F(TextFilesTest, AFileThatAnotherProcessHoldsOpenIsUsedAsFarAsThatSharesIt) {
+TEST_F(TextFilesTest, FileThatAnotherProcessHoldsOpenIsUsedAsFarAsThatSharesIt) {
     load("Width=1280");
     for (const DWORD share : std::initializer_list<DWORD>{FILE_SHARE_READ | FILE_SHARE_WRITE, FILE_SHARE_READ, 0}) {
         const OpenedElsewhere holder(folder / "cfg.ini", share);
@@ -329,7 +329,7 @@ TEST_F(TextFilesTest, AFileThatAnotherProcessHoldsOpenIsUsedAsFarAsThatSharesIt)
     EXPECT_EQ(testing::readFile(folder / "cfg.ini"), "Width=1280");
 }
 
-TEST_F(TextFilesTest, AFileOutsideTheAsciiNamesIsLoadedAndSaved) {
+TEST_F(TextFilesTest, FileOutsideTheAsciiNamesIsLoadedAndSaved) {
     testing::writeFile(folder / L"\u5B9A \u00FC" / L"\u00E9.ini", "Width=1280");
     title.configLocations = {in("\u5B9A \u00FC\\\u00E9.ini")};
     EXPECT_TRUE(title.findConfig(""));

@@ -23,7 +23,7 @@ protected:
     }
 };
 
-TEST_F(TitleCheckTest, AConfigurationThatCannotBeLoadedIsLogged) {
+TEST_F(TitleCheckTest, ConfigurationThatCannotBeLoadedIsLogged) {
     loadTitle(textTitle(R"json([{"key": "(w=)(\\d+)()", "value": 5}])json"));
     EXPECT_FALSE(check());
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : unable to load configuration.", "next"));
@@ -33,7 +33,7 @@ TEST_F(TitleCheckTest, AConfigurationThatCannotBeLoadedIsLogged) {
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : unable to load configuration.", "next"));
 }
 
-TEST_F(TitleCheckTest, ARegistryTitleThatWasNotFoundCannotBeLoaded) {
+TEST_F(TitleCheckTest, RegistryTitleThatWasNotFoundCannotBeLoaded) {
     nlohmann::json title = textTitle(R"json([{"key": "Width", "value": 5}])json");
     title["config_type"] = "reg";
     title["config_locations"] = nlohmann::json::array({"HKEY_CURRENT_USER/Software/Studio/Game"});
@@ -47,13 +47,13 @@ TEST_F(TitleCheckTest, ARegistryTitleThatWasNotFoundCannotBeLoaded) {
                             "Brisk : RegOpenKeyEx failed. Error 2.", "Brisk : unable to load configuration.", "next"));
 }
 
-TEST_F(TitleCheckTest, ATitleWithoutFieldsIsOptimal) {
+TEST_F(TitleCheckTest, TitleWithoutFieldsIsOptimal) {
     loadTextTitle("w=1", "[]", R"json([{"key": "(x=)(\\d+)()", "presence": [1]}])json");
     EXPECT_FALSE(check());
     EXPECT_THAT(takeLog(), ElementsAre("next"));
 }
 
-TEST_F(TitleCheckTest, ATitleWhoseFieldsAllHoldTheirValuesIsOptimalWhateverItsConditionsSay) {
+TEST_F(TitleCheckTest, OptimalTitleIsOptimalWhateverItsConditionsSay) {
     loadTextTitle("w=5\nm=fast\n",
                   R"json([{"key": "(w=)(\\d+)()", "value": 5}, {"key": "(m=)(\\w+)()", "value": "fast"}])json",
                   R"json([{"key": "(x=)(\\d+)()", "presence": [1]
@@ -62,13 +62,13 @@ TEST_F(TitleCheckTest, ATitleWhoseFieldsAllHoldTheirValuesIsOptimalWhateverItsCo
     EXPECT_THAT(takeLog(), ElementsAre("next"));
 }
 
-TEST_F(TitleCheckTest, ADifferentTextIsLoggedWithoutItsKey) {
+TEST_F(TitleCheckTest, DifferentTextIsLoggedWithoutItsKey) {
     loadTextTitle("m=slow\n", R"json([{"key": "(m=)(\\w+)()", "value": "fast"}])json");
     EXPECT_TRUE(check());
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : game setting 'slow' is not optimal 'fast'.", "next"));
 }
 
-TEST_F(TitleCheckTest, AMissingTextIsDifferent) {
+TEST_F(TitleCheckTest, MissingTextIsDifferent) {
     loadTextTitle("", R"json([{"key": "(m=)(\\w+)()", "value": "fast"}])json");
     EXPECT_TRUE(check());
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : game setting '' is not optimal 'fast'.", "next"));
@@ -84,7 +84,7 @@ TEST_F(TitleCheckTest, TextsAreComparedByteForByte) {
                                        "Brisk : game setting '05' is not optimal '5'.", "next"));
 }
 
-TEST_F(TitleCheckTest, ADifferentNumberIsLoggedInDecimalWhateverTheBaseOfTheLineBefore) {
+TEST_F(TitleCheckTest, DifferentNumberIsDecimalWhateverTheBaseOfTheLineBefore) {
     loadTextTitle("w=1280\n", R"json([{"key": "(w=)(-?\\d+)()", "value": -16}])json");
     logLine(std::hex, std::showbase, 255);
     EXPECT_TRUE(check());
@@ -96,7 +96,7 @@ TEST_F(TitleCheckTest, NumbersAreComparedAsNumbers) {
     EXPECT_FALSE(check());
 }
 
-TEST_F(TitleCheckTest, AMissingNumberReadsAsZero) {
+TEST_F(TitleCheckTest, MissingNumberReadsAsZero) {
     loadTextTitle("", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json");
     EXPECT_TRUE(check());
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : game setting '0' is not optimal '5'.", "next"));
@@ -112,7 +112,7 @@ TEST_F(TitleCheckTest, FieldsAreCheckedInTheOrderOfTheirKeysUpToTheFirstDifferen
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : game setting '2' is not optimal '7'.", "next"));
 }
 
-TEST_F(TitleCheckTest, AResolutionNameStandsForTheNumberLastSet) {
+TEST_F(TitleCheckTest, ResolutionNameStandsForTheNumberLastSet) {
     loadTextTitle("a=1\nb=2\nc=3\nd=4\n",
                   R"json([{"key": "(a=)(\\d+)()", "meta": "native_width", "value": 0},
                       {"key": "(b=)(\\d+)()", "meta": "native_height", "value": 0},
@@ -136,7 +136,7 @@ TEST_F(TitleCheckTest, AResolutionNameStandsForTheNumberLastSet) {
                                        "Brisk : game setting '1920' is not optimal '3840'.", "next"));
 }
 
-TEST_F(TitleCheckTest, AResolutionNameThatIsNotSetYetOrUnknownStandsForTheFieldsOwnNumber) {
+TEST_F(TitleCheckTest, UnknownResolutionNameStandsForTheFieldsOwnNumber) {
     loadTextTitle("w=7\n", R"json([{"key": "(w=)(\\d+)()", "meta": "width", "value": 7}])json");
     manager.setNativeResolution(1920, 1080);
     EXPECT_FALSE(check());
@@ -146,13 +146,13 @@ TEST_F(TitleCheckTest, AResolutionNameThatIsNotSetYetOrUnknownStandsForTheFields
     EXPECT_FALSE(check());
 }
 
-TEST_F(TitleCheckTest, AResolutionNameBesideATextValueIsIgnored) {
+TEST_F(TitleCheckTest, ResolutionNameBesideATextValueIsIgnored) {
     loadTextTitle("w=7\n", R"json([{"key": "(w=)(\\d+)()", "meta": "width", "value": "7"}])json");
     manager.setResolution(1600, 900);
     EXPECT_FALSE(check());
 }
 
-TEST_F(TitleCheckTest, AnEmptyTextValueIsANumber) {
+TEST_F(TitleCheckTest, EmptyTextValueIsANumber) {
     loadTextTitle("w=1600\n", R"json([{"key": "(w=)(\\d+)()", "meta": "width", "value": ""}])json");
     manager.setResolution(1600, 900);
     EXPECT_FALSE(check());
@@ -167,7 +167,7 @@ TEST_F(TitleCheckTest, ResolutionsAreWrittenAsSigned32BitNumbers) {
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : game setting '1' is not optimal '-1'.", "next"));
 }
 
-TEST_F(TitleCheckTest, ADifferenceWithConditionsThatAreMetIsToBeOptimized) {
+TEST_F(TitleCheckTest, DifferenceWithConditionsThatAreMetIsToBeOptimized) {
     loadTextTitle("w=1\nr=Vulkan\n", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json",
                   R"json([{"key": "(r=)(\\w+)()", "presence": ["Vulkan"]
 },
@@ -176,7 +176,7 @@ TEST_F(TitleCheckTest, ADifferenceWithConditionsThatAreMetIsToBeOptimized) {
     EXPECT_THAT(takeLog(), ElementsAre("Brisk : game setting '1' is not optimal '5'.", "next"));
 }
 
-TEST_F(TitleCheckTest, AForbiddenValueIsWrittenAtTheFrontOfTheNextLine) {
+TEST_F(TitleCheckTest, ForbiddenValueIsWrittenAtTheFrontOfTheNextLine) {
     loadTextTitle("w=1\nr=D3D11\n", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json",
                   R"json([{"key": "(r=)(\\w+)()", "presence": ["Vulkan"]
 }])json");
@@ -190,7 +190,7 @@ TEST_F(TitleCheckTest, AForbiddenValueIsWrittenAtTheFrontOfTheNextLine) {
                             "requirements.next"));
 }
 
-TEST_F(TitleCheckTest, AMissingConditionMakesTheCheckFalse) {
+TEST_F(TitleCheckTest, MissingConditionMakesTheCheckFalse) {
     loadTextTitle("w=1\n", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json",
                   R"json([{"key": "(r=)(\\w+)()", "presence": ["Vulkan"]
 }, {"key": "(v=)(\\d+)()", "presence": [1]}])json");
@@ -224,13 +224,13 @@ TEST_F(TitleCheckTest, RegistryValuesAreChecked) {
                                        "next"));
 }
 
-TEST_F(TitleCheckTest, TheConfigurationIsNotChanged) {
+TEST_F(TitleCheckTest, ConfigurationIsNotChanged) {
     loadTextTitle("w=1\nb=2", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json");
     EXPECT_TRUE(check());
     EXPECT_EQ(testing::readFile(file()), "w=1\nb=2");
 }
 
-TEST_F(TitleCheckTest, TheConfigurationIsLoadedAfreshEachTime) {
+TEST_F(TitleCheckTest, ConfigurationIsLoadedAfreshEachTime) {
     loadTextTitle("w=1\n", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json");
     EXPECT_TRUE(check());
     testing::writeFile(file(), "w=5\n");

@@ -58,13 +58,13 @@ protected:
     testing::CapturedLog log;
 };
 
-TEST_F(TitleDatabaseTest, TheTypeIsATextFileOrTheRegistry) {
+TEST_F(TitleDatabaseTest, TypeIsATextFileOrTheRegistry) {
     EXPECT_EQ(readConfigType(json::parse(R"({"config_type": "txt"})")), ConfigType::TextFile);
     EXPECT_EQ(readConfigType(json::parse(R"({"config_type": "reg"})")), ConfigType::Registry);
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(TitleDatabaseTest, AnElementWithoutATextAsTypeIsSkippedSilently) {
+TEST_F(TitleDatabaseTest, ElementWithoutATextAsTypeIsSkippedSilently) {
     for (const char* element :
          {"{}", R"({"config_type": 1})", R"({"config_type": null})", R"({"config_type": ["txt"]})",
           R"({"Config_Type": "txt"})", "1", "null", R"("txt")", R"(["config_type", "txt"])"}) {
@@ -73,7 +73,7 @@ TEST_F(TitleDatabaseTest, AnElementWithoutATextAsTypeIsSkippedSilently) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(TitleDatabaseTest, AnUnknownTypeIsLoggedAsJsonAndSkipped) {
+TEST_F(TitleDatabaseTest, UnknownTypeIsLoggedAsJsonAndSkipped) {
     for (const char* element : {R"({"config_type": "text"})", R"({"config_type": "TXT"})", R"({"config_type": ""})",
                                 R"({"config_type": "a\"b\n\u00fc"})"}) {
         EXPECT_EQ(readConfigType(json::parse(element)), std::nullopt) << element;
@@ -84,7 +84,7 @@ TEST_F(TitleDatabaseTest, AnUnknownTypeIsLoggedAsJsonAndSkipped) {
                             "Brisk : unknown adaper type '\"a\\\"b\\n\u00FC\"'."));
 }
 
-TEST_F(TitleDatabaseTest, AnIdIsAnyNumberTakenAsAnUnsigned32BitOne) {
+TEST_F(TitleDatabaseTest, IdIsAnyNumberTakenAsAnUnsigned32BitOne) {
     const auto id = [](const std::string& number) { return readTitleId(json::parse("{\"id\": " + number + "}")); };
     EXPECT_THAT(id("1001"), Optional(1001u));
     EXPECT_THAT(id("0"), Optional(0u));
@@ -102,7 +102,7 @@ TEST_F(TitleDatabaseTest, AnIdIsAnyNumberTakenAsAnUnsigned32BitOne) {
     EXPECT_THAT(id("18446744073709551616"), Optional(0u));
 }
 
-TEST_F(TitleDatabaseTest, AnIdThatIsNoNumberIsNone) {
+TEST_F(TitleDatabaseTest, IdThatIsNoNumberIsNone) {
     for (const char* element :
          {"{}", R"({"id": "1001"})", R"({"id": true})", R"({"id": null})", R"({"id": [1]})", R"({"ID": 1})"}) {
         EXPECT_EQ(readTitleId(json::parse(element)), std::nullopt) << element;
@@ -148,14 +148,14 @@ TEST_F(TitleDatabaseTest, FieldsAndConditionsThatAreNoObjectsAreEmptyOnes) {
               "0|0|||\ncondition :\ncondition :\nfield =||||||0\n");
 }
 
-TEST_F(TitleDatabaseTest, TheLumaVersionIsAnyNumberTakenAsAnUnsigned32BitOne) {
+TEST_F(TitleDatabaseTest, LumaVersionIsAnyNumberTakenAsAnUnsigned32BitOne) {
     EXPECT_EQ(read(R"({"luma_version": -1})"), "0|4294967295|||\n");
     EXPECT_EQ(read(R"({"luma_version": 4294967296})"), "0|0|||\n");
     EXPECT_EQ(read(R"({"luma_version": 2.7})"), "0|2|||\n");
     EXPECT_EQ(read(R"({"luma_version": 1e30})"), "0|0|||\n");
 }
 
-TEST_F(TitleDatabaseTest, ANumericValueIsANumberAndATextValueIsTextEvenOfDigits) {
+TEST_F(TitleDatabaseTest, NumericValueIsANumberAndATextValueIsTextEvenOfDigits) {
     TextConfigAdapter title;
     readTitle(json::parse(R"({"config_fields": [{"key": "a", "value": 1920}, {"key": "b", "value": "1920"}]})"), {},
               title);
@@ -187,7 +187,7 @@ TEST_F(TitleDatabaseTest, PresenceIsSplitIntoTextsAndNumbersAndTheRestIsDropped)
               "0|0|||\ncondition k: '' -1 1 2\n");
 }
 
-TEST_F(TitleDatabaseTest, ALaterFieldOfTheSameKeyOverwritesAllOfTheEarlier) {
+TEST_F(TitleDatabaseTest, LaterFieldOfTheSameKeyOverwritesAllOfTheEarlier) {
     EXPECT_EQ(read(R"({"config_fields": [
                 {"key": "k", "meta": "width", "text": "t", "value": "v", "create_key": "ck", "create_value": "cv"},
                 {"key": "k", "value": 3}]})"),
@@ -199,13 +199,13 @@ TEST_F(TitleDatabaseTest, ConditionsOfTheSameKeyAreAllKept) {
               "0|0|||\ncondition k: 2\ncondition k: 1\n");
 }
 
-TEST_F(TitleDatabaseTest, PlaceholdersOfUserFoldersAreExpandedOnceAndTheGameFolderIsKept) {
+TEST_F(TitleDatabaseTest, UserFoldersAreExpandedOnceAndTheGameFolderIsKept) {
     EXPECT_EQ(read(R"({"config_locations": ["%APPDATA%\\%APPDATA%\\a.ini", "%APPDIR%\\%APPDATA%", "%APPDIR%\\*"]})",
                    {{"%APPDATA%", "C:\\R"}}),
               "0|0|||\nlocation C:\\R\\%APPDATA%\\a.ini\nlocation %APPDIR%\\C:\\R\nlocation %APPDIR%\\*\n");
 }
 
-TEST_F(TitleDatabaseTest, ALocationThatIsNoTextIsATypeError) {
+TEST_F(TitleDatabaseTest, LocationThatIsNoTextIsATypeError) {
     for (const std::string location : {"1", "1.5", "null", "true", "[]", "{}"}) {
         EXPECT_THAT([&] { read(("{\"config_locations\": [\"a\", " + location + "]}").c_str()); },
                     ThrowsMessage<json::type_error>(StrEq(testing::noTextErrorOf(location))))

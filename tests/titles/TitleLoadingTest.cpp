@@ -38,7 +38,7 @@ protected:
     TitleManager manager;
 };
 
-TEST_F(TitleLoadingTest, AMissingDatabaseCannotBeOpened) {
+TEST_F(TitleLoadingTest, MissingDatabaseCannotBeOpened) {
     EXPECT_FALSE(manager.loadTitlesDatabase(folder.narrow()));
     EXPECT_FALSE(manager.loadTitlesDatabase(folder.narrow() + "\\missing"));
     EXPECT_FALSE(manager.loadTitlesDatabase(""));
@@ -47,13 +47,13 @@ TEST_F(TitleLoadingTest, AMissingDatabaseCannotBeOpened) {
                             "Brisk : unable to open title database."));
 }
 
-TEST_F(TitleLoadingTest, AFolderOfTheDatabasesNameCannotBeOpened) {
+TEST_F(TitleLoadingTest, FolderOfTheDatabasesNameCannotBeOpened) {
     std::filesystem::create_directory(folder / "titles_db.json");
     EXPECT_FALSE(manager.loadTitlesDatabase(folder.narrow()));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : unable to open title database."));
 }
 
-TEST_F(TitleLoadingTest, ADatabaseThatIsHeldOpenUnsharedCannotBeOpened) {
+TEST_F(TitleLoadingTest, DatabaseThatIsHeldOpenUnsharedCannotBeOpened) {
     testing::writeFile(folder / "titles_db.json", R"([{"config_type": "txt", "binary_name": "a.exe"}])");
     const HANDLE owner =
         CreateFileW((folder / "titles_db.json").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
@@ -81,7 +81,7 @@ TEST_F(TitleLoadingTest, AnythingButAnArrayIsRejected) {
     EXPECT_THAT(manager.getBinaryNames(), IsEmpty());
 }
 
-TEST_F(TitleLoadingTest, AnEmptyArrayLoadsNothing) {
+TEST_F(TitleLoadingTest, EmptyArrayLoadsNothing) {
     EXPECT_FALSE(load("[]"));
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_THAT(manager.getBinaryNames(), IsEmpty());
@@ -115,7 +115,7 @@ TEST_F(TitleLoadingTest, TitlesAreFiledByBinaryNameAndTheirIdsAreKnown) {
     EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(TitleLoadingTest, ALaterTitleOfTheSameBinaryNameReplacesTheEarlierAndBothIdsAreKnown) {
+TEST_F(TitleLoadingTest, LaterTitleOfTheSameBinaryNameReplacesTheEarlier) {
     EXPECT_TRUE(load(R"([
       {"id": 1, "config_type": "txt", "binary_name": "a.exe", "title_name": "First", "luma_version": 1},
       {"id": 2, "config_type": "txt", "binary_name": "a.exe", "title_name": "Second"}])"));
@@ -126,7 +126,7 @@ TEST_F(TitleLoadingTest, ALaterTitleOfTheSameBinaryNameReplacesTheEarlierAndBoth
     EXPECT_TRUE(manager.isTitleIdKnown(2));
 }
 
-TEST_F(TitleLoadingTest, ALocationThatIsNoTextEndsLoadingAndTitlesFiledBeforeStay) {
+TEST_F(TitleLoadingTest, LocationThatIsNoTextEndsLoadingAndTitlesFiledBeforeStay) {
     expectError<json::type_error>(
         R"([{"id": 1, "config_type": "txt", "binary_name": "a.exe"},
             {"id": 2, "config_type": "txt", "binary_name": "b.exe", "config_locations": [7]},
@@ -138,17 +138,17 @@ TEST_F(TitleLoadingTest, ALocationThatIsNoTextEndsLoadingAndTitlesFiledBeforeSta
     EXPECT_FALSE(manager.isTitleIdKnown(3));
 }
 
-TEST_F(TitleLoadingTest, AByteOrderMarkAndWindowsLineEndsAreAccepted) {
+TEST_F(TitleLoadingTest, ByteOrderMarkAndWindowsLineEndsAreAccepted) {
     EXPECT_TRUE(load("\xEF\xBB\xBF[\r\n{\"config_type\": \"txt\",\r\n\"binary_name\": \"a.exe\"}\r\n]\r\n"));
     EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe"));
 }
 
-TEST_F(TitleLoadingTest, TheLastOfAMemberGivenTwiceCounts) {
+TEST_F(TitleLoadingTest, LastOfAMemberGivenTwiceCounts) {
     EXPECT_TRUE(load(R"([{"config_type": "text", "config_type": "txt", "binary_name": "a", "binary_name": "b"}])"));
     EXPECT_THAT(manager.getBinaryNames(), ElementsAre("b"));
 }
 
-TEST_F(TitleLoadingTest, AFolderOutsideTheAsciiNamesIsRead) {
+TEST_F(TitleLoadingTest, FolderOutsideTheAsciiNamesIsRead) {
     testing::writeFile(folder / L"\u00DCber \u5B9A" / "titles_db.json",
                        "[{\"config_type\": \"txt\", \"binary_name\": \"\u5B9A.exe\"}]");
     EXPECT_TRUE(manager.loadTitlesDatabase(folder.narrow() + "\\\u00DCber \u5B9A"));
@@ -201,7 +201,7 @@ protected:
     testing::CapturedLog log;
 };
 
-TEST_F(UserFoldersTest, ThePlaceholdersStandForTheUsersOwnFolders) {
+TEST_F(UserFoldersTest, PlaceholdersStandForTheUsersOwnFolders) {
     const auto shellFolder = [](int csidl) {
         wchar_t path[MAX_PATH] = L"";
         EXPECT_EQ(SHGetFolderPathW(nullptr, csidl, nullptr, 0, path), S_OK);
@@ -229,7 +229,7 @@ TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
     EXPECT_EQ(calls, all);
 }
 
-TEST_F(UserFoldersTest, AFolderThatCannotBeToldIsEmpty) {
+TEST_F(UserFoldersTest, FolderThatCannotBeToldIsEmpty) {
     SHGetFolderPathWFault.fail(E_FAIL);
     EXPECT_EQ(locations(), expected(""));
     // Also when the one before it could be told.
@@ -243,7 +243,7 @@ TEST_F(UserFoldersTest, AFolderThatCannotBeToldIsEmpty) {
     EXPECT_EQ(locations(), expected([](int csidl) { return csidl == CSIDL_LOCAL_APPDATA ? "" : "D:\\Told"; }));
 }
 
-TEST_F(UserFoldersTest, AFolderMayFillItsBuffer) {
+TEST_F(UserFoldersTest, FolderMayFillItsBuffer) {
     // Far more bytes than characters.
     std::string longest;
     for (int i = 0; i < MAX_PATH - 1; ++i) {

@@ -26,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(TitleManagerConcurrencyTest, ACheckWaitsForARewriteToEnd) {
+TEST_F(TitleManagerConcurrencyTest, CheckWaitsForARewriteToEnd) {
     loadRegistryTitle(R"json([{"key": "A", "value": 1}, {"key": "B", "value": 2}])json");
     std::future<bool> check;
     bool isCheckedMeanwhile = false;
@@ -45,7 +45,7 @@ TEST_F(TitleManagerConcurrencyTest, ACheckWaitsForARewriteToEnd) {
     EXPECT_THAT(log.take(), ElementsAre("Brisk : 'The Game' optimized."));
 }
 
-TEST_F(TitleManagerConcurrencyTest, ARewriteWaitsForACheckToEnd) {
+TEST_F(TitleManagerConcurrencyTest, RewriteWaitsForACheckToEnd) {
     loadRegistryTitle(R"json([{"key": "A", "value": 1}])json", R"json([{"key": "B", "presence": [2]}])json");
     writeNumber("A", 0);
     writeNumber("B", 2);
@@ -69,7 +69,7 @@ TEST_F(TitleManagerConcurrencyTest, ARewriteWaitsForACheckToEnd) {
                 ElementsAre("Brisk : game setting '0' is not optimal '1'.", "Brisk : 'The Game' optimized."));
 }
 
-TEST_F(TitleManagerConcurrencyTest, AFileThatIsRewrittenAndCheckedAtOnceNeverLosesItsText) {
+TEST_F(TitleManagerConcurrencyTest, FileThatIsRewrittenAndCheckedAtOnceNeverLosesItsText) {
     std::string content = "w=1\r\n";
     std::string expected = "w=5\r\n";
     for (int line = 0; line < 2000; ++line) {

@@ -11,19 +11,19 @@ using ::testing::IsEmpty;
 using TitleMatchingTest = testing::TitleManagerFixture;
 using TitleFactsTest = testing::TitleManagerFixture;
 
-TEST_F(TitleMatchingTest, AnUnknownExecutableIsNotSupportedButLogged) {
+TEST_F(TitleMatchingTest, UnknownExecutableIsNotSupportedButLogged) {
     EXPECT_FALSE(manager.isTitleSupported("Studio", "game.exe", "C:\\X"));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : publisher: 'Studio', binary name: 'game.exe'."));
 }
 
-TEST_F(TitleMatchingTest, AKnownExecutableOfTheRightPublisherWithItsConfigurationIsSupported) {
+TEST_F(TitleMatchingTest, KnownExecutableWithPublisherAndConfigurationIsSupported) {
     loadTextTitle("", "[]");
     EXPECT_TRUE(manager.isTitleSupported("Studio", "game.exe", ""));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : publisher: 'Studio', binary name: 'game.exe'.",
                                         "Brisk : checking path '" + filePath() + "'.", "Brisk : config found."));
 }
 
-TEST_F(TitleMatchingTest, AKnownExecutableWithoutItsConfigurationIsNotSupported) {
+TEST_F(TitleMatchingTest, KnownExecutableWithoutItsConfigurationIsNotSupported) {
     loadTitle(textTitle("[]"));
     EXPECT_FALSE(manager.isTitleSupported("Studio", "game.exe", ""));
     EXPECT_THAT(log.take(), ElementsAre("Brisk : publisher: 'Studio', binary name: 'game.exe'.",
@@ -38,7 +38,7 @@ TEST_F(TitleMatchingTest, BinaryNamesAreComparedWholeAndByCase) {
     }
 }
 
-TEST_F(TitleMatchingTest, ATitleWithoutABinaryNameIsFoundUnderTheEmptyOne) {
+TEST_F(TitleMatchingTest, TitleWithoutABinaryNameIsFoundUnderTheEmptyOne) {
     testing::writeFile(file(), "");
     json title = textTitle("[]");
     title.erase("binary_name");
@@ -48,7 +48,7 @@ TEST_F(TitleMatchingTest, ATitleWithoutABinaryNameIsFoundUnderTheEmptyOne) {
                                         "Brisk : checking path '" + filePath() + "'.", "Brisk : config found."));
 }
 
-TEST_F(TitleMatchingTest, PublishersAreComparedWholeAndByCaseBeforeTheConfigurationIsLookedFor) {
+TEST_F(TitleMatchingTest, PublishersAreComparedWholeAndByCase) {
     loadTextTitle("", "[]");
     for (const char* publisher : {"studio", "Studio ", "Stud", "Studio Ltd."}) {
         EXPECT_FALSE(manager.isTitleSupported(publisher, "game.exe", "")) << publisher;
@@ -57,7 +57,7 @@ TEST_F(TitleMatchingTest, PublishersAreComparedWholeAndByCaseBeforeTheConfigurat
     }
 }
 
-TEST_F(TitleMatchingTest, AnEmptyPublisherMatchesAnyTitle) {
+TEST_F(TitleMatchingTest, EmptyPublisherMatchesAnyTitle) {
     loadTextTitle("", "[]");
     EXPECT_TRUE(manager.isTitleSupported("", "game.exe", ""));
     json title = textTitle("[]");
@@ -66,7 +66,7 @@ TEST_F(TitleMatchingTest, AnEmptyPublisherMatchesAnyTitle) {
     EXPECT_TRUE(manager.isTitleSupported("", "game.exe", ""));
 }
 
-TEST_F(TitleMatchingTest, ATitleWithoutAPublisherIsNotSupportedForAnExecutableThatHasOne) {
+TEST_F(TitleMatchingTest, TitleWithoutAPublisherMatchesNoExecutableThatHasOne) {
     json title = textTitle("[]");
     title["publisher"] = "";
     testing::writeFile(file(), "");
@@ -75,7 +75,7 @@ TEST_F(TitleMatchingTest, ATitleWithoutAPublisherIsNotSupportedForAnExecutableTh
     EXPECT_TRUE(manager.isTitleSupported("", "game.exe", ""));
 }
 
-TEST_F(TitleMatchingTest, TheGamesFolderIsWhereItsConfigurationIsLookedFor) {
+TEST_F(TitleMatchingTest, GamesFolderIsWhereItsConfigurationIsLookedFor) {
     testing::writeFile(file(), "");
     json title = textTitle("[]");
     title["config_locations"] = json::array({"%APPDIR%\\game.cfg"});
@@ -85,7 +85,7 @@ TEST_F(TitleMatchingTest, TheGamesFolderIsWhereItsConfigurationIsLookedFor) {
     EXPECT_TRUE(manager.isTitleSupported("", "game.exe", ""));
 }
 
-TEST_F(TitleMatchingTest, ARegistryTitleIsSupportedWhenItsKeyExists) {
+TEST_F(TitleMatchingTest, RegistryTitleIsSupportedWhenItsKeyExists) {
     json title = textTitle("[]");
     title["config_type"] = "reg";
     title["config_locations"] = json::array({"HKEY_CURRENT_USER/Software/Studio/Game"});
@@ -100,7 +100,7 @@ TEST_F(TitleMatchingTest, ARegistryTitleIsSupportedWhenItsKeyExists) {
                                         "Brisk : checking registry path 'Software\\Studio\\Game'."));
 }
 
-TEST_F(TitleMatchingTest, AFileSystemErrorLeavesTheManagerUsable) {
+TEST_F(TitleMatchingTest, FileSystemErrorLeavesTheManagerUsable) {
     loadTextTitle("", "[]");
     GetFileAttributesWFault.fail(INVALID_FILE_ATTRIBUTES, ERROR_ACCESS_DENIED);
     EXPECT_THROW(manager.isTitleSupported("", "game.exe", ""), std::filesystem::filesystem_error);
@@ -149,7 +149,7 @@ TEST_F(TitleFactsTest, LumaIsSupportedByATitleWithAVersionOfIt) {
     EXPECT_FALSE(manager.isLumaSupported("c.exe"));
 }
 
-TEST_F(TitleFactsTest, TheSettingTextIsTheFirstOneInTheOrderOfKeysOfALumaTitle) {
+TEST_F(TitleFactsTest, SettingTextIsTheFirstOneInTheOrderOfKeysOfALumaTitle) {
     load(R"([{"config_type": "txt", "binary_name": "a.exe", "luma_version": 1, "config_fields": [
                 {"key": "c", "text": "third"}, {"key": "b", "text": "second"}, {"key": "a"}]},
              {"config_type": "txt", "binary_name": "b.exe", "config_fields": [{"key": "a", "text": "words"}]},

@@ -41,14 +41,14 @@ protected:
     std::vector<std::string> calls;
 };
 
-TEST_F(TitlePatchingTest, AConfigurationThatCannotBeLoadedFailsSilently) {
+TEST_F(TitlePatchingTest, ConfigurationThatCannotBeLoadedFailsSilently) {
     loadTitle(textTitle(R"json([{"key": "(w=)(\\d+)()", "value": 5}])json"));
     EXPECT_FALSE(optimize());
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_FALSE(std::filesystem::exists(file()));
 }
 
-TEST_F(TitlePatchingTest, ATitleWithoutFieldsIsNotSaved) {
+TEST_F(TitlePatchingTest, TitleWithoutFieldsIsNotSaved) {
     loadTextTitle("a\nb\n", "[]");
     EXPECT_FALSE(optimize());
     EXPECT_EQ(testing::readFile(file()), "a\nb\n");
@@ -67,7 +67,7 @@ TEST_F(TitlePatchingTest, EveryFieldIsWrittenAndTheTitleIsLogged) {
     EXPECT_FALSE(manager.isTitleNeedToBeOptimized("game.exe"));
 }
 
-TEST_F(TitlePatchingTest, AResolutionNameThatIsNotSetYetOrUnknownStandsForTheFieldsOwnNumber) {
+TEST_F(TitlePatchingTest, UnknownResolutionNameStandsForTheFieldsOwnNumber) {
     loadTextTitle("a=1\r\nb=1\r\n", R"json([{"key": "(a=)(\\d+)()", "meta": "width", "value": 7},
                                          {"key": "(b=)(\\d+)()", "meta": "Width", "value": 8}])json");
     manager.setNativeResolution(1920, 1080);
@@ -76,7 +76,7 @@ TEST_F(TitlePatchingTest, AResolutionNameThatIsNotSetYetOrUnknownStandsForTheFie
     EXPECT_EQ(patched(), "a=1600\r\nb=8\r\n");
 }
 
-TEST_F(TitlePatchingTest, AResolutionNameBesideATextValueIsIgnored) {
+TEST_F(TitlePatchingTest, ResolutionNameBesideATextValueIsIgnored) {
     loadTextTitle("w=1\r\n", R"json([{"key": "(w=)(\\d+)()", "meta": "width", "value": "7"}])json");
     manager.setResolution(1600, 900);
     EXPECT_EQ(patched(), "w=7\r\n");
@@ -89,13 +89,13 @@ TEST_F(TitlePatchingTest, ConditionsAreNotLookedAt) {
     EXPECT_EQ(patched(), "w=5\r\n");
 }
 
-TEST_F(TitlePatchingTest, ATextTitleInWhichNothingMatchesIsSavedAllTheSame) {
+TEST_F(TitlePatchingTest, TextTitleInWhichNothingMatchesIsSavedAllTheSame) {
     loadTextTitle("a\nb\n", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json");
     EXPECT_EQ(patched(), "a\r\nb\r\n");
     EXPECT_THAT(log.take(), ElementsAre("Brisk : 'The Game' optimized."));
 }
 
-TEST_F(TitlePatchingTest, FieldsAreWrittenInTheOrderOfTheirKeysAlsoThoseThatHoldTheirValue) {
+TEST_F(TitlePatchingTest, FieldsAreWrittenInTheOrderOfTheirKeys) {
     loadRegistryTitle(R"json([{"key": "Width", "meta": "native_width"}, {"key": "Mode", "value": "fast"},
                           {"key": "Already", "value": 3}, {"key": "height", "meta": "native_height"}])json");
     writeNumber("Already", 3);
@@ -111,7 +111,7 @@ TEST_F(TitlePatchingTest, FieldsAreWrittenInTheOrderOfTheirKeysAlsoThoseThatHold
     EXPECT_THAT(log.take(), ElementsAre("Brisk : 'The Game' optimized."));
 }
 
-TEST_F(TitlePatchingTest, ATitleOfWhichEveryWriteFailsIsNotPatchedAndTheNextTryWritesAgain) {
+TEST_F(TitlePatchingTest, TitleOfWhichEveryWriteFailsIsNotPatched) {
     loadRegistryTitle(R"json([{"key": "Width", "value": 5}, {"key": "Mode", "value": "fast"},
                           {"key": "Missing", "value": "x", "create_key": "New", "create_value": "*"}])json");
     RegSetValueExAFault.fail(ERROR_ACCESS_DENIED);
@@ -137,7 +137,7 @@ TEST_F(TitlePatchingTest, OneSuccessfulWriteIsEnough) {
                                         "Brisk : setValue failed for 'C'. Error 5.", "Brisk : 'The Game' optimized."));
 }
 
-TEST_F(TitlePatchingTest, AConfigurationThatCannotBeSavedFailsSilentlyAndIsLoadedAfreshTheNextTime) {
+TEST_F(TitlePatchingTest, ConfigurationThatCannotBeSavedFailsSilently) {
     loadTextTitle("w=1\r\n", R"json([{"key": "(w=)(\\d+)()", "value": 5}])json");
     const HANDLE reader =
         CreateFileW(file().c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
@@ -149,7 +149,7 @@ TEST_F(TitlePatchingTest, AConfigurationThatCannotBeSavedFailsSilentlyAndIsLoade
     EXPECT_EQ(patched(), "w=5\r\nx\r\n");
 }
 
-TEST_F(TitlePatchingTest, AMissingTextIsCreatedFromItsTemplate) {
+TEST_F(TitlePatchingTest, MissingTextIsCreatedFromItsTemplate) {
     loadTextTitle("[video]\r\nx=1\r\n", R"json([{"key": "(mode=)(\\w+)()", "value": "fast",
                                              "create_key": "(\\[video\\]\\n)()()", "create_value": "mode=*\n"}])json");
     EXPECT_EQ(patched(), "[video]\r\nmode=fast\r\nx=1\r\n");
@@ -158,13 +158,13 @@ TEST_F(TitlePatchingTest, AMissingTextIsCreatedFromItsTemplate) {
     EXPECT_EQ(patched(), "[video]\r\nmode=fast\r\nx=1\r\n");
 }
 
-TEST_F(TitlePatchingTest, AnEmptyTextCountsAsMissing) {
+TEST_F(TitlePatchingTest, EmptyTextCountsAsMissing) {
     loadTextTitle("[video]\r\nmode=\r\n", R"json([{"key": "(mode=)(\\w*)()", "value": "fast",
                                                "create_key": "(\\[video\\]\\n)()()", "create_value": "mode=*\n"}])json");
     EXPECT_EQ(patched(), "[video]\r\nmode=fast\r\nmode=\r\n");
 }
 
-TEST_F(TitlePatchingTest, AMissingNumberIsCreatedFromItsTemplateWithTheFieldsOwnNumber) {
+TEST_F(TitlePatchingTest, MissingNumberIsCreatedFromItsTemplateWithTheFieldsOwnNumber) {
     loadTextTitle("[video]\r\n", R"json([{"key": "(w=)(\\d+)()", "meta": "width", "value": 640,
                                       "create_key": "(\\[video\\]\\n)()()", "create_value": "w=*\n"}])json");
     manager.setResolution(1600, 900);
@@ -173,7 +173,7 @@ TEST_F(TitlePatchingTest, AMissingNumberIsCreatedFromItsTemplateWithTheFieldsOwn
     EXPECT_EQ(patched(), "[video]\r\nw=1600\r\n");
 }
 
-TEST_F(TitlePatchingTest, OnlyTheFirstStarOfATemplateIsReplacedAndATemplateWithoutOneIsTakenAsItStands) {
+TEST_F(TitlePatchingTest, OnlyTheFirstStarOfATemplateIsReplaced) {
     loadTextTitle("#\r\n#\r\n", R"json([{"key": "(a=)(\\w+)()", "value": "x", "create_key": "(#)(\\n)(#)",
                                      "create_value": "*,*"}])json");
     EXPECT_EQ(patched(), "#x,*#\r\n");
@@ -185,13 +185,13 @@ TEST_F(TitlePatchingTest, OnlyTheFirstStarOfATemplateIsReplacedAndATemplateWitho
     EXPECT_EQ(patched(), "#\r\n");
 }
 
-TEST_F(TitlePatchingTest, AValueWithAStarIsNotExpandedFurther) {
+TEST_F(TitlePatchingTest, ValueWithAStarIsNotExpandedFurther) {
     loadTextTitle("#\r\n", R"json([{"key": "(a=)(\\w+)()", "value": "*x*", "create_key": "(#)()()",
                                 "create_value": "<*>"}])json");
     EXPECT_EQ(patched(), "#<*x*>\r\n");
 }
 
-TEST_F(TitlePatchingTest, ATemplateWithoutAKeyToCreateIsIgnored) {
+TEST_F(TitlePatchingTest, TemplateWithoutAKeyToCreateIsIgnored) {
     loadTextTitle("#\r\n", R"json([{"key": "(a=)(\\w+)()", "value": "x", "create_value": "y"}])json");
     EXPECT_EQ(patched(), "#\r\n");
 }
@@ -220,13 +220,13 @@ TEST_F(TitlePatchingTest, RegistryValuesThatExistAreSetAlthoughTheyCouldBeCreate
     EXPECT_EQ(readValue("Width"), "1600");
 }
 
-TEST_F(TitlePatchingTest, TheSmallestNumberCountsAsMissing) {
+TEST_F(TitlePatchingTest, SmallestNumberCountsAsMissing) {
     loadTextTitle("w=-2147483648 #\r\n", R"json([{"key": "(w=)(-?\\d+)()", "value": 5, "create_key": "(#)()()",
                                               "create_value": "*"}])json");
     EXPECT_EQ(patched(), "w=-2147483648 #5\r\n");
 }
 
-TEST_F(TitlePatchingTest, ANumberThatCannotBeReadIsAnErrorOnlyWhereItCouldBeCreated) {
+TEST_F(TitlePatchingTest, NumberThatCannotBeReadIsAnErrorOnlyWhereItCouldBeCreated) {
     loadTextTitle("w=abc\r\n", R"json([{"key": "(w=)(\\w+)()", "value": 5}])json");
     EXPECT_EQ(patched(), "w=5\r\n");
     loadTextTitle("w=abc\r\n", R"json([{"key": "(w=)(\\w+)()", "value": 5, "create_key": "(#)()()"
@@ -236,7 +236,7 @@ TEST_F(TitlePatchingTest, ANumberThatCannotBeReadIsAnErrorOnlyWhereItCouldBeCrea
     EXPECT_EQ(manager.getTitleName("game.exe"), "The Game");
 }
 
-TEST_F(TitlePatchingTest, AnErrorHalfWayLeavesTheFileAsItIs) {
+TEST_F(TitlePatchingTest, ErrorHalfWayLeavesTheFileAsItIs) {
     loadTextTitle("a=1\r\nb=1\r\n", R"json([{"key": "(a=)(\\d+)()", "value": 5}, {"key": "(b=", "value": 6}])json");
     EXPECT_THROW(optimize(), std::regex_error);
     EXPECT_EQ(testing::readFile(file()), "a=1\r\nb=1\r\n");

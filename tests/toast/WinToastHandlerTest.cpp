@@ -114,7 +114,7 @@ TEST_F(WinToastHandlerTest, PressWhileACallbackRunsDoesNotWaitForIt) {
     EXPECT_THAT(calls, ElementsAre("quick", "release", "slow"));
 }
 
-TEST_F(WinToastHandlerTest, EventWhileACallbackRunsReleasesAtOnceAndThePressWhatWasHeldBack) {
+TEST_F(WinToastHandlerTest, EventWhileACallbackRunsReleasesAtOnce) {
     WinToastHandler* toast = nullptr;
     std::future<void> hidden;
     WinToastHandler busy({{"label", [&] {

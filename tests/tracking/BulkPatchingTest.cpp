@@ -85,7 +85,7 @@ protected:
     }
 };
 
-TEST_F(BulkPatchingTest, PassVisitsEveryTitleInTheOrderOfExecutableNamesAndPatchesThoseThatNeedIt) {
+TEST_F(BulkPatchingTest, PassVisitsEveryTitleInTheOrderOfExecutableNames) {
     loadFive();
     onMassivePatching();
     EXPECT_THAT(log.take(),
@@ -143,7 +143,7 @@ TEST_F(BulkPatchingTest, DismissOnlyClosesTheToast) {
     EXPECT_THAT(toasts.events(), ElementsAre("Show 1", "Activated 1 1"));
 }
 
-TEST_F(BulkPatchingTest, DismissedOutcomeStillReadsMoreLaterWhateverHappenedToTheTitles) {
+TEST_F(BulkPatchingTest, DismissedOutcomeStillReadsMoreWhateverBecameOfTheTitles) {
     loadFive();
     onMassivePatching();
     toasts.control.dismiss(1, 0);
@@ -153,7 +153,7 @@ TEST_F(BulkPatchingTest, DismissedOutcomeStillReadsMoreLaterWhateverHappenedToTh
     EXPECT_EQ(toasts.shown().at(1), reportToast(kThreeReported));
 }
 
-TEST_F(BulkPatchingTest, EverythingSetUpAlreadyGivesOutcomeOneAlthoughTheReportHasAPairPerTitle) {
+TEST_F(BulkPatchingTest, EverythingSetUpAlreadyGivesOutcomeOneAndAFullReport) {
     loadFive();
     writeWidth("a", "1280");
     writeWidth("b", "1280");
@@ -184,7 +184,7 @@ TEST_F(BulkPatchingTest, MissingOptimalResolutionStopsBeforeAnyTitleIsTouched) {
     EXPECT_THAT(toasts.shown(), ElementsAre(testing::noOptimalConfigurationToast()));
 }
 
-TEST_F(BulkPatchingTest, MissingOptimalResolutionKeepsThatOfBeforeWhileTheNativeOneIsNew) {
+TEST_F(BulkPatchingTest, MissingOptimalResolutionKeepsThatOfBefore) {
     nlohmann::json title = textTitle("Alder", "a.exe", "a.ini");
     title["config_fields"] = resolutionFields();
     loadTitles({title});
@@ -214,7 +214,7 @@ TEST_F(BulkPatchingTest, MarkerThatCannotBeSetCountsAsPatched) {
     EXPECT_EQ(stateValue("PatchedApps", "a.exe"), -1);
 }
 
-TEST_F(BulkPatchingTest, OneFailedTitleGivesTheErrorToastWhoseReportStillListsTheOthers) {
+TEST_F(BulkPatchingTest, OneFailedTitleGivesTheErrorToastWithAFullReport) {
     loadFive();
     const UniqueHandle editor = protect(folder / "a.ini");
     onMassivePatching();

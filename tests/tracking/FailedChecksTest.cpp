@@ -76,7 +76,7 @@ TEST_F(FailedChecksTest, ForegroundWindowIsTakenBeforeTheExitCode) {
     EXPECT_EQ(GetForegroundWindowFault.calls(), 1u);
 }
 
-TEST_F(FailedChecksTest, EndOfTheProcessIsLoggedBeforeTheTimerIsStoppedAndItsHandleClosed) {
+TEST_F(FailedChecksTest, EndOfTheProcessIsLoggedBeforeTheTimerIsStopped) {
     trackingState = TrackingState::AppWarming;
     desktop.exitCode = 0;
     KillTimerFault.intercept([this](HWND, UINT_PTR) -> BOOL {

@@ -175,7 +175,7 @@ TEST_F(GameStartTest, NoForegroundWindowIsNotTheGame) {
     EXPECT_EQ(GetWindowThreadProcessIdFault.calls(), 0u);
 }
 
-TEST_F(GameStartTest, AnotherProcessInTheForegroundIsLoggedInTheBaseThatTheLinesBeforeLeft) {
+TEST_F(GameStartTest, AnotherProcessInTheForegroundIsLoggedInTheBaseOfBefore) {
     announceQuietly();
     desktop.foregroundProcess = Desktop::kOther;
     EXPECT_FALSE(shouldStartTracking(Desktop::kServiceWindow));

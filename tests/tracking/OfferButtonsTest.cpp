@@ -109,7 +109,7 @@ TEST_F(OfferButtonsTest, ButtonsConcernTheTitleOfTheContextEvenAfterItWasReset) 
     EXPECT_EQ(testing::readFile(settings()), "Width=1920\r\n");
 }
 
-TEST_F(OfferButtonsTest, BrokenPatternIsTheCallersExceptionAndAFailureCodeForTheNotificationSystem) {
+TEST_F(OfferButtonsTest, BrokenPatternIsAFailureCodeForTheNotificationSystem) {
     finishWithOffer();
     nlohmann::json title = textTitle("The Game", "game.exe", "game.ini");
     title["config_fields"] = nlohmann::json::parse(R"json([{"key": "(", "value": 1}])json");

@@ -115,7 +115,7 @@ TEST_F(TrackingTest, TicksInTheBackgroundCountNeitherForWarmingNorForThePause) {
     EXPECT_EQ(trackingState, TrackingState::AppWarming);
 }
 
-TEST_F(TrackingTest, BackgroundTickNeitherCountsNorSamplesButTheLimitIsTestedOnItAllTheSame) {
+TEST_F(TrackingTest, BackgroundTickDoesNotCountButTheLimitIsTestedOnIt) {
     desktop.foregroundProcess = Desktop::kOther;
     trackingState = TrackingState::Tracking;
     trackingContext.intervalCounter = 2;
@@ -154,7 +154,7 @@ TEST_F(TrackingTest, CountersAndLimitsAre64BitsWide) {
     EXPECT_EQ(trackingState, TrackingState::Tracking);
 }
 
-TEST_F(TrackingTest, ByDefaultAGameIsMeasuredFor30SecondsAfter120AndSamplesOfAllPeriodsMakeOneAverage) {
+TEST_F(TrackingTest, ByDefaultAGameIsMeasuredFor30SecondsAfter120) {
     NumberOfIntervalsForWarming = 120;
     NumberOfIntervalsForTracking = 30;
     NumberOfIntervalsForNotTracking = 120;
@@ -201,7 +201,7 @@ TEST_F(TrackingTest, BoundsAreInclusiveToTheLastDigit) {
     EXPECT_EQ(trackingContext.sampleCount, 2u);
 }
 
-TEST_F(TrackingTest, RateIsDecimalWhateverTheBaseOfTheLineBeforeAndLoggedInSinglePrecision) {
+TEST_F(TrackingTest, RateIsDecimalAndInSinglePrecision) {
     processLog.text(std::hex, std::showbase);
     measure(16'777'217);
     measure(60);
@@ -290,7 +290,7 @@ TEST_F(TrackingTest, EndedProcessIsNoticedAlsoWithoutAForegroundWindow) {
     EXPECT_THAT(desktop.takeCalls(), ElementsAre("KillTimer 0x40 0", "CloseHandle 0xf00"));
 }
 
-TEST_F(TrackingTest, NoForegroundWindowAndOneThatIsJustGoneAreInactiveWithoutALine) {
+TEST_F(TrackingTest, NoForegroundWindowOrOneJustGoneIsInactiveWithoutALine) {
     desktop.isForegroundAWindow = false;
     EXPECT_FALSE(isTrackedAppActive(Desktop::kServiceWindow));
     desktop.isForegroundAWindow = true;

@@ -63,7 +63,7 @@ ProcessResult runTool(const std::wstring& arguments) {
 
 } // namespace
 
-TEST_F(NotificationEventsTest, APressReachesTheHandlerOnAThreadOfTheStandinAndTakesTheToastAway) {
+TEST_F(NotificationEventsTest, PressReachesTheHandlerOnTheStandinsThread) {
     auto notification = createNotification();
     DWORD thread = 0;
     abi::IToastNotification* sender = nullptr;
@@ -90,7 +90,7 @@ TEST_F(NotificationEventsTest, APressReachesTheHandlerOnAThreadOfTheStandinAndTa
     EXPECT_EQ(errorOf([&] { control.press(1, 1); }), "notification 1 is not shown");
 }
 
-TEST_F(NotificationEventsTest, AClickOnTheBodyGivesTheLaunchArgumentsOrNone) {
+TEST_F(NotificationEventsTest, ClickOnTheBodyGivesTheLaunchArgumentsOrNone) {
     auto plain = showListening();
     auto launching = showListening(L"<toast launch=\"open\"><visual/></toast>");
     control.clickBody(1);
@@ -98,7 +98,7 @@ TEST_F(NotificationEventsTest, AClickOnTheBodyGivesTheLaunchArgumentsOrNone) {
     EXPECT_EQ(events, (Events{"activated ''", "activated 'open'"}));
 }
 
-TEST_F(NotificationEventsTest, ADismissedToastStaysInTheNotificationCentreAndItsButtonsStillWork) {
+TEST_F(NotificationEventsTest, DismissedToastStaysInTheCentreAndItsButtonsStillWork) {
     auto first = showListening();
     auto second = showListening();
     control.dismiss(1, 0);
@@ -110,7 +110,7 @@ TEST_F(NotificationEventsTest, ADismissedToastStaysInTheNotificationCentreAndIts
     EXPECT_EQ(events, (Events{"dismissed 0", "dismissed 2", "activated '0'", "dismissed 1"}));
 }
 
-TEST_F(NotificationEventsTest, AFailureTellsItsErrorCode) {
+TEST_F(NotificationEventsTest, FailureTellsItsErrorCode) {
     auto notification = showListening();
     control.fail(1, E_ACCESSDENIED);
     EXPECT_EQ(events, (Events{"failed " + std::to_string(E_ACCESSDENIED)}));
@@ -128,7 +128,7 @@ TEST_F(NotificationEventsTest, HidingRaisesDismissedByTheApplication) {
     EXPECT_EQ(notifier->Hide(shown.get()), kNotificationHidden);
 }
 
-TEST_F(NotificationEventsTest, ANotificationShownAgainIsTheNewestOnTheScreen) {
+TEST_F(NotificationEventsTest, NotificationShownAgainIsTheNewestOnTheScreen) {
     auto first = showListening();
     auto second = showListening();
     control.dismiss(1, 2);
@@ -137,7 +137,7 @@ TEST_F(NotificationEventsTest, ANotificationShownAgainIsTheNewestOnTheScreen) {
     EXPECT_EQ(control.command("press last 0"), "1 0x00000000");
 }
 
-TEST_F(NotificationEventsTest, AHandlerIsCalledUntilItsTokenIsRemoved) {
+TEST_F(NotificationEventsTest, HandlerIsCalledUntilItsTokenIsRemoved) {
     auto notification = createNotification();
     int calls[2] = {};
     EventRegistrationToken tokens[2] = {};
@@ -165,7 +165,7 @@ TEST_F(NotificationEventsTest, ArgumentsThatNoButtonHasArriveAsTheyAre) {
     EXPECT_EQ(control.list().size(), 1u);
 }
 
-TEST_F(NotificationEventsTest, AHandlerThatDoesNotReturnIsReportedWithinTheLimit) {
+TEST_F(NotificationEventsTest, HandlerThatDoesNotReturnIsReportedWithinTheLimit) {
     auto notification = createNotification();
     std::promise<void> release;
     ComReference<ActivatedHandler> handler(
@@ -226,7 +226,7 @@ TEST_F(NotificationEventsTest, ToastControlDoesTheSameOnTheCommandLine) {
     EXPECT_EQ(wrong.exitCode, 2u);
 }
 
-TEST_F(NotificationEventsTest, ADrawnToastRecordsItsButtonsAndReactsToClicks) {
+TEST_F(NotificationEventsTest, DrawnToastRecordsItsButtonsAndReactsToClicks) {
     SetEnvironmentVariableW(kDrawVariable, L"1");
     auto first = showListening();
     auto second = showListening();

@@ -119,7 +119,7 @@ TEST_F(NotificationFailuresTest, WhatAnEventTellsCanBeMadeToFail) {
     EXPECT_EQ(control.activate(1, "0").result, kInjected);
 }
 
-TEST_F(NotificationFailuresTest, ACallFailsFromTheGivenTimeOn) {
+TEST_F(NotificationFailuresTest, CallFailsFromTheGivenTimeOn) {
     auto notifier = createNotifier();
     auto notification = createNotification();
     control.setFailures("Show:3=0x80070005");
@@ -155,7 +155,7 @@ TEST(NotificationServiceProcess, DISABLED_ShowsTwoToasts) {
     }
 }
 
-TEST_F(NotificationFailuresTest, TheEnvironmentGivesTheFailuresOfANewProcess) {
+TEST_F(NotificationFailuresTest, EnvironmentGivesTheFailuresOfANewProcess) {
     wchar_t program[MAX_PATH];
     GetModuleFileNameW(nullptr, program, MAX_PATH);
     const auto recordWith = [&](const wchar_t* failures) {

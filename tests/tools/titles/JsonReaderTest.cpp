@@ -25,18 +25,18 @@ std::string faultOf(const std::string& json) {
     return std::to_string(place.line) + ':' + std::to_string(place.column) + ' ' + outcome.fault->message;
 }
 
-TEST(JsonFaults, AMissingCommaIsBehindTheElementThatLacksIt) {
+TEST(JsonFaults, MissingCommaIsBehindTheElementThatLacksIt) {
     EXPECT_EQ(faultOf("[{\"a\": 1}\n {\"b\": 2}]"), "1:10 a comma is missing here");
     EXPECT_EQ(faultOf("[{\"a\": 1 \"b\": 2}]"), "1:9 a comma is missing here");
     EXPECT_EQ(faultOf("[\"\xC3\xBC\" 1]"), "1:5 a comma is missing here");
 }
 
-TEST(JsonFaults, ATrailingCommaIsAtTheComma) {
+TEST(JsonFaults, TrailingCommaIsAtTheComma) {
     EXPECT_EQ(faultOf("[{\"a\": 1,\n}]"), "1:9 a comma before the closing bracket; take it away");
     EXPECT_EQ(faultOf("[1, 2, ]"), "1:6 a comma before the closing bracket; take it away");
 }
 
-TEST(JsonFaults, AMissingBracketIsWhereItShouldStand) {
+TEST(JsonFaults, MissingBracketIsWhereItShouldStand) {
     EXPECT_EQ(faultOf("[{\"a\": 1]"), "1:9 this object is not closed: '}' is missing here");
     EXPECT_EQ(faultOf("[[1}"), "1:4 this array is not closed: ']' is missing here");
     EXPECT_EQ(faultOf("[{\"a\": [1, 2]"), "1:2 this object is never closed: the file ends before its '}'");
@@ -60,7 +60,7 @@ TEST(JsonFaults, WordsNumbersAndTextsAreExplained) {
     EXPECT_EQ(faultOf(""), "1:1 the file is empty; a database is an array of titles: []");
 }
 
-TEST(JsonFaults, AByteOrderMarkIsNoFault) {
+TEST(JsonFaults, ByteOrderMarkIsNoFault) {
     EXPECT_EQ(faultOf("\xEF\xBB\xBF[]"), "none");
 }
 
@@ -96,7 +96,7 @@ TEST(JsonValues, KnowTheirPlaces) {
                                               "1", "-2.50", "null"));
 }
 
-TEST(JsonValues, APlaceInsideATextCountsItsEscapes) {
+TEST(JsonValues, PlaceInsideATextCountsItsEscapes) {
     const std::string json = R"(["a\n\u00fc\\z"])"; // a, line feed, two bytes, a backslash, z
     readJsonElements(json, [&](const JsonValue& text) {
         EXPECT_EQ(placeInText(json, text, 0), json.find('a'));
