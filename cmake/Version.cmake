@@ -1,5 +1,5 @@
-# The project's version wherever it is needed: base/Version.h for the sources and the version resource, and the manifest,
-# both in the build tree's folder `generated`.
+# The project's version wherever it is needed: base/Version.h for the sources and the programs' resources, in the build tree's
+# folder `generated`.
 math(EXPR major "${PROJECT_VERSION_MAJOR}")
 math(EXPR minor "${PROJECT_VERSION_MINOR}")
 set(BRISK_FILE_VERSION "${major}.${minor}.0.0")
@@ -7,4 +7,3 @@ string(REPLACE "." "," BRISK_FILE_VERSION_COMMAS "${BRISK_FILE_VERSION}")
 
 set(brisk_generated "${CMAKE_BINARY_DIR}/generated")
 configure_file("${PROJECT_SOURCE_DIR}/src/base/Version.h.in" "${brisk_generated}/base/Version.h" @ONLY)
-configure_file("${PROJECT_SOURCE_DIR}/src/app/brisk.manifest.in" "${brisk_generated}/app/brisk.manifest" @ONLY)

@@ -1,12 +1,13 @@
 // briskhost: plays the host for a running service from the command line. Everything it knows of the service stands in
 // BriskHost.h. Texts go in and out as UTF-8.
 #include "BriskHost.h"
+#include "tools/console/Console.h"
 
 #include <charconv>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <limits>
 #include <optional>
@@ -43,12 +44,12 @@ constexpr char kHelp[] =
 using Arguments = std::vector<std::string>;
 
 int fail(const std::string& reason) {
-    std::fprintf(stderr, "briskhost: %s\n", reason.c_str());
+    std::cerr << "briskhost: " << reason << '\n';
     return kFailed;
 }
 
 int wrongUsage(const std::string& reason) {
-    std::fprintf(stderr, "briskhost: %s\nTry: briskhost --help\n", reason.c_str());
+    std::cerr << "briskhost: " << reason << "\nTry: briskhost --help\n";
     return kWrongUsage;
 }
 
@@ -139,13 +140,13 @@ int waitForService(std::optional<std::uint32_t> seconds) {
 int printStatus() {
     const HWND service = findService();
     if (!service) {
-        std::puts("No service is running.");
+        std::cout << "No service is running.\n";
         return kFailed;
     }
     DWORD processId = 0;
     GetWindowThreadProcessId(service, &processId);
-    std::printf("The service is running: process %lu (0x%lx), started event %s.\n", processId, processId,
-                isStarted(0) ? "set" : "not set");
+    std::cout << "The service is running: process " << processId << " (0x" << std::hex << processId
+              << "), started event " << (isStarted(0) ? "set" : "not set") << ".\n";
     return kDone;
 }
 
@@ -156,7 +157,7 @@ int run(const Arguments& arguments) {
     const std::string& command = arguments[0];
     const std::size_t count = arguments.size() - 1;
     if (command == "--help" && count == 0) {
-        std::fputs(kHelp, stdout);
+        std::cout << kHelp;
         return kDone;
     }
     if (command == "status" && count == 0) {
@@ -204,6 +205,7 @@ std::string toUtf8(const wchar_t* text) {
 } // namespace
 
 int wmain(int argc, wchar_t** argv) {
+    const brisk::Console console;
     Arguments arguments;
     for (int index = 1; index < argc; ++index) {
         arguments.push_back(toUtf8(argv[index]));

@@ -1,4 +1,5 @@
 // brisktitles: the workbench of those who write title databases.
+#include "tools/console/Console.h"
 #include "tools/titles/CheckCommand.h"
 #include "tools/titles/Rules.h"
 #include "tools/titles/Suggestion.h"
@@ -12,30 +13,16 @@
 
 #include <CLI/CLI.hpp>
 
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
 namespace {
 
 using namespace brisk::workbench;
 
 constexpr int kWrongUsage = 2;
 
-bool isTerminal() {
-#ifdef _WIN32
-    return _isatty(_fileno(stdout)) != 0;
-#else
-    return isatty(STDOUT_FILENO) != 0;
-#endif
-}
-
-bool wantsColours() {
+bool wantsColours(const brisk::Console& console) {
     // NOLINTNEXTLINE(concurrency-mt-unsafe): there is one thread.
     const char* noColour = std::getenv("NO_COLOR");
-    return isTerminal() && (noColour == nullptr || *noColour == '\0');
+    return console.takesColours() && (noColour == nullptr || *noColour == '\0');
 }
 
 // Refuses a rule that there is not.
@@ -46,7 +33,7 @@ std::string checkRule(const std::string& rule) {
                : "\"" + rule + "\" is no rule" + didYouMean(rule, rules);
 }
 
-int run(int argc, char** argv) {
+int run(int argc, char** argv, const brisk::Console& console) {
     CLI::App app("Finds what is wrong with a title database before a player does.", "brisktitles");
     app.set_version_flag("--version", std::string("brisktitles ") + brisk::kVersion);
     app.require_subcommand(1);
@@ -75,15 +62,16 @@ int run(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kWrongUsage;
     }
-    check.hasColours = wantsColours();
+    check.hasColours = wantsColours(console);
     return runCheck(check);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    const brisk::Console console;
     try {
-        return run(argc, argv);
+        return run(argc, argv, console);
     } catch (const std::exception& error) {
         std::cerr << "brisktitles: " << error.what() << '\n';
         return kWrongUsage;
