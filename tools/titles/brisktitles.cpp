@@ -1,6 +1,7 @@
 // brisktitles: the workbench of those who write title databases.
 #include "tools/console/Console.h"
 #include "tools/titles/CheckCommand.h"
+#include "tools/titles/Commands.h"
 #include "tools/titles/Rules.h"
 #include "tools/titles/Suggestion.h"
 
@@ -57,10 +58,16 @@ int run(int argc, char** argv, const brisk::Console& console) {
                          "  brisktitles check --format sarif titles_db.json > titles.sarif\n"
                          "docs/title-rules.md explains every rule.");
 
+    int exitCode = 0;
+    addSchemaCommand(app, exitCode);
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kWrongUsage;
+    }
+    if (!checkCommand->parsed()) {
+        return exitCode;
     }
     check.hasColours = wantsColours(console);
     return runCheck(check);

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace brisk::workbench {
+
+// The program's commands. Each function adds one, with its options and examples. Once the command line is parsed, the
+// command that it names is run and leaves the program's exit code in `exitCode`, which has to live until then.
+void addSchemaCommand(CLI::App& program, int& exitCode);
+
+} // namespace brisk::workbench
