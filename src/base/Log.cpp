@@ -1,10 +1,10 @@
 #include "base/Log.h"
 
+#include "base/DebuggerOutput.h"
 #include "base/TextEncoding.h"
 
 #include <fstream>
-
-#include <windows.h>
+#include <utility>
 
 namespace brisk {
 
@@ -15,10 +15,17 @@ void Log::setFilePath(const std::string& path) {
     filePath = path;
 }
 
+void Log::setDestination(std::function<void(const std::string&)> receiver) {
+    const std::lock_guard lock(mutex);
+    destination = std::move(receiver);
+}
+
 Log& Log::commit(std::ostringstream& pending) {
     const std::string text = pending.str();
-    if (filePath.empty()) {
-        OutputDebugStringA(text.c_str());
+    if (destination) {
+        destination(text);
+    } else if (filePath.empty()) {
+        writeToDebugger(text);
     } else {
         // Opened and closed for every line: it is on disk when this returns, and the file can be read, moved or deleted
         // while the service runs. The runtime opens streams without denying others access (_SH_DENYNO).

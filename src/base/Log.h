@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <ostream>
 #include <sstream>
@@ -19,6 +20,10 @@ public:
     // Lines go to this file from now on (narrow, process code page); an empty path means the debugger output.
     // A file that cannot be opened loses the line silently. Nothing is ever truncated.
     void setFilePath(const std::string& path);
+
+    // Lines go to this function from now on, whatever the file path; an empty one means the file or the debugger again.
+    // It must not log.
+    void setDestination(std::function<void(const std::string&)> receiver);
 
     // Streams the pieces (values and manipulators), ends the line and commits it.
     template <class... Pieces>
@@ -41,6 +46,7 @@ private:
     Log& commit(std::ostringstream& pending);
 
     std::mutex mutex;
+    std::function<void(const std::string&)> destination;
     std::string filePath;
     std::ostringstream buffer;
 };

@@ -124,26 +124,21 @@ std::optional<SettingPattern::Match> SettingPattern::search(std::string_view tex
     return matchOf(results);
 }
 
-std::string SettingPattern::replace(std::string_view text, std::string_view format) const {
-    std::string output;
-    output.reserve(text.size());
+void SettingPattern::forEachMatch(std::string_view text, const std::function<bool(const Match&)>& onMatch) const {
     Results results;
-    std::size_t copied = 0;
     bool hasMovedOn = false;
     bool isFound = compiled->search(text, 0, 0, boost::match_default, results);
     while (isFound) {
         const Match match = matchOf(results);
+        if (!onMatch(match)) {
+            return;
+        }
         const std::size_t begin = static_cast<std::size_t>(match.front().data() - text.data());
         const std::size_t end = begin + match.front().size();
-        const std::string_view before = text.substr(copied, begin - copied);
-        output += before;
-        appendReplacement(output, format, match, before, text.substr(end));
-        copied = end;
-
         std::size_t next = end;
         if (begin == end) {
             if (end == text.size()) {
-                break;
+                return;
             }
             // After an empty match the same place may still begin a longer one. std::regex_iterator looks for it
             // without regard to what stands before, as long as all matches so far were such ones.
@@ -157,6 +152,21 @@ std::string SettingPattern::replace(std::string_view text, std::string_view form
         hasMovedOn = true;
         isFound = compiled->search(text, 0, next, boost::match_default, results);
     }
+}
+
+std::string SettingPattern::replace(std::string_view text, std::string_view format) const {
+    std::string output;
+    output.reserve(text.size());
+    std::size_t copied = 0;
+    forEachMatch(text, [&](const Match& match) {
+        const std::size_t begin = static_cast<std::size_t>(match.front().data() - text.data());
+        const std::size_t end = begin + match.front().size();
+        const std::string_view before = text.substr(copied, begin - copied);
+        output += before;
+        appendReplacement(output, format, match, before, text.substr(end));
+        copied = end;
+        return true;
+    });
     return output.append(text.substr(copied));
 }
 

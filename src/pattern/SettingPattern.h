@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,6 +30,10 @@ public:
 
     // The first match in text. Throws std::regex_error when the search is given up.
     std::optional<Match> search(std::string_view text) const;
+
+    // The matches that replace() replaces, one after the other: every one if the function answers true each time.
+    // Throws std::regex_error when a search is given up.
+    void forEachMatch(std::string_view text, const std::function<bool(const Match&)>& onMatch) const;
 
     // The text with every match replaced by the format ($1, $&, ...; see ReplacementFormat.h); unchanged when there is
     // no match. Throws std::regex_error when a search is given up.

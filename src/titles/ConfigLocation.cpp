@@ -1,5 +1,7 @@
 #include "titles/ConfigLocation.h"
 
+#include "base/Log.h"
+
 #include <string_view>
 
 namespace brisk {
@@ -26,6 +28,22 @@ void expandAppDirectory(std::string& location, const std::string& appDirectory) 
     if (!appDirectory.empty() && location.starts_with('%')) {
         replaceFirst(location, kAppDirectory, appDirectory);
     }
+}
+
+bool findFirstLocation(std::vector<std::string>& locations, const std::string& appDirectory, const FileLookup& lookup) {
+    for (std::string& location : locations) {
+        expandAppDirectory(location, appDirectory);
+        if (!lookup.resolveWildcard(location)) {
+            continue;
+        }
+        logLine("Brisk : checking path '", location, "'.");
+        if (lookup.exists(location)) {
+            logLine("Brisk : config found.");
+            return true;
+        }
+        logLine("Brisk : config not found.");
+    }
+    return false;
 }
 
 } // namespace brisk

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,5 +20,15 @@ void expandUserFolders(std::string& location, const UserFolders& userFolders);
 // Replaces the first "%APPDIR%" by the game's folder, in place. A location that does not begin with "%" and an empty
 // folder leave it as it is.
 void expandAppDirectory(std::string& location, const std::string& appDirectory);
+
+// Where text files are looked for: on this machine (ConfigFiles.h), or wherever else.
+struct FileLookup {
+    std::function<bool(std::string& location)> resolveWildcard;
+    std::function<bool(const std::string& location)> exists;
+};
+
+// Whether one of the locations exists, with a log line for each that was looked at. Replaces the game's folder and the
+// wildcard folder in those, in place. What the lookup throws leaves it.
+bool findFirstLocation(std::vector<std::string>& locations, const std::string& appDirectory, const FileLookup& lookup);
 
 } // namespace brisk

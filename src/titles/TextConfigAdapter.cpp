@@ -1,6 +1,5 @@
 #include "titles/TextConfigAdapter.h"
 
-#include "base/Log.h"
 #include "base/TextEncoding.h"
 #include "titles/ConfigFiles.h"
 #include "titles/ConfigLocation.h"
@@ -27,19 +26,7 @@ Stream openFirst(const std::vector<std::string>& locations) {
 } // namespace
 
 bool TextConfigAdapter::findConfig(const std::string& appDirectory) {
-    for (std::string& location : configLocations) {
-        expandAppDirectory(location, appDirectory);
-        if (!resolveWildcard(location)) {
-            continue;
-        }
-        logLine("Brisk : checking path '", location, "'.");
-        if (locationExists(location)) {
-            logLine("Brisk : config found.");
-            return true;
-        }
-        logLine("Brisk : config not found.");
-    }
-    return false;
+    return findFirstLocation(configLocations, appDirectory, {resolveWildcard, locationExists});
 }
 
 bool TextConfigAdapter::loadConfig() {

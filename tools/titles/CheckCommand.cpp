@@ -2,29 +2,20 @@
 
 #include "tools/titles/DatabaseCheck.h"
 #include "tools/titles/FindingOutput.h"
+#include "tools/titles/InputFile.h"
 
 #include "base/Version.h"
 
 #include <algorithm>
 #include <array>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <optional>
 #include <set>
+#include <utility>
 
 namespace brisk::workbench {
 
 namespace {
-
-std::optional<SourceText> readFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        return std::nullopt;
-    }
-    std::string content((std::istreambuf_iterator<char>(file)), {});
-    return file.bad() ? std::nullopt : std::optional(SourceText(path, std::move(content)));
-}
 
 std::string counted(std::size_t number, const char* noun) {
     return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
@@ -101,13 +92,14 @@ int runCheck(const CheckOptions& options) {
     Output output(options);
     bool isReadable = true;
     for (const std::string& path : options.databases) {
-        const std::optional<SourceText> source = readFile(path);
-        if (!source) {
+        std::optional<std::string> bytes = readInputFile(path);
+        if (!bytes) {
             std::cerr << "brisktitles: cannot read " << path << '\n';
             isReadable = false;
             continue;
         }
-        output.add(*source, checkDatabase(*source));
+        const SourceText source(path, std::move(*bytes));
+        output.add(source, checkDatabase(source));
     }
     output.finish();
     if (!isReadable) {

@@ -65,4 +65,19 @@ std::span<const std::string_view> allRules() {
     return kRules;
 }
 
+std::span<const std::string_view> previewRules() {
+    static constexpr auto kRules = std::to_array<std::string_view>({
+        "never-settles",
+        "grows",
+        "not-a-number",
+        "several-matches",
+        "duplicate-created",
+        "match-in-comment",
+        "nothing-matches",
+        "text-mode-harm",
+        "pattern-gives-up",
+    });
+    return kRules;
+}
+
 } // namespace brisk::workbench

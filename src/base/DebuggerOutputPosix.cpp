@@ -1,0 +1,7 @@
+#include "base/DebuggerOutput.h"
+
+namespace brisk {
+
+void writeToDebugger(const std::string& /*text*/) {}
+
+} // namespace brisk

@@ -1,0 +1,126 @@
+#include "tools/titles/PreviewInspection.h"
+
+#include "titles/PatchConditions.h"
+#include "titles/TitleSettings.h"
+#include "tools/titles/RegistryPreviewAdapter.h"
+#include "tools/titles/TextPreviewAdapter.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace brisk::workbench {
+
+namespace {
+
+class Inspection {
+public:
+    Inspection(PreviewAdapter& readFrom, PreviewAdapter& writtenTo, const ResolutionValues& values, LogCapture& capture)
+        : reading(readFrom), writing(writtenTo), resolutionValues(values), log(capture) {}
+
+    ConditionPreview inspect(const PatchCondition& condition) {
+        ConditionPreview preview{condition, {}, {}, false, {}, {}};
+        reading.configFields.clear();
+        reading.patchConditions = {condition};
+        preview.end = attempt([&] {
+            preview.matches = reading.findMatches(condition.key);
+            preview.current = readValue(condition.key, !condition.presenceNumbers.empty());
+            preview.holds = meetsConditions(reading);
+        });
+        preview.log = log.take();
+        return preview;
+    }
+
+    FieldPreview inspect(const ConfigField& field) {
+        FieldPreview preview;
+        preview.field = field;
+        for (PreviewAdapter* adapter : {&reading, &writing}) {
+            adapter->patchConditions.clear();
+            adapter->configFields = {{field.key, field}};
+        }
+        preview.end = attempt([&] {
+            preview.matches = reading.findMatches(field.key);
+            preview.current = readValue(field.key, field.value.empty());
+            preview.isMissing = preview.matches.count == 0;
+            preview.differs = needsToBeOptimized(reading, resolutionValues);
+        });
+        // A setting that cannot be read may still be written, but not where it may have to be created.
+        const std::string before = writing.snapshot();
+        writing.writes.clear();
+        const std::optional<ServiceEnd> writeEnd = attempt([&] { optimize(writing, resolutionValues); });
+        log.take();
+        if (writeEnd || writing.writes.empty()) {
+            preview.outcome = FieldOutcome::ends;
+            preview.end = writeEnd ? writeEnd : preview.end;
+            return preview;
+        }
+        describeWrite(preview, writing.writes.back(), before);
+        return preview;
+    }
+
+private:
+    // In words: what a registry has for a number is bytes.
+    std::string readValue(const std::string& key, bool isNumeric) {
+        const bool isBytes = isNumeric && dynamic_cast<RegistryPreviewAdapter*>(&reading);
+        return isBytes ? std::to_string(reading.getIntValue(key, 0)) : reading.getValue(key, {});
+    }
+
+    void describeWrite(FieldPreview& preview, const SettingWrite& write, const std::string& before) {
+        const bool hasChanged = writing.snapshot() != before;
+        if (preview.isMissing && dynamic_cast<RegistryPreviewAdapter*>(&writing)) {
+            preview.wanted = preview.createdText = write.text;
+            preview.outcome = FieldOutcome::created;
+            return;
+        }
+        const bool isCreated = !preview.field.createKey.empty() && write.key == preview.field.createKey &&
+                               (write.key != preview.field.key || preview.isMissing);
+        if (!isCreated) {
+            preview.wanted = write.text;
+            preview.outcome = preview.matches.count == 0 && !hasChanged ? FieldOutcome::missing
+                              : hasChanged                              ? FieldOutcome::changes
+                                                                        : FieldOutcome::isRight;
+            return;
+        }
+        preview.wanted = preview.field.value.empty() ? std::to_string(preview.field.intValue) : preview.field.value;
+        preview.createdText = write.text;
+        preview.created = findCreated(write.key, before);
+        preview.outcome = hasChanged ? FieldOutcome::created : FieldOutcome::missing;
+        if (!preview.created.places.empty()) {
+            const std::size_t begin = preview.created.places.front().begin;
+            const auto lineEnds = [](std::string_view text) {
+                return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+            };
+            // Text that begins with a line end stands on the next line.
+            preview.createdLine =
+                1 + lineEnds(std::string_view(before).substr(0, begin)) + (write.text.starts_with('\n') ? 1U : 0U);
+        }
+    }
+
+    KeyMatches findCreated(const std::string& key, const std::string& before) {
+        if (auto* text = dynamic_cast<TextPreviewAdapter*>(&writing)) {
+            TextPreviewAdapter earlier(*text);
+            earlier.content = before;
+            return earlier.findMatches(key);
+        }
+        return {1, {}};
+    }
+
+    PreviewAdapter& reading;
+    PreviewAdapter& writing;
+    const ResolutionValues& resolutionValues;
+    LogCapture& log;
+};
+
+} // namespace
+
+void inspectAll(TitlePreview& preview, const PreviewAdapter& title, PreviewAdapter& reading, PreviewAdapter& writing,
+                const ResolutionValues& values, LogCapture& log) {
+    Inspection inspection(reading, writing, values, log);
+    for (const PatchCondition& condition : title.patchConditions) {
+        preview.conditions.push_back(inspection.inspect(condition));
+    }
+    for (const auto& [key, field] : title.configFields) {
+        preview.fields.push_back(inspection.inspect(field));
+    }
+}
+
+} // namespace brisk::workbench
