@@ -14,8 +14,11 @@ std::size_t failingAllocation = SIZE_MAX;
 
 } // namespace
 
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    return size < failingAllocation ? std::malloc(size) : nullptr;
+}
 void* operator new(std::size_t size) {
-    void* const memory = size < failingAllocation ? std::malloc(size) : nullptr;
+    void* const memory = operator new(size, std::nothrow);
     if (!memory) {
         throw std::bad_alloc();
     }
