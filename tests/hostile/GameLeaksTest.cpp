@@ -34,8 +34,8 @@ protected:
         // The thread that served the last command may be on its way out.
         waitUntil("the end of the stand-in's threads",
                   [this] { return readCounters(service.processId()).threads <= before.threads; });
-        // What the heap holds ready for the next toast differs by up to 0.8 MB from count to count with Wine 10, whatever
-        // the number of games; a megabyte in a thousand games is 1 KB a game.
+        // What the heap holds ready for the next toast differs by up to 0.8 MB from count to count with Wine 10,
+        // whatever the number of games; a megabyte in a thousand games is 1 KB a game.
         const ProcessCounters after = endStorm(1);
         EXPECT_EQ(after.processHandles, before.processHandles + processes);
         EXPECT_EQ(after.keyHandles, before.keyHandles + keys + countActivations() - activationsBefore);

@@ -222,7 +222,9 @@ TEST_F(UserFoldersTest, EachFolderIsAskedForOnceWhenTheManagerIsMade) {
         wcscpy(path, L"C:\\Users\\J\u00F6rg \u5B9A");
         return S_OK;
     });
-    { const TitleManager made; }
+    {
+        const TitleManager made;
+    }
     EXPECT_EQ(calls, all);
     calls.clear();
     EXPECT_EQ(locations(), expected("C:\\Users\\J\u00F6rg \u5B9A"));
