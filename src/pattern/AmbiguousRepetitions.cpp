@@ -153,6 +153,7 @@ private:
     bool canDiverge(std::size_t& stepsLeft) const {
         std::vector<Places> seen(bytesAt.size());
         std::vector<std::pair<std::size_t, std::size_t>> pairs;
+        pairs.reserve(bytesAt.size());
         for (std::size_t place = 0; place < bytesAt.size(); ++place) {
             pairs.emplace_back(place, place);
         }

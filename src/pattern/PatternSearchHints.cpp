@@ -41,7 +41,7 @@ Beginning beginningOfRepetition(const PatternNode& repetition, const Beginning& 
         return nothing;
     }
     // A third round adds nothing to two.
-    Beginning rounds = repetition.maximum == 1 ? round : inSequence(round, either(round, nothing));
+    const Beginning rounds = repetition.maximum == 1 ? round : inSequence(round, either(round, nothing));
     return repetition.minimum == 0 ? either(rounds, nothing) : rounds;
 }
 

@@ -111,7 +111,7 @@ void readTitle(const json& element, const UserFolders& userFolders, TitleConfigA
     readArray(element, "patch_if",
               [&](const json& condition) { title.patchConditions.push_back(readCondition(condition)); });
     readArray(element, "config_fields", [&](const json& item) {
-        ConfigField field = readField(item);
+        const ConfigField field = readField(item);
         title.configFields[field.key] = field;
     });
 }

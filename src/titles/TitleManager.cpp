@@ -116,6 +116,7 @@ std::string TitleManager::getTitleName(const std::string& binaryName) const {
 std::vector<std::string> TitleManager::getBinaryNames() const {
     const std::lock_guard lock(mutex);
     std::vector<std::string> names;
+    names.reserve(titles.size());
     for (const auto& [name, title] : titles) {
         names.push_back(name);
     }

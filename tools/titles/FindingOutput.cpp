@@ -38,7 +38,7 @@ std::size_t byteOf(std::string_view text, std::size_t character) {
 // A line may be the whole database: only what stands around the place is shown.
 void printCaret(std::ostream& out, const SourceText& source, const Finding& finding, bool hasColours) {
     const Place place = source.placeOf(finding.begin);
-    std::string_view line = source.line(place.line);
+    const std::string_view line = source.line(place.line);
     const std::size_t caret = std::min(byteOf(line, place.column - 1), line.size());
     std::size_t first = 0;
     if (countCharacters(line) > kShownWidth && place.column > kShownWidth / 2) {
