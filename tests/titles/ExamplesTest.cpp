@@ -137,6 +137,7 @@ TEST_F(ExamplesTest, IronHollow) {
     install("Iron Hollow/base/hollow.cfg", file);
     optimize("Deepcut Games", "hollow.exe");
     EXPECT_EQ(testing::readFile(file), "// written by Iron Hollow\r\n"
+                                       "seta com_format \"2\"\r\n"
                                        "bind w \"+forward\"\r\n"
                                        "seta r_mode \"-1\"\r\n"
                                        "seta r_customwidth \"1600\"\r\n"
@@ -155,7 +156,8 @@ TEST_F(ExamplesTest, LanternsOfOstraGetsTheSettingThatItDoesNotHave) {
         user / "AppData" / "Roaming" / "Winterlight" / "Ostra" / "profiles" / "76000042" / "options.txt";
     install("Lanterns of Ostra/profiles/76000042/options.txt", file);
     optimize("Winterlight", "Ostra.exe");
-    EXPECT_EQ(testing::readFile(file), "fov = 85\r\n"
+    EXPECT_EQ(testing::readFile(file), "format = 2\r\n"
+                                       "fov = 85\r\n"
                                        "width = 1920\r\n"
                                        "height = 1080\r\n"
                                        "upscaling = balanced\r\n"
@@ -164,9 +166,9 @@ TEST_F(ExamplesTest, LanternsOfOstraGetsTheSettingThatItDoesNotHave) {
 
 TEST_F(ExamplesTest, LanternsOfOstraKeepsThePlaceOfASettingThatItHas) {
     const fs::path file = user / "AppData" / "Roaming" / "Winterlight" / "Ostra" / "profiles" / "1" / "options.txt";
-    testing::writeFile(file, "fov = 85\r\nupscaling = off\r\nwidth=2560\r\nheight=1440\r\n");
+    testing::writeFile(file, "format = 2\r\nfov = 85\r\nupscaling = off\r\nwidth=2560\r\nheight=1440\r\n");
     optimize("Winterlight", "Ostra.exe");
-    EXPECT_EQ(testing::readFile(file), "fov = 85\r\nupscaling = balanced\r\nwidth=1920\r\nheight=1080\r\n");
+    EXPECT_EQ(testing::readFile(file), "format = 2\r\nfov = 85\r\nupscaling = balanced\r\nwidth=1920\r\nheight=1080\r\n");
 }
 
 // The values that the example file sets, and those of the key afterwards.

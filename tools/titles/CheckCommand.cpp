@@ -3,6 +3,7 @@
 #include "tools/titles/DatabaseCheck.h"
 #include "tools/titles/FindingOutput.h"
 #include "tools/titles/InputFile.h"
+#include "tools/titles/Progress.h"
 
 #include "base/Version.h"
 
@@ -99,7 +100,8 @@ int runCheck(const CheckOptions& options) {
             continue;
         }
         const SourceText source(path, std::move(*bytes));
-        output.add(source, checkDatabase(source));
+        Progress progress(source.text().size());
+        output.add(source, checkDatabase(source, [&progress](std::size_t done) { progress.advanceTo(done); }));
     }
     output.finish();
     if (!isReadable) {

@@ -9,5 +9,6 @@ namespace brisk::workbench {
 void addCheckCommand(CLI::App& program, int& exitCode, bool hasColours);
 void addPreviewCommand(CLI::App& program, int& exitCode, bool hasColours);
 void addSchemaCommand(CLI::App& program, int& exitCode);
+void addTestCommand(CLI::App& program, int& exitCode, bool hasColours);
 
 } // namespace brisk::workbench

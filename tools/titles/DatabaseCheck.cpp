@@ -111,7 +111,7 @@ void checkRoot(const JsonOutcome& outcome, std::size_t titles, Report& report) {
 
 } // namespace
 
-DatabaseCheck checkDatabase(const SourceText& database) {
+DatabaseCheck checkDatabase(const SourceText& database, const std::function<void(std::size_t)>& onProgress) {
     DatabaseCheck check;
     Report report;
     checkEncoding(database.text(), report);
@@ -131,6 +131,9 @@ DatabaseCheck checkDatabase(const SourceText& database) {
             checkValues(element, report);
             checkPatterns(database.text(), element, report);
             cross.add(element);
+            if (onProgress) {
+                onProgress(element.end);
+            }
         });
         report.setTitle(std::nullopt);
         checkRoot(outcome, check.titles, report);

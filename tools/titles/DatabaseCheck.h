@@ -4,6 +4,7 @@
 #include "tools/titles/SourceText.h"
 
 #include <cstddef>
+#include <functional>
 
 namespace brisk::workbench {
 
@@ -13,6 +14,7 @@ struct DatabaseCheck {
 };
 
 // All rules for a title database, without a game. Any text ends in findings: nothing is thrown but std::bad_alloc.
-DatabaseCheck checkDatabase(const SourceText& database);
+// `onProgress` hears how many bytes were looked at; it may be empty.
+DatabaseCheck checkDatabase(const SourceText& database, const std::function<void(std::size_t)>& onProgress = {});
 
 } // namespace brisk::workbench

@@ -20,9 +20,10 @@ void addPreviewCommand(CLI::App& program, int& exitCode, bool hasColours) {
         ->type_name("DIR");
     command->add_option("--game-folder", options->gameFolder, "the folder of the game's executable, %APPDIR%")
         ->type_name("DIR");
-    command->add_option("--display", options->display, "the display's resolution")
-        ->type_name("WxH")
-        ->capture_default_str();
+    command
+        ->add_option("--display", options->display,
+                     "the display's resolution; without it 1920x1080, or this machine's where its files are looked at")
+        ->type_name("WxH");
     command
         ->add_option(
             "--lower", options->lower,
@@ -38,6 +39,8 @@ void addPreviewCommand(CLI::App& program, int& exitCode, bool hasColours) {
                     "  brisktitles preview titles_db.json --title StarlitHarbour.exe --file Settings.ini\n"
                     "  brisktitles preview titles_db.json --profile tests/profile --display 2560x1440 --lower none\n"
                     "  brisktitles preview titles_db.json --title Skyferry --reg settings.reg --matrix\n"
+                    "  brisktitles.exe preview titles_db.json\n"
+                    "Without --file, --reg and --profile, on Windows, this machine's own files and registry are read.\n"
                     "Nothing is written but the file of --output. docs/title-rules.md explains every finding.");
     command->callback([options, &exitCode, hasColours] {
         options->hasColours = hasColours;

@@ -2,10 +2,12 @@
 
 #include "base/TextEncoding.h"
 #include "tools/titles/InputFile.h"
+#include "tools/titles/MachineFiles.h"
 #include "tools/titles/PreviewInput.h"
 #include "tools/titles/PreviewOutput.h"
 #include "tools/titles/PreviewReport.h"
 #include "tools/titles/ProfileFiles.h"
+#include "tools/titles/Progress.h"
 #include "tools/titles/UsageError.h"
 
 #include <algorithm>
@@ -22,7 +24,9 @@ class Previewer {
 public:
     Previewer(const PreviewOptions& given, const SourceText& source)
         : options(given), displays(chooseDisplays(given)), findings(source) {
-        if (!options.file.empty()) {
+        if (looksAtMachine(options)) {
+            file = machineFiles();
+        } else if (!options.file.empty()) {
             file = fileAt(options.file, readInput(options.file));
         } else {
             file = filesIn(options.profile, options.gameFolder);
@@ -37,6 +41,9 @@ public:
 
     // Whether there is something to preview the title with; says on standard error what is missing.
     bool takes(const DatabaseTitle& title) const {
+        if (looksAtMachine(options)) {
+            return true;
+        }
         const bool isRegistry = title.type == ConfigType::Registry;
         const bool hasSettings = isRegistry
                                      ? registry.has_value()
@@ -85,7 +92,9 @@ private:
     TitlePreview previewOn(const DatabaseTitle& title, const Display& display) const {
         if (title.type == ConfigType::Registry) {
             RegistryPreviewAdapter adapter(title.title);
-            adapter.registry = &*registry;
+            const RegistryKeys own =
+                looksAtMachine(options) ? machineKeys(title.title.configLocations) : RegistryKeys();
+            adapter.registry = registry ? &*registry : &own;
             return previewRegistry(adapter, display);
         }
         TextPreviewAdapter adapter(title.title);
@@ -122,8 +131,9 @@ private:
 int preview(const PreviewOptions& options) {
     checkOptions(options);
     const SourceText database(options.database, readInput(options.database));
-    const DatabaseTitles all =
-        readDatabase(database, options.profile.empty() ? UserFolders() : userFoldersIn(options.profile));
+    const DatabaseTitles all = readDatabase(database, looksAtMachine(options)   ? machineFolders()
+                                                      : options.profile.empty() ? UserFolders()
+                                                                                : userFoldersIn(options.profile));
     std::vector<DatabaseTitle> titles = chooseTitles(all, options);
     Previewer previewer(options, database);
     std::erase_if(titles, [&previewer](const DatabaseTitle& title) { return !previewer.takes(title); });
@@ -139,8 +149,12 @@ int preview(const PreviewOptions& options) {
     if (!options.output.empty() && (titles.size() != 1 || texts != 1)) {
         throw UsageError("--output takes one text title: name it with --title");
     }
-    for (const DatabaseTitle& title : titles) {
-        previewer.preview(title);
+    {
+        Progress progress(titles.size());
+        for (std::size_t at = 0; at < titles.size(); ++at) {
+            progress.advanceTo(at);
+            previewer.preview(titles[at]);
+        }
     }
     return previewer.finish() ? 1 : 0;
 }

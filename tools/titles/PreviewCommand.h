@@ -12,8 +12,8 @@ struct PreviewOptions {
     std::string registry; // an exported registry file
     std::string profile;
     std::string gameFolder;
-    std::string display = "1920x1080";
-    std::string lower; // "WxH", "none" or, for the usual one of the display, empty
+    std::string display; // "WxH"; empty for the machine's own where its files are looked at, otherwise 1920x1080
+    std::string lower;   // "WxH", "none" or, for the usual one of the display, empty
     bool isMatrix = false;
     std::string output;
     std::string format = "text"; // text or json

@@ -4,6 +4,8 @@
 #include "tools/titles/FindingOutput.h"
 #include "tools/titles/JsonReader.h"
 #include "tools/titles/LogCapture.h"
+#include "tools/titles/MachineDisplay.h"
+#include "tools/titles/MachineFiles.h"
 #include "tools/titles/Suggestion.h"
 #include "tools/titles/UsageError.h"
 
@@ -43,7 +45,8 @@ bool isSameFile(const fs::path& one, const fs::path& other) {
 }
 
 void checkOptions(const PreviewOptions& options) {
-    if (options.file.empty() && options.registry.empty() && options.profile.empty() && options.gameFolder.empty()) {
+    if (options.file.empty() && options.registry.empty() && options.profile.empty() && options.gameFolder.empty() &&
+        !looksAtMachine(options)) {
         throw UsageError("give the settings to look at: --file, --reg, --profile or --game-folder");
     }
     for (const std::string& folder : {options.profile, options.gameFolder}) {
@@ -69,11 +72,20 @@ void checkOptions(const PreviewOptions& options) {
     }
 }
 
+bool looksAtMachine(const PreviewOptions& options) {
+    return hasMachineFiles() && options.file.empty() && options.registry.empty() && options.profile.empty();
+}
+
 std::vector<Display> chooseDisplays(const PreviewOptions& options) {
     if (options.isMatrix) {
         return usualDisplays();
     }
-    Display display = displayOf(takeSize(options.display, "--display"));
+    Display display = displayOf({1920, 1080});
+    if (!options.display.empty()) {
+        display = displayOf(takeSize(options.display, "--display"));
+    } else if (looksAtMachine(options)) {
+        display = machineDisplay().value_or(display);
+    }
     if (options.lower == "none") {
         display.lower = std::nullopt;
     } else if (!options.lower.empty()) {

@@ -15,6 +15,9 @@ namespace brisk::workbench {
 // Refuses options that do not go together, and an output that is also an input.
 void checkOptions(const PreviewOptions& options);
 
+// Whether the machine's own files and registry are to be looked at: on Windows, where nothing is given for them.
+bool looksAtMachine(const PreviewOptions& options);
+
 std::vector<Display> chooseDisplays(const PreviewOptions& options);
 
 // Prints a fault of the JSON on standard error first.

@@ -168,7 +168,7 @@ void readLine(std::string_view line, bool isWide, RegistryKey& key) {
     }
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotationMarks(std::string_view text) {
     std::string result = "\"";
     for (const char byte : text) {
         if (byte == '"' || byte == '\\') {
@@ -225,10 +225,10 @@ std::optional<RegistryKeys> readRegistryExport(std::string_view bytes) {
 std::string describe(const RegistryKey& key) {
     std::string text;
     for (const auto& [name, value] : key) {
-        text += (name.empty() ? std::string("@") : quoted(name)) + '=';
+        text += (name.empty() ? std::string("@") : inQuotationMarks(name)) + '=';
         if (value.type == kRegistryText && value.data.ends_with('\0') &&
             value.data.find('\0') == value.data.size() - 1) {
-            text += quoted(std::string_view(value.data).substr(0, value.data.size() - 1));
+            text += inQuotationMarks(std::string_view(value.data).substr(0, value.data.size() - 1));
         } else if (value.type == kRegistryNumber && value.data.size() == 4) {
             unsigned number = 0;
             for (unsigned at = 0; at < 4; ++at) {

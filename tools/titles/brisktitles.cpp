@@ -31,6 +31,7 @@ int run(int argc, char** argv, const brisk::Console& console) {
     addCheckCommand(program, exitCode, hasColours);
     addPreviewCommand(program, exitCode, hasColours);
     addSchemaCommand(program, exitCode);
+    addTestCommand(program, exitCode, hasColours);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -234,6 +234,62 @@ TEST_F(AgreementTest, OfRandomTextTitles) {
     }
 }
 
+// The parts of an entry, which a record separator parts.
+std::vector<std::string> fieldsOf(const std::string& entry) {
+    std::vector<std::string> fields;
+    for (std::size_t begin = 0; begin <= entry.size();) {
+        const std::size_t end = std::min(entry.find('\x1E', begin), entry.size());
+        fields.push_back(entry.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return fields;
+}
+
+std::vector<std::string> readCorpus(const char* name) {
+    std::vector<std::string> entries;
+    for (const auto& file : std::filesystem::directory_iterator(std::filesystem::path(BRISK_CORPUS) / name)) {
+        entries.push_back(testing::readFile(file.path()));
+    }
+    return entries;
+}
+
+// Every title of the fuzzers' corpora, among them the examples, with a text of theirs.
+TEST_F(AgreementTest, OfTheFuzzersCorpora) {
+    const std::vector<std::string> texts = readCorpus("text_settings");
+    std::size_t pairs = 0;
+    for (const char* corpus : {"title_preview", "title_check", "title_database"}) {
+        for (const std::string& entry : readCorpus(corpus)) {
+            const std::vector<std::string> fields = fieldsOf(entry);
+            const Json database = Json::parse(fields[0], nullptr, false);
+            for (std::size_t at = 0; database.is_array() && at < std::min<std::size_t>(3, database.size()); ++at) {
+                Json title = database[at];
+                if (!title.is_object() || title.value("config_type", Json()) != "txt") {
+                    continue;
+                }
+                title["binary_name"] = "game.exe";
+                title["config_locations"] = {in("one.cfg")};
+                // As text that is UTF-8.
+                title = Json::parse(title.dump(-1, ' ', false, Json::error_handler_t::replace));
+                testing::writeFile(folder / "one.cfg",
+                                   fields.size() > 1 ? fields[1] : fieldsOf(texts[pairs % texts.size()])[0]);
+                compareTexts(title, randomDisplay(recordOf(title).lumaVersion != 0));
+                ASSERT_FALSE(HasFatalFailure()) << corpus << ": " << entry;
+                ++pairs;
+            }
+        }
+    }
+    EXPECT_GT(pairs, 150U);
+    for (const std::string& entry : texts) {
+        const std::vector<std::string> fields = fieldsOf(entry);
+        testing::writeFile(folder / "one.cfg", fields[0]);
+        Json title = randomTitle(false);
+        title["config_locations"] = {in("one.cfg")};
+        title["config_fields"] = {{{"key", "(Width=)(-?\\d+)()"}, {"value", 7}}};
+        compareTexts(title, displayOf({1920, 1080}));
+        ASSERT_FALSE(HasFatalFailure()) << entry;
+    }
+}
+
 TEST_F(AgreementTest, OfRandomRegistryTitles) {
     for (int round = 0; round < 1500; ++round) {
         Json title = randomTitle(true);
