@@ -90,19 +90,28 @@ void compareGeneratedPatterns(GeneratorOptions options, unsigned firstSeed, unsi
     EXPECT_EQ(counts.rejected, 0);
 }
 
-TEST(SettingPatternDifferentialTest, PatternsFindAndReplaceAsTheStandardLibrary) {
+class SettingPatternDifferentialTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+#ifdef _LIBCPP_VERSION
+        GTEST_SKIP() << "the service's patterns follow GCC's library, from which this one differs";
+#endif
+    }
+};
+
+TEST_F(SettingPatternDifferentialTest, PatternsFindAndReplaceAsTheStandardLibrary) {
     compareGeneratedPatterns({}, 0, 20'000);
 }
 
-TEST(SettingPatternDifferentialTest, PatternsWithLookaheadsFindAndReplaceAsTheStandardLibrary) {
+TEST_F(SettingPatternDifferentialTest, PatternsWithLookaheadsFindAndReplaceAsTheStandardLibrary) {
     compareGeneratedPatterns({.lookaheads = true}, 120'000, 20'000);
 }
 
-TEST(SettingPatternDifferentialTest, PatternsWithBackReferencesFindAndReplaceAsTheStandardLibrary) {
+TEST_F(SettingPatternDifferentialTest, PatternsWithBackReferencesFindAndReplaceAsTheStandardLibrary) {
     compareGeneratedPatterns({.lookaheads = true, .backReferences = true}, 200'000, 20'000);
 }
 
-TEST(SettingPatternDifferentialTest, BracketExpressionsHoldTheSameBytesOrAreRejected) {
+TEST_F(SettingPatternDifferentialTest, BracketExpressionsHoldTheSameBytesOrAreRejected) {
     Counts counts;
     for (unsigned seed = 0; seed < 4'000; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
@@ -116,7 +125,7 @@ TEST(SettingPatternDifferentialTest, BracketExpressionsHoldTheSameBytesOrAreReje
     EXPECT_GT(counts.rejected, 500);
 }
 
-TEST(SettingPatternDifferentialTest, RunsOfTokensMeanTheSameOrAreRejected) {
+TEST_F(SettingPatternDifferentialTest, RunsOfTokensMeanTheSameOrAreRejected) {
     Counts counts;
     for (unsigned seed = 0; seed < 40'000; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
@@ -129,7 +138,7 @@ TEST(SettingPatternDifferentialTest, RunsOfTokensMeanTheSameOrAreRejected) {
     EXPECT_GT(counts.rejected, 10'000);
 }
 
-TEST(SettingPatternDifferentialTest, SettingKeysFindAndReplaceAsTheStandardLibrary) {
+TEST_F(SettingPatternDifferentialTest, SettingKeysFindAndReplaceAsTheStandardLibrary) {
     Counts counts;
     for (unsigned seed = 0; seed < 5'000; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
