@@ -14,6 +14,11 @@ else()
     # GCC 12 sees overlaps in std::string's operator+ where there are none.
     $<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wno-restrict>
     $<$<COMPILE_LANGUAGE:C,CXX>:-ffunction-sections -fdata-sections>)
+  # The folder of a build is nothing that its programs' users need, and would make each build another.
+  if(BRISK_SYMBOLS)
+    set(symbols -g "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=brisk" "-ffile-prefix-map=${CMAKE_BINARY_DIR}=brisk/build")
+    target_compile_options(brisk_settings INTERFACE "$<$<COMPILE_LANGUAGE:C,CXX>:${symbols}>")
+  endif()
   if(WIN32)
     target_link_options(brisk_settings INTERFACE
       -static -Wl,--gc-sections -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)

@@ -4,6 +4,10 @@
 function(brisk_program name identity description)
   cmake_parse_arguments(ARG "" "STACK" "" ${ARGN})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
+  if(NOT TARGET programs)
+    add_custom_target(programs)
+  endif()
+  add_dependencies(programs ${name})
   if(NOT WIN32)
     return()
   endif()
@@ -29,7 +33,13 @@ function(brisk_program name identity description)
     -Wl,--major-os-version,10 -Wl,--minor-os-version,0
     -Wl,--major-subsystem-version,10 -Wl,--minor-subsystem-version,0
     -Wl,--no-insert-timestamp
-    $<$<CONFIG:Release>:-s>)
+    $<$<AND:$<CONFIG:Release>,$<NOT:$<BOOL:${BRISK_SYMBOLS}>>>:-s>)
+  if(BRISK_SYMBOLS)
+    add_custom_command(TARGET ${name} POST_BUILD
+      COMMAND ${CMAKE_OBJCOPY} --preserve-dates --only-keep-debug $<TARGET_FILE:${name}> $<TARGET_FILE:${name}>.debug
+      COMMAND ${CMAKE_STRIP} --preserve-dates --strip-all $<TARGET_FILE:${name}>
+      VERBATIM) # Without preserving dates both would write the hour into the header.
+  endif()
   if(ARG_STACK)
     target_link_options(${name} PRIVATE -Wl,--stack,${ARG_STACK})
   endif()
