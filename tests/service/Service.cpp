@@ -1,5 +1,6 @@
 #include "service/Service.h"
 
+#include "support/Places.h"
 #include "support/Processes.h"
 
 #include <stdexcept>
@@ -28,7 +29,7 @@ void waitUntil(const std::string& what, const std::function<bool()>& condition) 
 }
 
 Service::Service(const char* titleDatabase) {
-    std::filesystem::copy_file(BRISK_EXECUTABLE, directory / "brisk.exe");
+    std::filesystem::copy_file(place(BRISK_EXECUTABLE), directory / "brisk.exe");
     if (titleDatabase) {
         writeFile(directory / "titles_db.json", titleDatabase);
     }

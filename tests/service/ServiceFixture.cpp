@@ -1,14 +1,12 @@
 #include "service/ServiceFixture.h"
 
+#include "support/Wine.h"
+
 namespace brisk::testing {
 
 namespace {
 
 constexpr char kStateKey[] = "SOFTWARE\\Orlan";
-
-bool isWine() {
-    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
-}
 
 std::wstring uniqueName() {
     return L"brisk-service-test-" + std::to_wstring(GetCurrentProcessId());
@@ -17,8 +15,8 @@ std::wstring uniqueName() {
 } // namespace
 
 ServiceFixture::ServiceFixture() : record(machine / "toasts.txt"), toasts(uniqueName()) {
-    if (!isWine()) {
-        throw std::runtime_error("service tests run under Wine, in a prefix of their own");
+    if (!needsWine("the service would find the user's own state and notifications")) {
+        return;
     }
     static const bool registered = (standin::registerStandin(), true);
     static_cast<void>(registered);

@@ -9,8 +9,8 @@
 
 namespace brisk::testing {
 
-// A machine on which Brisk has never run, with the notification stand-in installed. Only under Wine: elsewhere the
-// service would find the user's own state.
+// A machine on which Brisk has never run, with the notification stand-in installed. Skips the
+// test where this is not Wine.
 class ServiceFixture : public ::testing::Test {
 protected:
     ServiceFixture();

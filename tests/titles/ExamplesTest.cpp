@@ -2,6 +2,7 @@
 #include "titles/TitleManager.h"
 
 #include "FaultPoints.h"
+#include "support/Places.h"
 #include "support/Sandbox.h"
 
 #include <optional>
@@ -35,13 +36,13 @@ protected:
             return S_OK;
         });
         manager.emplace();
-        EXPECT_TRUE(manager->loadTitlesDatabase(BRISK_EXAMPLES));
+        EXPECT_TRUE(manager->loadTitlesDatabase(toNarrow(testing::place(BRISK_EXAMPLES))));
         manager->setNativeResolution(1920, 1080);
         manager->setResolution(1600, 900);
     }
     ~ExamplesTest() override { faults::reset(); }
 
-    static fs::path example(const std::string& file) { return toPath(BRISK_EXAMPLES) / "games" / file; }
+    static fs::path example(const std::string& file) { return testing::place(BRISK_EXAMPLES) / "games" / file; }
 
     // Copies an example file, as a game on Windows writes it, to its place.
     static void install(const std::string& file, const fs::path& place) {

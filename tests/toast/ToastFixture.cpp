@@ -1,12 +1,16 @@
 #include "toast/ToastFixture.h"
 
+#include "support/Wine.h"
+
 namespace brisk::testing {
 
 namespace {
 
 standin::NotificationStandinControl loadStandin() {
-    static const bool registered = (standin::registerStandin(), true);
-    static_cast<void>(registered);
+    if (needsWine("the notification stand-in is registered for all users")) {
+        static const bool registered = (standin::registerStandin(), true);
+        static_cast<void>(registered);
+    }
     return standin::NotificationStandinControl::inProcess();
 }
 

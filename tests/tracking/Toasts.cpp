@@ -1,20 +1,13 @@
 #include "Toasts.h"
 
+#include "support/Wine.h"
 #include "toast/ToastManager.h"
 
 namespace brisk::testing {
 
-namespace {
-
-bool isWine() {
-    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
-}
-
-} // namespace
-
 Toasts::Toasts() {
-    if (!isWine()) {
-        throw std::runtime_error("these tests run under Wine, in a prefix of their own");
+    if (!needsWine("toasts and the service's shortcut would be the user's own")) {
+        return;
     }
     static const bool registered = (standin::registerStandin(), true);
     static_cast<void>(registered);
@@ -23,6 +16,9 @@ Toasts::Toasts() {
 }
 
 Toasts::~Toasts() {
+    if (!isWine()) {
+        return;
+    }
     ToastManager::instance()->cleanup();
     control.reset();
     SetEnvironmentVariableW(standin::kRecordVariable, nullptr);

@@ -10,8 +10,8 @@
 
 namespace brisk::testing {
 
-// A notification service without any toast while it lives. Only under Wine: elsewhere the service's shortcut would be
-// put into the user's own Start menu.
+// A notification service without any toast while it lives. Skips the test where this is not Wine: the stand-in is
+// registered for all users, and the service's shortcut would be put into the user's own Start menu.
 class Toasts {
 public:
     Toasts();

@@ -1,5 +1,6 @@
 #include "support/fakegame/FakeGame.h"
 
+#include "support/Places.h"
 #include "support/Processes.h"
 
 #include <stdexcept>
@@ -45,11 +46,11 @@ HWND findWindow(DWORD processId) {
 } // namespace
 
 std::filesystem::path FakeGame::executable() {
-    return BRISK_FAKE_GAME;
+    return testing::place(BRISK_FAKE_GAME);
 }
 
 std::filesystem::path FakeGame::plainExecutable() {
-    return BRISK_FAKE_GAME_PLAIN;
+    return testing::place(BRISK_FAKE_GAME_PLAIN);
 }
 
 std::filesystem::path FakeGame::install(const std::filesystem::path& program, const std::filesystem::path& target) {

@@ -1,5 +1,7 @@
 #include "support/kestrel/KestrelStandinControl.h"
 
+#include "support/Places.h"
+
 #include <stdexcept>
 
 #include <windows.h>
@@ -8,7 +10,7 @@ namespace brisk::kestrelstandin {
 
 namespace {
 
-const std::filesystem::path kFolders = KESTREL_STANDIN_FOLDERS;
+const std::filesystem::path kFolders = testing::place(KESTREL_STANDIN_FOLDERS);
 
 } // namespace
 

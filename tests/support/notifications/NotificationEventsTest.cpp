@@ -4,6 +4,7 @@
 
 #include "ChildProcess.h"
 #include "NotificationStandinTest.h"
+#include "support/Places.h"
 
 namespace brisk::standin {
 
@@ -58,7 +59,7 @@ protected:
 };
 
 ProcessResult runTool(const std::wstring& arguments) {
-    return runProcess(L"\"" TOAST_CONTROL L"\" " + arguments);
+    return runProcess(L"\"" + brisk::testing::place(TOAST_CONTROL).native() + L"\" " + arguments);
 }
 
 } // namespace

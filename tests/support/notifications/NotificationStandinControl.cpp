@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "base/WindowsHandles.h"
+#include "support/Places.h"
 
 namespace brisk::standin {
 
@@ -115,7 +116,7 @@ std::string transact(HANDLE pipe, std::string message, milliseconds limit) {
 } // namespace
 
 std::filesystem::path standinDll() {
-    return NOTIFICATION_STANDIN_DLL;
+    return testing::place(NOTIFICATION_STANDIN_DLL);
 }
 
 void registerStandin(const std::filesystem::path& dll) {

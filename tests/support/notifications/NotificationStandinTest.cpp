@@ -1,5 +1,7 @@
 #include "NotificationStandinTest.h"
 
+#include "support/Wine.h"
+
 #include <xmllite.h>
 
 namespace brisk::standin {
@@ -35,15 +37,22 @@ public:
 void NotificationStandinTest::SetUpTestSuite() {
     CoInitializeEx(nullptr, COINIT_MULTITHREADED);
     SetEnvironmentVariableW(kPipeVariable, (L"standin-test-" + std::to_wstring(GetCurrentProcessId())).c_str());
-    registerStandin();
+    if (brisk::testing::isWine()) {
+        registerStandin();
+    }
 }
 
 void NotificationStandinTest::TearDownTestSuite() {
-    unregisterStandin();
+    if (brisk::testing::isWine()) {
+        unregisterStandin();
+    }
     CoUninitialize();
 }
 
 void NotificationStandinTest::SetUp() {
+    if (!brisk::testing::needsWine("the stand-in is registered for all users")) {
+        return;
+    }
     std::filesystem::remove(record);
     SetEnvironmentVariableW(kRecordVariable, record.c_str());
 }
@@ -109,7 +118,7 @@ TEST_F(NotificationStandinTest, RefusesTextThatIsNotWellFormedXml) {
                                 L"\n<?xml version=\"1.0\"?><a/>",
                                 L"<!DOCTYPE a><a/>"};
     for (const wchar_t* xml : refused) {
-        EXPECT_EQ(loadXml(xml), kMalformed) << testing::PrintToString(std::wstring(xml));
+        EXPECT_EQ(loadXml(xml), kMalformed) << ::testing::PrintToString(std::wstring(xml));
     }
 }
 
@@ -122,7 +131,7 @@ TEST_F(NotificationStandinTest, LoadsWellFormedXml) {
                                  L"<a xml:lang='en'><![CDATA[x & y]]><!-- note --></a>",
                                  L"<x:a xmlns:x='urn:x' x:b='1'/>"};
     for (const wchar_t* xml : accepted) {
-        EXPECT_EQ(loadXml(xml), S_OK) << testing::PrintToString(std::wstring(xml));
+        EXPECT_EQ(loadXml(xml), S_OK) << ::testing::PrintToString(std::wstring(xml));
     }
 }
 

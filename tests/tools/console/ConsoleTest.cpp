@@ -2,6 +2,7 @@
 #include "tools/console/Console.h"
 
 #include "base/WindowsHandles.h"
+#include "support/Places.h"
 #include "support/Processes.h"
 
 #include <iostream>
@@ -156,7 +157,7 @@ TEST_F(ConsoleTest, BriskhostNamesAFileBeyondTheCodePage) {
     startup.hStdOutput = screen.get();
     startup.hStdError = screen.get();
     const PROCESS_INFORMATION information = testing::startProcess(
-        BRISK_HOST_PROGRAM, L"briskhost title-info \"C:\\\u0141\u00F3d\u017A.json\"", startup, true);
+        testing::place(BRISK_HOST_PROGRAM), L"briskhost title-info \"C:\\\u0141\u00F3d\u017A.json\"", startup, true);
     CloseHandle(information.hThread);
     const UniqueHandle process(information.hProcess);
     ASSERT_EQ(WaitForSingleObject(process.get(), kLimitMilliseconds), WAIT_OBJECT_0);

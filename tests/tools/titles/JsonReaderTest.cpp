@@ -4,6 +4,8 @@
 #include "tools/titles/FindingOutput.h"
 #include "tools/titles/JsonText.h"
 
+#include "support/Places.h"
+
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -131,7 +133,7 @@ TEST(FindingOutput, ShowsTheSourceLineWithACaretBelowThePlace) {
 }
 
 TEST(DatabaseCheck, FindsNoErrorAndNoWarningInTheExamples) {
-    std::ifstream file(BRISK_EXAMPLES "/titles_db.json", std::ios::binary);
+    std::ifstream file(testing::place(BRISK_EXAMPLES "/titles_db.json"), std::ios::binary);
     const std::string json((std::istreambuf_iterator<char>(file)), {});
     const DatabaseCheck check = checkDatabase(SourceText("titles_db.json", json));
     EXPECT_EQ(check.titles, 5U);

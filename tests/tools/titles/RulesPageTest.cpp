@@ -2,6 +2,8 @@
 #include "tools/titles/DatabaseCheck.h"
 #include "tools/titles/Rules.h"
 
+#include "support/Places.h"
+
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -28,7 +30,7 @@ struct Section {
 };
 
 std::vector<Section> readPage() {
-    std::ifstream file(BRISK_TITLE_RULES);
+    std::ifstream file(testing::place(BRISK_TITLE_RULES));
     std::vector<Section> sections;
     bool isWrong = false;
     Example* open = nullptr;

@@ -1,0 +1,28 @@
+// What tests need that only Wine has: a machine of their own, on which stand-ins may be registered.
+#pragma once
+
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+namespace brisk::testing {
+
+// BRISK_TESTS_WITHOUT_WINE in the environment says no also under Wine, so that the tests' way on Windows can be seen
+// there.
+inline bool isWine() {
+    return GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr &&
+           std::getenv("BRISK_TESTS_WITHOUT_WINE") == nullptr;
+}
+
+// Called in the constructor or in the set-up of a test. Skips the test and answers false where this is not Wine.
+inline bool needsWine(const char* reason) {
+    if (isWine()) {
+        return true;
+    }
+    [reason] { GTEST_SKIP() << "only under Wine: " << reason; }();
+    return false;
+}
+
+} // namespace brisk::testing
