@@ -2,6 +2,10 @@
 # folder `generated`.
 math(EXPR major "${PROJECT_VERSION_MAJOR}")
 math(EXPR minor "${PROJECT_VERSION_MINOR}")
+file(READ "${PROJECT_SOURCE_DIR}/include/BriskHost.h" header)
+if(NOT header MATCHES "VERSION_MAJOR ${major}\n#define BRISK_HOST_VERSION_MINOR ${minor}\n")
+  message(FATAL_ERROR "include/BriskHost.h names another version than ${major}.${minor}")
+endif()
 set(BRISK_FILE_VERSION "${major}.${minor}.0.0")
 string(REPLACE "." "," BRISK_FILE_VERSION_COMMAS "${BRISK_FILE_VERSION}")
 

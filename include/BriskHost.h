@@ -8,6 +8,10 @@
 #ifndef BRISK_HOST_H
 #define BRISK_HOST_H
 
+/* The version of the service that this file came with; all of it holds for later versions, too. */
+#define BRISK_HOST_VERSION_MAJOR 1
+#define BRISK_HOST_VERSION_MINOR 9
+
 /* Class (and name) of the service's hidden top-level window. One service runs per desktop. */
 #define BRISK_WINDOW_CLASS "BriskClass"
 

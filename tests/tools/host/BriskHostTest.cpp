@@ -1,14 +1,14 @@
 // briskhost against a window of the service's class that the test makes itself.
 #include "BriskHost.h"
 #include "base/WindowsHandles.h"
-#include "support/Processes.h"
+#include "support/ConsoleProgram.h"
+#include "support/Places.h"
+#include "tools/host/RecordingWindow.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -22,8 +22,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-constexpr DWORD kLimitMilliseconds = 30'000;
 
 constexpr char kHelp[] =
     "briskhost: tells a running Brisk service what its host would tell it\n"
@@ -41,16 +39,15 @@ constexpr char kHelp[] =
     "Numbers are unsigned 32-bit numbers, decimal or hexadecimal with 0x.\n"
     "Exit code: 0 done, 1 not done (no service is running, for example), 2 wrong usage.\n";
 
-struct Outcome {
-    DWORD exitCode;
-    std::string output;
-    std::string errors;
+class BriskHost : public testing::HostTest {};
 
-    bool operator==(const Outcome&) const = default;
-};
+using testing::hexadecimal;
+using testing::Outcome;
+using testing::received;
+using testing::ServiceWindow;
 
-void PrintTo(const Outcome& outcome, std::ostream* stream) {
-    *stream << "exit code " << outcome.exitCode << "\noutput:\n" << outcome.output << "errors:\n" << outcome.errors;
+Outcome briskhost(const std::wstring& arguments, const std::function<void()>& meanwhile = [] {}) {
+    return testing::runProgram(testing::place(BRISK_HOST_PROGRAM), arguments, meanwhile);
 }
 
 const Outcome kSilentSuccess{0, "", ""};
@@ -59,119 +56,6 @@ const Outcome kNoService{1, "", "briskhost: no service is running\n"};
 Outcome wrongUsage(const std::string& reason) {
     return {2, "", "briskhost: " + reason + "\nTry: briskhost --help\n"};
 }
-
-// One end for the child, one to read here.
-struct Pipe {
-    UniqueHandle readEnd;
-    UniqueHandle writeEnd;
-
-    Pipe() {
-        HANDLE read = nullptr;
-        HANDLE write = nullptr;
-        if (!CreatePipe(&read, &write, nullptr, 1 << 16)) {
-            throw std::runtime_error("CreatePipe failed");
-        }
-        readEnd.reset(read);
-        writeEnd.reset(write);
-        SetHandleInformation(write, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
-    }
-
-    // Everything that was written, with plain line ends. The child has ended.
-    std::string text() {
-        writeEnd.reset();
-        std::string all;
-        char buffer[4096];
-        DWORD count = 0;
-        while (ReadFile(readEnd.get(), buffer, sizeof buffer, &count, nullptr) && count > 0) {
-            all.append(buffer, count);
-        }
-        std::erase(all, '\r');
-        return all;
-    }
-};
-
-void handleMessages() {
-    MSG message;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-        DispatchMessageA(&message);
-    }
-}
-
-// Handles what windows of this thread get until the process has ended, and what it left behind.
-void waitForEnd(HANDLE process) {
-    const ULONGLONG end = GetTickCount64() + kLimitMilliseconds;
-    while (MsgWaitForMultipleObjects(1, &process, FALSE, kLimitMilliseconds, QS_ALLINPUT) != WAIT_OBJECT_0) {
-        if (GetTickCount64() >= end) {
-            TerminateProcess(process, 1);
-            throw std::runtime_error("briskhost did not end");
-        }
-        handleMessages();
-    }
-    handleMessages();
-}
-
-// Runs briskhost; `meanwhile` is called once it has been started.
-Outcome briskhost(const std::wstring& arguments, const std::function<void()>& meanwhile = [] {}) {
-    Pipe output;
-    Pipe errors;
-    STARTUPINFOW startup{};
-    startup.dwFlags = STARTF_USESTDHANDLES;
-    startup.hStdOutput = output.writeEnd.get();
-    startup.hStdError = errors.writeEnd.get();
-    const PROCESS_INFORMATION information =
-        brisk::testing::startProcess(BRISK_HOST_PROGRAM, L"briskhost " + arguments, startup, true, CREATE_NO_WINDOW);
-    CloseHandle(information.hThread);
-    const UniqueHandle process(information.hProcess);
-    meanwhile();
-    waitForEnd(process.get());
-    DWORD exitCode = 0;
-    GetExitCodeProcess(process.get(), &exitCode);
-    return {exitCode, output.text(), errors.text()};
-}
-
-std::string hexadecimal(std::uint64_t number) {
-    std::ostringstream text;
-    text << "0x" << std::hex << number;
-    return text.str();
-}
-
-std::vector<std::string> received;
-
-LRESULT CALLBACK recordMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_COPYDATA) {
-        const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
-        received.push_back("copy data, wParam " + hexadecimal(wParam) + ", tag " + hexadecimal(data->dwData) +
-                           ", bytes [" + std::string(static_cast<const char*>(data->lpData), data->cbData) + "]");
-    } else if (message >= WM_USER && message < 0x8000) {
-        received.push_back("message " + hexadecimal(message) + ", wParam " + hexadecimal(wParam) + ", lParam " +
-                           hexadecimal(static_cast<std::uint64_t>(lParam)));
-    }
-    return DefWindowProcA(window, message, wParam, lParam);
-}
-
-// A hidden window as the service has it; what it gets is in `received`.
-class ServiceWindow {
-public:
-    ServiceWindow() {
-        received.clear();
-        WNDCLASSA windowClass{};
-        windowClass.lpfnWndProc = recordMessage;
-        windowClass.hInstance = GetModuleHandleA(nullptr);
-        windowClass.lpszClassName = BRISK_WINDOW_CLASS;
-        RegisterClassA(&windowClass);
-        window = CreateWindowExA(0, BRISK_WINDOW_CLASS, BRISK_WINDOW_CLASS, WS_DISABLED, CW_USEDEFAULT, CW_USEDEFAULT,
-                                 CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, windowClass.hInstance, nullptr);
-        if (!window) {
-            throw std::runtime_error("no window");
-        }
-    }
-    ServiceWindow(const ServiceWindow&) = delete;
-    ServiceWindow& operator=(const ServiceWindow&) = delete;
-    ~ServiceWindow() { DestroyWindow(window); }
-
-private:
-    HWND window;
-};
 
 UniqueHandle startedEvent(bool set) {
     return UniqueHandle(CreateEventA(nullptr, TRUE, set, BRISK_STARTED_EVENT));
@@ -194,13 +78,13 @@ private:
     std::filesystem::path path;
 };
 
-TEST(BriskHost, AnnouncesAStartedGameByItsGameIdAndItsProcessId) {
+TEST_F(BriskHost, AnnouncesAStartedGameByItsGameIdAndItsProcessId) {
     const ServiceWindow service;
     EXPECT_EQ(briskhost(L"start 42 0x1A4"), kSilentSuccess);
     EXPECT_THAT(received, ElementsAre("message 0x402, wParam 0x2a, lParam 0x1a4"));
 }
 
-TEST(BriskHost, TakesEveryUnsigned32BitNumberInDecimalAndInHexadecimal) {
+TEST_F(BriskHost, TakesEveryUnsigned32BitNumberInDecimalAndInHexadecimal) {
     const ServiceWindow service;
     EXPECT_EQ(briskhost(L"start 0 4294967295"), kSilentSuccess);
     EXPECT_EQ(briskhost(L"start 0XfFfFfFfF 0x0"), kSilentSuccess);
@@ -210,7 +94,7 @@ TEST(BriskHost, TakesEveryUnsigned32BitNumberInDecimalAndInHexadecimal) {
                             "message 0x402, wParam 0xffffffff, lParam 0x0", "message 0x402, wParam 0xa, lParam 0x10"));
 }
 
-TEST(BriskHost, RefusesWhatIsNoUnsigned32BitNumberAndPostsNothing) {
+TEST_F(BriskHost, RefusesWhatIsNoUnsigned32BitNumberAndPostsNothing) {
     const ServiceWindow service;
     for (const std::string text :
          {"-1", "+1", "4294967296", "0x100000000", "0x", "x1", "0x-1", "12a", "1.5", "0xg", "1e3"}) {
@@ -226,7 +110,7 @@ TEST(BriskHost, RefusesWhatIsNoUnsigned32BitNumberAndPostsNothing) {
     EXPECT_THAT(received, IsEmpty());
 }
 
-TEST(BriskHost, ReportsAFinishedGameWithNoughtsOrTheGivenNumbers) {
+TEST_F(BriskHost, ReportsAFinishedGameWithNoughtsOrTheGivenNumbers) {
     const ServiceWindow service;
     EXPECT_EQ(briskhost(L"finish"), kSilentSuccess);
     EXPECT_EQ(briskhost(L"finish 7 0xBEEF"), kSilentSuccess);
@@ -234,7 +118,7 @@ TEST(BriskHost, ReportsAFinishedGameWithNoughtsOrTheGivenNumbers) {
                 ElementsAre("message 0x403, wParam 0x0, lParam 0x0", "message 0x403, wParam 0x7, lParam 0xbeef"));
 }
 
-TEST(BriskHost, PostsTheMessagesWithoutParameters) {
+TEST_F(BriskHost, PostsTheMessagesWithoutParameters) {
     const ServiceWindow service;
     EXPECT_EQ(briskhost(L"patch-all"), kSilentSuccess);
     EXPECT_EQ(briskhost(L"reset"), kSilentSuccess);
@@ -243,7 +127,7 @@ TEST(BriskHost, PostsTheMessagesWithoutParameters) {
                                       "message 0x401, wParam 0x0, lParam 0x0"));
 }
 
-TEST(BriskHost, SendsAFilesBytesAsTitleInformation) {
+TEST_F(BriskHost, SendsAFilesBytesAsTitleInformation) {
     const ServiceWindow service;
     const std::string bytes("{\r\n \"name\": \"M\xC3\xBChle\"\n}\0\x1A\xFF", 26);
     const TemporaryFile file(L"titles M\u00FChle \u661F.json", bytes);
@@ -251,14 +135,14 @@ TEST(BriskHost, SendsAFilesBytesAsTitleInformation) {
     EXPECT_THAT(received, ElementsAre("copy data, wParam 0x404, tag 0x404, bytes [" + bytes + "]"));
 }
 
-TEST(BriskHost, SendsAnEmptyFileAsAnEmptyBlock) {
+TEST_F(BriskHost, SendsAnEmptyFileAsAnEmptyBlock) {
     const ServiceWindow service;
     const TemporaryFile file(L"briskhost-empty.json", "");
     EXPECT_EQ(briskhost(L"title-info " + file.quoted()), kSilentSuccess);
     EXPECT_THAT(received, ElementsAre("copy data, wParam 0x404, tag 0x404, bytes []"));
 }
 
-TEST(BriskHost, SaysWhichTitleInformationItCannotReadAndSendsNothing) {
+TEST_F(BriskHost, SaysWhichTitleInformationItCannotReadAndSendsNothing) {
     const ServiceWindow service;
     EXPECT_EQ(briskhost(L"title-info \"C:\\no such \u661F.json\""),
               (Outcome{1, "", "briskhost: cannot read 'C:\\no such \xE6\x98\x9F.json'\n"}));
@@ -266,7 +150,7 @@ TEST(BriskHost, SaysWhichTitleInformationItCannotReadAndSendsNothing) {
     EXPECT_THAT(received, IsEmpty());
 }
 
-TEST(BriskHost, FailsInEveryMessageWhenNoServiceIsRunning) {
+TEST_F(BriskHost, FailsInEveryMessageWhenNoServiceIsRunning) {
     const TemporaryFile file(L"briskhost-no-service.json", "{}");
     for (const std::wstring& arguments :
          {std::wstring(L"start 42 420"), std::wstring(L"finish"), std::wstring(L"finish 1 2"),
@@ -275,7 +159,7 @@ TEST(BriskHost, FailsInEveryMessageWhenNoServiceIsRunning) {
     }
 }
 
-TEST(BriskHost, TellsWhetherAServiceIsRunning) {
+TEST_F(BriskHost, TellsWhetherAServiceIsRunning) {
     EXPECT_EQ(briskhost(L"status"), (Outcome{1, "No service is running.\n", ""}));
     const ServiceWindow service;
     const DWORD id = GetCurrentProcessId();
@@ -289,13 +173,13 @@ TEST(BriskHost, TellsWhetherAServiceIsRunning) {
     EXPECT_THAT(received, IsEmpty());
 }
 
-TEST(BriskHost, DoesNotWaitWhenTheServiceHasStarted) {
+TEST_F(BriskHost, DoesNotWaitWhenTheServiceHasStarted) {
     const UniqueHandle event = startedEvent(true);
     EXPECT_EQ(briskhost(L"wait"), kSilentSuccess);
     EXPECT_EQ(briskhost(L"wait 0"), kSilentSuccess);
 }
 
-TEST(BriskHost, WaitsUntilTheServiceMakesAndSetsItsEvent) {
+TEST_F(BriskHost, WaitsUntilTheServiceMakesAndSetsItsEvent) {
     UniqueHandle event;
     EXPECT_EQ(briskhost(L"wait", [&] { event = startedEvent(true); }), kSilentSuccess);
     event.reset();
@@ -303,7 +187,7 @@ TEST(BriskHost, WaitsUntilTheServiceMakesAndSetsItsEvent) {
     EXPECT_EQ(briskhost(L"wait 60", [&] { SetEvent(event.get()); }), kSilentSuccess);
 }
 
-TEST(BriskHost, GivesUpWaitingAfterTheGivenSeconds) {
+TEST_F(BriskHost, GivesUpWaitingAfterTheGivenSeconds) {
     EXPECT_EQ(briskhost(L"wait 0"), (Outcome{1, "", "briskhost: the service has not started within 0 s\n"}));
     const UniqueHandle event = startedEvent(false);
     const ULONGLONG begin = GetTickCount64();
@@ -311,11 +195,11 @@ TEST(BriskHost, GivesUpWaitingAfterTheGivenSeconds) {
     EXPECT_GE(GetTickCount64() - begin, 1000U);
 }
 
-TEST(BriskHost, PrintsItsHelp) {
+TEST_F(BriskHost, PrintsItsHelp) {
     EXPECT_EQ(briskhost(L"--help"), (Outcome{0, kHelp, ""}));
 }
 
-TEST(BriskHost, RefusesWrongUsageAndPostsNothing) {
+TEST_F(BriskHost, RefusesWrongUsageAndPostsNothing) {
     const ServiceWindow service;
     EXPECT_EQ(briskhost(L""), wrongUsage("a command is missing"));
     for (const std::string text :

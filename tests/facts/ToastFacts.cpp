@@ -1,0 +1,184 @@
+// Toasts on the screen. Whoever sits there is asked to press and to look; the shortcut that Windows wants for it lies
+// in a folder of its own in the Start menu and is removed in the end.
+#include "Facts.h"
+#include "OwnProcess.h"
+
+#include "toast/ShellShortcut.h"
+#include "toast/WinToast.h"
+
+#include <atomic>
+#include <iostream>
+#include <mutex>
+
+namespace brisk::facts {
+
+namespace {
+
+using namespace WinToastLib;
+
+constexpr wchar_t kName[] = L"Brisk windows-facts";
+constexpr DWORD kPatience = 60'000;
+
+// The first event of a toast.
+struct Event {
+    std::atomic<bool> came = false;
+    std::string text = "nothing within a minute";
+
+    void set(const std::string& what) {
+        if (!came.exchange(true)) {
+            text = what;
+        }
+    }
+    std::string wait(DWORD milliseconds = kPatience) {
+        waitUntil([this] { return came.load(); }, milliseconds);
+        Sleep(100); // the text is written behind the flag
+        return text;
+    }
+};
+
+class Recorder : public IWinToastHandler {
+public:
+    Recorder(Event& pressed, Event& dismissed) : activation(pressed), end(dismissed) {}
+
+    void toastActivated(int actionIndex) override { activation.set("button " + std::to_string(actionIndex)); }
+    void toastActivated() override { activation.set("body"); }
+    void toastDismissed(ToastDismissalReason reason) override {
+        end.set("dismissed " + std::to_string(static_cast<int>(reason)));
+    }
+    void toastFailed() override { end.set("failed"); }
+    void toastCompleted(std::function<void()>) override {}
+
+private:
+    Event& activation;
+    Event& end;
+};
+
+struct Toast {
+    Event activation;
+    Event end;
+    std::int64_t id;
+
+    explicit Toast(const std::wstring& body) {
+        ToastTemplate toast;
+        toast.texts = {L"Brisk windows-facts", L"A question", body};
+        toast.actions = {L"First", L"Second", L"Third"};
+        id = WinToast::instance().showToast(toast, std::make_shared<Recorder>(activation, end));
+    }
+    Toast(const Toast&) = delete;
+    Toast& operator=(const Toast&) = delete;
+    ~Toast() { WinToast::instance().clear(); }
+};
+
+void say(const std::string& text) {
+    std::cout << "  > " << text << std::endl;
+}
+
+bool ask(const std::string& question) {
+    std::cout << "  > " << question << " [y/n] " << std::flush;
+    std::string answer;
+    std::getline(std::cin, answer);
+    return !answer.empty() && (answer[0] == 'y' || answer[0] == 'Y');
+}
+
+// The shortcut and the identity for as long as the program runs.
+class Identity {
+public:
+    Identity() {
+        WinToast& toasts = WinToast::instance();
+        toasts.setAppName(kName);
+        toasts.setCompanyName(kName);
+        toasts.setAppUserModelId(L"Orlan.Brisk.WindowsFacts");
+        isThere = toasts.initialize();
+    }
+    Identity(const Identity&) = delete;
+    Identity& operator=(const Identity&) = delete;
+    ~Identity() {
+        std::wstring path;
+        std::error_code ignored;
+        if (SUCCEEDED(getShortcutPath(kName, kName, path))) {
+            std::filesystem::remove(path, ignored);
+            std::filesystem::remove(std::filesystem::path(path).parent_path(), ignored);
+        }
+    }
+
+    bool isThere = false;
+};
+
+bool hasIdentity() {
+    static const Identity identity;
+    return identity.isThere;
+}
+
+Answer noIdentity() {
+    return cannotTell("the shortcut or the notification classes are not there");
+}
+
+Answer firstToast() {
+    if (!hasIdentity()) {
+        return noIdentity();
+    }
+    const Toast toast(L"This one was shown right after its shortcut was made.");
+    return holdsIf(ask("Did a toast appear?"), toast.id < 0 ? "it was refused" : "it was accepted");
+}
+
+Answer buttons() {
+    if (!hasIdentity()) {
+        return noIdentity();
+    }
+    std::string seen;
+    for (const char* const label : {"First", "Second", "Third"}) {
+        Toast toast(L"Press the button that the console names.");
+        say(std::string("Press \"") + label + "\" on the toast.");
+        seen += (seen.empty() ? "" : ", ") + toast.activation.wait();
+    }
+    return holdsIf(seen == "button 0, button 1, button 2", seen);
+}
+
+Answer body() {
+    if (!hasIdentity()) {
+        return noIdentity();
+    }
+    Toast toast(L"Click here, beside the buttons.");
+    say("Click the toast beside its buttons.");
+    const std::string seen = toast.activation.wait();
+    return holdsIf(seen == "body", seen);
+}
+
+Answer afterDismissal() {
+    if (!hasIdentity()) {
+        return noIdentity();
+    }
+    Toast toast(L"Close this toast by its cross.");
+    say("Close the toast by its cross.");
+    const std::string seen = toast.end.wait();
+    if (seen != "dismissed 0") {
+        return holdsIf(false, seen);
+    }
+    if (!ask("Open the notification centre. Is the toast there?")) {
+        return holdsIf(true, seen + ", not in the notification centre");
+    }
+    say("Press \"Second\" there.");
+    const std::string pressed = toast.activation.wait();
+    return holdsIf(pressed == "button 1", seen + ", kept in the notification centre, " + pressed);
+}
+
+Answer largeToast() {
+    if (!hasIdentity()) {
+        return noIdentity();
+    }
+    Toast toast(std::wstring(6'000, L'x'));
+    const std::string seen = toast.id < 0 ? "refused at once" : toast.end.wait(10'000);
+    return holdsIf(seen == "refused at once" || seen == "failed", seen);
+}
+
+} // namespace
+
+std::vector<Fact> toastFacts() {
+    return {{"toast-first", firstToast},
+            {"toast-buttons", buttons},
+            {"toast-body", body},
+            {"toast-after-dismissal", afterDismissal},
+            {"toast-too-large", largeToast}};
+}
+
+} // namespace brisk::facts
