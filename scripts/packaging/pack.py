@@ -60,12 +60,13 @@ documents = ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", *below("docs", ".md
 examples = below("examples")
 title_examples = [path for path in examples if not path.startswith("examples/host/")]
 images = below("docs/images", ".png")
+schema = "docs/titles_db.schema.json"
 
 # The service and its tools.
 programs = built("build/release")
 finish(f"brisk-{version}-windows-x64.zip", {
-    **programs, **tree_files(title_examples), **tree_files(images), "include/BriskHost.h": read("include/BriskHost.h"),
-    **pages.pages(root, documents, [*title_examples, *images, "include/BriskHost.h"]),
+    **programs, **tree_files(title_examples), **tree_files([*images, schema]), "include/BriskHost.h": read("include/BriskHost.h"),
+    **pages.pages(root, documents, [*title_examples, *images, schema, "include/BriskHost.h"]),
 }, ["windows", "libraries"])
 
 # For those who write a host.
@@ -82,14 +83,15 @@ title_documents = ["docs/title-database.md", "docs/title-rules.md", "docs/text-f
 finish(f"brisktitles-{version}-linux-x64.tar.gz", {
     **{name: read("build/release-linux/" + name) for name in ("brisktitles", "brisklog")
        if os.path.exists(os.path.join(root, "build/release-linux", name))},
-    **tree_files(title_examples), **pages.pages(root, title_documents, title_examples),
+    **tree_files([*title_examples, schema]), **pages.pages(root, title_documents, [*title_examples, schema]),
 }, ["linux", "libraries"])
 
 # The tests, in the folders of the checkout, for a Windows machine.
 selftest = below("build/selftest")
 finish(f"brisk-selftest-{version}.zip", {
     **{os.path.relpath(path, "build/selftest"): read(path) for path in selftest},
-    **tree_files([*title_examples, *host_examples, "docs/title-rules.md", "docs/host-interface.md", "docs/windows-facts.md"]),
+    **tree_files([*title_examples, *host_examples, "docs/title-rules.md", "docs/host-interface.md", "docs/windows-facts.md",
+                  schema, *below("fuzz/corpus")]),
     **pages.pages(root, ["docs/windows-facts.md"]),
 }, ["windows", "libraries", "tests"])
 

@@ -3,6 +3,7 @@
 #include "tools/titles/Preview.h"
 
 #include "base/Log.h"
+#include "support/Places.h"
 #include "support/Sandbox.h"
 #include "titles/TitleManager.h"
 #include "tools/titles/DatabaseTitles.h"
@@ -247,7 +248,7 @@ std::vector<std::string> fieldsOf(const std::string& entry) {
 
 std::vector<std::string> readCorpus(const char* name) {
     std::vector<std::string> entries;
-    for (const auto& file : std::filesystem::directory_iterator(std::filesystem::path(BRISK_CORPUS) / name)) {
+    for (const auto& file : std::filesystem::directory_iterator(testing::place(BRISK_CORPUS) / name)) {
         entries.push_back(testing::readFile(file.path()));
     }
     return entries;

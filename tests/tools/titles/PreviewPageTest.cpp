@@ -1,5 +1,6 @@
 // The second part of docs/title-rules.md: a preview of each section's wrong example finds its rule, that of its right
 // one nothing.
+#include "support/Places.h"
 #include "tools/titles/DatabaseTitles.h"
 #include "tools/titles/PreviewFindings.h"
 #include "tools/titles/ProfileFiles.h"
@@ -33,7 +34,7 @@ void PrintTo(const Section& section, std::ostream* out) {
 }
 
 std::vector<Section> readPage() {
-    std::ifstream page(BRISK_TITLE_RULES);
+    std::ifstream page(testing::place(BRISK_TITLE_RULES));
     std::vector<Section> sections;
     Example* example = nullptr;
     std::string* open = nullptr;

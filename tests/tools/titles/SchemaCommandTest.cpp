@@ -1,3 +1,4 @@
+#include "support/Places.h"
 #include "support/TextFiles.h"
 #include "tools/titles/CommandLine.h"
 #include "tools/titles/Commands.h"
@@ -9,7 +10,7 @@ namespace brisk::workbench {
 namespace {
 
 std::string document() {
-    std::string text = testing::readFile(BRISK_SCHEMA);
+    std::string text = testing::readFile(testing::place(BRISK_SCHEMA));
     std::erase(text, '\r');
     return text;
 }

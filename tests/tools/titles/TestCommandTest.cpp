@@ -2,6 +2,7 @@
 #include "tools/titles/TestCommand.h"
 
 #include "CommandFixture.h"
+#include "support/Places.h"
 
 #include <nlohmann/json.hpp>
 
@@ -34,7 +35,7 @@ protected:
 };
 
 TEST_F(TestCommandTest, ExamplesAreAsTheyAreExpected) {
-    options.folder = BRISK_EXAMPLES;
+    options.folder = testing::place(BRISK_EXAMPLES).string();
     EXPECT_EQ(run(), 0) << printed << complaint;
     EXPECT_THAT(printed, ::testing::EndsWith("5 titles, 23 cases, 0 failures\n"));
 }
