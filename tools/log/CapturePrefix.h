@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace brisk::logbook {
+
+// What viewers of the debugger output put in front of a line.
+struct CapturePrefix {
+    std::string_view time;                  // a clock's, a date's and a clock's, or seconds; may be empty
+    std::optional<std::uint32_t> processId; // in brackets, or a number behind the time
+    bool isQuoted = false;                  // the line stands between quotation marks
+};
+
+CapturePrefix readCapturePrefix(std::string_view text);
+
+} // namespace brisk::logbook

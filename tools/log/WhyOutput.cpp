@@ -1,0 +1,22 @@
+#include "tools/log/WhyOutput.h"
+
+namespace brisk::logbook {
+
+void WhyOutput::onGame(const Session& session, const Game& game) {
+    if (selection.includes(session.number) && selection.includes(game, database)) {
+        offers += isOffered(game) ? 1U : 0U;
+        printGame(session, game);
+    }
+}
+
+void WhyOutput::onSession(const Session& session) {
+    if (selection.includes(session.number)) {
+        printSession(session);
+    }
+}
+
+void WhyOutput::print(const std::string& text) {
+    out << (isRedacting ? redaction.apply(text) : text);
+}
+
+} // namespace brisk::logbook

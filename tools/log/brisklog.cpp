@@ -1,0 +1,67 @@
+// brisklog: reads the service's log for those who support its users.
+#include "tools/console/Program.h"
+#include "tools/log/ReportCommand.h"
+#include "tools/log/WhyOptions.h"
+
+#include <CLI/CLI.hpp>
+
+namespace {
+
+using namespace brisk::logbook;
+
+void addWhy(CLI::App& app, WhyOptions& why, std::uint64_t& session) {
+    CLI::App* command = app.add_subcommand("why", "why a game got an offer, or none");
+    command->add_option("LOG", why.logs, "logs of the service, or captures of the debugger output")->required();
+    CLI::Option* number =
+        command->add_option("--session", session, "only this session, counted from 1 through all the logs")
+            ->type_name("N");
+    command->add_flag("--last", why.isLastOnly, "only the last session")->excludes(number);
+    command->add_option("--game", why.selection.game, "only games of this id or name")->type_name("ID|NAME");
+    command->add_option("--database", why.database, "the service's title database, to compare with")->type_name("FILE");
+    command->add_flag("--redact", why.redacts, "take user names out of paths");
+    command->add_option("--format", why.format, "text or json")
+        ->check(CLI::IsMember({"text", "json"}))
+        ->capture_default_str();
+    command->footer("Exit codes: 0 an offer was made, 1 none, 2 unreadable or wrong usage, 3 no session in it.\n"
+                    "Examples:\n"
+                    "  brisklog why brisk.log\n"
+                    "  brisklog why --last --game 1001 --database titles_db.json brisk.log\n"
+                    "  brisklog why --redact --format json brisk.log > verdicts.json\n"
+                    "docs/log.md explains every line of a log.");
+}
+
+void addReport(CLI::App& app, ReportOptions& report) {
+    CLI::App* command = app.add_subcommand("report", "the same as one page to look at in a browser");
+    command->add_option("LOG", report.log, "a log of the service, or a capture of the debugger output")->required();
+    command->add_option("-o,--output", report.output, "the page")->type_name("FILE")->capture_default_str();
+    command->add_flag("--redact", report.redacts, "take user names out of paths");
+    command->footer("Exit codes: 0 an offer was made, 1 none, 2 unreadable or wrong usage, 3 no session in it.\n"
+                    "Example:\n"
+                    "  brisklog report --redact brisk.log -o report.html");
+}
+
+int run(int argc, char** argv, const brisk::Console& console) {
+    CLI::App program("Tells from the service's log why a game got an offer, or none.", "brisklog");
+    WhyOptions why;
+    std::uint64_t session = 0;
+    addWhy(program, why, session);
+    ReportOptions report;
+    addReport(program, report);
+    if (const auto exitCode = brisk::readCommandLine(program, argc, argv)) {
+        return *exitCode;
+    }
+    if (program.got_subcommand("report")) {
+        return runReport(report);
+    }
+    if (program.get_subcommand("why")->count("--session") > 0) {
+        why.selection.session = session;
+    }
+    why.hasColours = wantsColours(console);
+    return runWhy(why);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    return brisk::runProgram("brisklog", [&](const brisk::Console& console) { return run(argc, argv, console); });
+}
