@@ -13,6 +13,7 @@ int run(int argc, char** argv, const brisk::Console& console) {
     const bool hasColours = wantsColours(console);
     int exitCode = 0;
     addCheckCommand(program, exitCode, hasColours);
+    addNewCommand(program, exitCode);
     addPreviewCommand(program, exitCode, hasColours);
     addSchemaCommand(program, exitCode);
     addTestCommand(program, exitCode, hasColours);

@@ -1,0 +1,97 @@
+#include "support/TextFiles.h"
+#include "tools/titles/CommandLine.h"
+#include "tools/titles/Commands.h"
+#include "tools/titles/ExecutableSample.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+namespace brisk::workbench {
+namespace {
+
+namespace fs = std::filesystem;
+
+class NewCommandTest : public ::testing::Test {
+protected:
+    NewCommandTest() { fs::remove_all(folder); }
+    ~NewCommandTest() override { fs::remove_all(folder); }
+
+    std::string write(const std::string& name, const std::string& bytes) const {
+        testing::writeFile(folder / name, bytes);
+        return (folder / name).generic_string();
+    }
+
+    const fs::path folder = fs::temp_directory_path() / "brisk-new-command";
+};
+
+constexpr char kNoId[] = "brisktitles: fill in \"id\", the game id under which the host announces the game\n";
+constexpr char kNoFields[] = "brisktitles: fill in \"config_fields\": `brisktitles key --file FILE:LINE` proposes a "
+                             "setting's key\n";
+
+TEST_F(NewCommandTest, TitleHasNamesCompanyAndPlace) {
+    const std::string game = write("Harbour/Orchard.exe", executableWith({{0x0409, versionResource(commonVersion())}}));
+    const std::string settings = write("Users/Me/AppData/Local/Glass Orchard/Settings.ini", "[A]\nLanguage=en\n");
+    EXPECT_EQ(runCommand(addNewCommand, {"new", "--exe", game, "--file", settings}),
+              (Answer{0,
+                      "{\n"
+                      "  \"id\": null,\n"
+                      "  \"config_type\": \"txt\",\n"
+                      "  \"title_name\": \"Glass Orchard\",\n"
+                      "  \"publisher\": \"Tallow & Reed\",\n"
+                      "  \"binary_name\": \"Orchard.exe\",\n"
+                      "  \"config_locations\": [ \"%LOCALAPPDATA%\\\\Glass Orchard\\\\Settings.ini\" ],\n"
+                      "  \"config_fields\": []\n"
+                      "}\n",
+                      std::string(kNoId) + kNoFields}));
+}
+
+TEST_F(NewCommandTest, WithoutFilesThereIsAnEmptyTitle) {
+    EXPECT_EQ(runCommand(addNewCommand, {"new"}), (Answer{0,
+                                                          "{\n"
+                                                          "  \"id\": null,\n"
+                                                          "  \"config_type\": \"txt\",\n"
+                                                          "  \"title_name\": \"\",\n"
+                                                          "  \"publisher\": \"\",\n"
+                                                          "  \"binary_name\": \"\",\n"
+                                                          "  \"config_locations\": [],\n"
+                                                          "  \"config_fields\": []\n"
+                                                          "}\n",
+                                                          std::string(kNoId) + kNoFields}));
+}
+
+TEST_F(NewCommandTest, NotesTellWhatTheAuthorHasToLookAt) {
+    SampleVersion version = commonVersion();
+    version.languages[0].texts = {{"OriginalFilename", u"shipping.exe"}, {"ProductName", u"Gl\u00E4ser & Co\u2122 "}};
+    const std::string game = write("Game.exe", executableWith({{0x0409, versionResource(version)}}));
+    const Answer answer = runCommand(addNewCommand, {"new", "--exe", game, "--format", "json"});
+    EXPECT_EQ(answer.code, 0);
+    EXPECT_EQ(answer.error, "");
+    const auto json = nlohmann::json::parse(answer.out);
+    EXPECT_EQ(json["title"]["title_name"], "Gl\xC3\xA4ser & Co");
+    EXPECT_EQ(json["title"]["publisher"], "");
+    EXPECT_EQ(
+        json["notes"],
+        (nlohmann::json{
+            "fill in \"id\", the game id under which the host announces the game",
+            "a notification cannot show \"title_name\" as it is: write it in plain ASCII without '&' and '<'",
+            "the executable has no company name: it matches whatever \"publisher\" is",
+            "the executable was once named \"shipping.exe\": \"binary_name\" is the name under which the game runs",
+            "fill in \"config_fields\": `brisktitles key --file FILE:LINE` proposes a setting's key"}));
+}
+
+TEST_F(NewCommandTest, WhatCannotBeReadEndsInAMessage) {
+    const std::string text = write("Game.exe", "#!/bin/sh\n");
+    EXPECT_EQ(runCommand(addNewCommand, {"new", "--exe", text}),
+              (Answer{2, "", "brisktitles: cannot take " + text + ": it is no Windows executable\n"}));
+    EXPECT_EQ(runCommand(addNewCommand, {"new", "--file", "no such file"}),
+              (Answer{2, "", "brisktitles: cannot read no such file\n"}));
+    EXPECT_EQ(runCommand(addNewCommand, {"new", "more"}).code, 2);
+}
+
+TEST_F(NewCommandTest, HelpHasExamples) {
+    EXPECT_THAT(runCommand(addNewCommand, {"new", "--help"}).out,
+                ::testing::HasSubstr("Examples:\n  brisktitles new --exe "));
+}
+
+} // namespace
+} // namespace brisk::workbench
