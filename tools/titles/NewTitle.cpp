@@ -1,6 +1,10 @@
 #include "tools/titles/NewTitle.h"
 
+#include "tools/titles/KeyProposal.h"
+#include "tools/titles/SettingPlace.h"
 #include "tools/titles/SettingsLocation.h"
+#include "tools/titles/TextMode.h"
+#include "tools/titles/ValueForm.h"
 #include "tools/titles/VersionStrings.h"
 
 #include <algorithm>
@@ -63,6 +67,36 @@ void addExecutable(const NewTitleSources& sources, NewTitle& result) {
     }
 }
 
+// The screen's width and height, wherever the settings have them.
+void addFields(const NewTitleSources& sources, NewTitle& result) {
+    constexpr std::size_t kMostFields = 12;
+    const std::string text = readAsText(sources.settings);
+    const auto isNumber = [&text](std::size_t begin, std::size_t end, std::size_t leastDigits) {
+        return end - begin >= leastDigits &&
+               kindOf(std::string_view(text).substr(begin, end - begin)) == ValueKind::number;
+    };
+    std::vector<SettingPlace> places;
+    for (const SettingPlace& place : findSettings(text, [](const std::string& name, std::size_t, std::size_t) {
+             return dimensionOf(name) || isScreenName(name);
+         })) {
+        if (dimensionOf(place.name) && isNumber(place.begin, place.end, 3)) {
+            places.push_back(place);
+            continue;
+        }
+        for (const SettingPlace& part : partsOf(text, place)) {
+            if (part.name.ends_with(" width") || part.name.ends_with(" height")) {
+                places.push_back(part);
+            }
+        }
+    }
+    for (const SettingPlace& place : places) {
+        const auto proposal = proposeKey(text, place, std::nullopt);
+        if (proposal && result.title["config_fields"].size() < kMostFields) {
+            result.title["config_fields"].push_back(proposal->field);
+        }
+    }
+}
+
 void addSettings(const NewTitleSources& sources, NewTitle& result) {
     const std::string gameFolder = sources.executablePath.substr(0, separatorOf(sources.executablePath));
     const std::string location = guessLocation(sources.settingsPath, gameFolder);
@@ -72,6 +106,7 @@ void addSettings(const NewTitleSources& sources, NewTitle& result) {
     } else {
         result.title["config_locations"].push_back(location);
     }
+    addFields(sources, result);
 }
 
 } // namespace

@@ -12,7 +12,10 @@ int run(int argc, char** argv, const brisk::Console& console) {
 
     const bool hasColours = wantsColours(console);
     int exitCode = 0;
+    addBuildCommand(program, exitCode, hasColours);
     addCheckCommand(program, exitCode, hasColours);
+    addDiffCommand(program, exitCode);
+    addKeyCommand(program, exitCode);
     addNewCommand(program, exitCode);
     addPreviewCommand(program, exitCode, hasColours);
     addSchemaCommand(program, exitCode);

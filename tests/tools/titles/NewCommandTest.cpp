@@ -45,6 +45,28 @@ TEST_F(NewCommandTest, TitleHasNamesCompanyAndPlace) {
                       std::string(kNoId) + kNoFields}));
 }
 
+TEST_F(NewCommandTest, ScreensWidthAndHeightAreProposedAsFields) {
+    const std::string settings = write("AppData/Roaming/G/a.ini", "[A]\r\nScreenWidth=1280\r\nScreenHeight=720\r\n"
+                                                                  "ShadowMapWidth=2048\r\nResolution=1280x720\r\n");
+    EXPECT_EQ(runCommand(addNewCommand, {"new", "--file", settings}),
+              (Answer{0,
+                      "{\n"
+                      "  \"id\": null,\n"
+                      "  \"config_type\": \"txt\",\n"
+                      "  \"title_name\": \"\",\n"
+                      "  \"publisher\": \"\",\n"
+                      "  \"binary_name\": \"\",\n"
+                      "  \"config_locations\": [ \"%APPDATA%\\\\G\\\\a.ini\" ],\n"
+                      "  \"config_fields\": [\n"
+                      "    { \"key\": \"(\\\\nScreenWidth=)(\\\\d+)()\", \"meta\": \"width\", \"value\": 0 },\n"
+                      "    { \"key\": \"(\\\\nScreenHeight=)(\\\\d+)()\", \"meta\": \"height\", \"value\": 0 },\n"
+                      "    { \"key\": \"(\\\\nResolution=)(\\\\d+)(x)\", \"meta\": \"width\", \"value\": 0 },\n"
+                      "    { \"key\": \"(\\\\nResolution=\\\\d+x)(\\\\d+)()\", \"meta\": \"height\", \"value\": 0 }\n"
+                      "  ]\n"
+                      "}\n",
+                      kNoId}));
+}
+
 TEST_F(NewCommandTest, WithoutFilesThereIsAnEmptyTitle) {
     EXPECT_EQ(runCommand(addNewCommand, {"new"}), (Answer{0,
                                                           "{\n"

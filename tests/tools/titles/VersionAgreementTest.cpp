@@ -32,7 +32,7 @@ INSTANTIATE_TEST_SUITE_P(Samples, VersionAgreementTest,
                                            "no-translation-table", "no-version-resource", "non-ascii",
                                            "several-translations", "upper-case-block"));
 
-TEST(VersionAgreementTest, TheServiceReadsWhatTheTestsMake) {
+TEST(VersionSampleTest, TheServiceReadsWhatTheTestsMake) {
     const testing::TemporaryFolder folder;
     const auto expectFor = [&](const std::string& executable) {
         testing::writeFile(folder / "Game.exe", executable);
