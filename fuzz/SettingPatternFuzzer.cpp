@@ -2,6 +2,7 @@
 #include "fuzz/StandardPatterns.h"
 #include "pattern/SettingPattern.h"
 
+#include <algorithm>
 #include <new>
 #include <optional>
 #include <regex>
@@ -17,6 +18,22 @@ struct Case {
     std::string text;
     std::string format;
 };
+
+// A search passes over places where no match can begin. A pattern that must match at one given place is not searched
+// for: it tells whether there is a match at any of the first places before the one that was found, and at that one.
+void checkPlaces(const SettingPattern& pattern, const Case& input) {
+    std::size_t tried = 0;
+    const auto match = pattern.search(input.text, &tried);
+    fuzzing::require(tried <= input.text.size() + 1, "no place is tried twice");
+    const std::size_t found =
+        match ? static_cast<std::size_t>(match->front().data() - input.text.data()) : input.text.size() + 1;
+    constexpr std::size_t kPlaces = 8;
+    for (std::size_t place = 0; place < std::min(kPlaces, found + 1) && place <= input.text.size(); ++place) {
+        const SettingPattern there("^[^]{" + std::to_string(place) + "}(?:" + input.pattern + ")");
+        fuzzing::requireEqual(there.search(input.text).has_value(), place == found,
+                              "whether a match begins at a place");
+    }
+}
 
 // The matches are parts of the text, and replacing each by itself changes nothing.
 void checkAlone(const SettingPattern& pattern, const Case& input) {
@@ -74,6 +91,7 @@ void checkCase(const Case& input) {
     try {
         pattern.emplace(input.pattern);
         checkAlone(*pattern, input);
+        checkPlaces(*pattern, input);
     } catch (const std::regex_error&) {
         // A pattern that is none, or a search that was given up.
     } catch (const std::bad_alloc&) {

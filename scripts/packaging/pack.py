@@ -14,7 +14,6 @@ root, dist, version, commit, moment = sys.argv[1:]
 moment = int(moment)
 created = time.strftime("%Y-%m-%dT%H:%M:%SZ", time.gmtime(moment))
 sources = parts.all_sources(root)
-boost_headers = parts.used_boost_headers(os.path.join(root, "build/release"))
 
 
 def read(path):
@@ -44,7 +43,7 @@ def finish(name, files, kinds):
     """Adds the notices and the bill of materials, and writes the archive."""
     if kinds:
         used = parts.linked(kinds, sources)
-        notices = parts.notices(used, boost_headers)
+        notices = parts.notices(used)
         files["NOTICES.txt"] = crlf(notices) if name.endswith(".zip") else notices
         base = name.removesuffix(".zip").removesuffix(".tar.gz")
         files[base + ".spdx.json"] = parts.bill(base, version, commit, created, used, files)

@@ -1,10 +1,8 @@
 """What is linked into the programs, from the packages that it was built with: notices, and a bill of materials."""
 
-import fnmatch
 import hashlib
 import json
 import os
-import re
 import subprocess
 
 # Packages that may bring it, what it is, its licence by the name that SPDX gives it. The notices have the packages' own
@@ -16,7 +14,6 @@ LINKED = {
     ],
     "linux": [(["libstdc++-*-dev"], "GCC's runtime: libstdc++, libgcc", "GPL-3.0-or-later WITH GCC-exception-3.1")],
     "libraries": [
-        (["libboost-dev", "libboost1.*-dev"], "Boost: regular expressions (headers)", "BSL-1.0"),
         (["nlohmann-json3-dev"], "JSON for Modern C++ (headers)", "MIT"),
         (["libcli11-dev"], "CLI11: command lines of the tools (headers)", "BSD-3-Clause"),
         (["libdtl-dev"], "dtl: differences of texts (headers)", "BSD-3-Clause"),
@@ -31,8 +28,6 @@ def installed(patterns):
         result = subprocess.run(["dpkg-query", "-W", "-f", "${db:Status-Status} ${Package} ${Version}\n", pattern],
                                 capture_output=True, text=True)
         found = [line.split()[1:] for line in result.stdout.splitlines() if line.startswith("installed ")]
-        # A default package only points to the one of a version.
-        found = [(package, version) for package, version in found if not (package == "libboost-dev")] or found
         if found:
             return sorted(found, key=lambda entry: [int(part) if part.isdigit() else 0 for part in
                                                     entry[1].replace("-", ".").split(".")])[-1]
@@ -53,48 +48,12 @@ def linked(kinds, sources):
     return parts
 
 
-def used_boost_headers(build):
-    """What the programs of a build include of Boost, as boost/..."""
-    lines = subprocess.run(["ninja", "-C", build, "-t", "deps"], check=True, capture_output=True, text=True).stdout
-    return sorted(set(re.findall(r"deps/boost/(boost/\S+)", lines)))
-
-
-def boost_notice(copyright, headers):
-    """Of the notice for all of Boost, the paragraphs about these headers, and the licences they name."""
-    paragraphs = re.split(r"\n\s*\n", copyright)
-    about = []
-    for paragraph in paragraphs:
-        files = re.search(r"^Files:(.*?)^Copyright:", paragraph, re.S | re.M)
-        about.append(files[1].split() if files else [])
-
-    def covers(pattern, header):
-        library = re.match(r"libs/([^/]*)/(include/)?(.*)", pattern)
-        if not library:
-            return pattern == "*"
-        if library[2]:
-            return fnmatch.fnmatch(header, library[3])
-        return library[3] == "*" and re.match(rf"boost/{re.escape(library[1])}\b", header)
-
-    # The last paragraph that covers a file is the one that counts.
-    chosen = {max(index for index, patterns in enumerate(about) if any(covers(pattern, header) for pattern in patterns))
-              for header in headers}
-    names = set()
-    for index in chosen:
-        names |= set(re.search(r"^License: *(.*)$", paragraphs[index], re.M)[1].replace(" and ", " ").split())
-    licences = [index for index, paragraph in enumerate(paragraphs)
-                if not about[index] and (found := re.match(r"License: *(\S+)", paragraph)) and found[1] in names]
-    return "\n\n".join(paragraphs[index] for index in [*sorted(chosen), *licences])
-
-
-def notices(parts, boost_headers):
+def notices(parts):
     text = ["Brisk contains parts made by others. What their packages say of authors and licences follows.\n"
             "For Brisk itself no licence has been chosen.\n"]
     for package, version, what, _ in parts:
         with open(f"/usr/share/doc/{package}/copyright", encoding="utf-8", errors="replace") as file:
             copyright = file.read()
-        if package.startswith("libboost"):
-            what += "; the paragraphs about the headers that were used"
-            copyright = boost_notice(copyright, boost_headers)
         text.append(f"{'=' * 100}\n{what}\nfrom the Debian package {package} {version}\n{'=' * 100}\n\n{copyright}")
     return "\n".join(text).encode()
 

@@ -12,10 +12,10 @@ namespace {
 namespace codes = std::regex_constants;
 using Kind = PatternNode::Kind;
 
-// Boost.Regex compiles nested groups recursively. Settings need two or three levels.
+// PatternProgram is made recursively. Settings need two or three levels.
 constexpr std::size_t kMaximumNesting = 200;
 
-// Boost.Regex takes some group numbers from 9999 on for something else.
+// Settings need three.
 constexpr std::size_t kMaximumGroups = 9000;
 
 constexpr std::size_t kMaximumRepetitions = std::numeric_limits<int>::max();

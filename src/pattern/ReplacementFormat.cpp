@@ -1,7 +1,5 @@
 #include "pattern/ReplacementFormat.h"
 
-#include <cstddef>
-
 namespace brisk {
 
 namespace {
@@ -12,45 +10,71 @@ bool isDigit(char byte) {
 
 } // namespace
 
-void appendReplacement(std::string& output, std::string_view format, const std::vector<std::string_view>& groups,
-                       std::string_view before, std::string_view after) {
+ReplacementFormat::ReplacementFormat(std::string_view format) {
     while (!format.empty()) {
         const std::size_t dollar = format.find('$');
-        output += format.substr(0, dollar);
+        if (dollar != 0) {
+            pieces.push_back({Piece::Kind::text, format.substr(0, dollar)});
+        }
         if (dollar == std::string_view::npos) {
             return;
         }
-        format.remove_prefix(dollar + 1);
-
-        const char selector = format.empty() ? '\0' : format.front();
-        if (isDigit(selector)) {
-            const std::size_t digits = format.size() > 1 && isDigit(format[1]) ? 2 : 1;
-            std::size_t number = 0;
-            for (const char digit : format.substr(0, digits)) {
-                number = number * 10 + static_cast<std::size_t>(digit - '0');
-            }
-            output += number < groups.size() ? groups[number] : std::string_view();
-            format.remove_prefix(digits);
-            continue;
+        format.remove_prefix(dollar);
+        const std::size_t length = readReference(format.substr(1));
+        if (length == 0) {
+            pieces.push_back({Piece::Kind::text, format.substr(0, 1)});
         }
-        switch (selector) {
-        case '&':
-            output += groups.front();
+        format.remove_prefix(1 + length);
+    }
+}
+
+// Answers how many bytes behind the dollar sign belong to it.
+std::size_t ReplacementFormat::readReference(std::string_view behindDollar) {
+    const char selector = behindDollar.empty() ? '\0' : behindDollar.front();
+    if (isDigit(selector)) {
+        const std::size_t digits = behindDollar.size() > 1 && isDigit(behindDollar[1]) ? 2 : 1;
+        std::size_t number = 0;
+        for (const char digit : behindDollar.substr(0, digits)) {
+            number = number * 10 + static_cast<std::size_t>(digit - '0');
+        }
+        pieces.push_back({Piece::Kind::group, {}, number});
+        return digits;
+    }
+    switch (selector) {
+    case '&':
+        pieces.push_back({Piece::Kind::group, {}, 0});
+        return 1;
+    case '`':
+        pieces.push_back({Piece::Kind::before, {}});
+        return 1;
+    case '\'':
+        pieces.push_back({Piece::Kind::after, {}});
+        return 1;
+    case '$':
+        pieces.push_back({Piece::Kind::text, behindDollar.substr(0, 1)});
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+void ReplacementFormat::append(std::string& output, const std::vector<std::string_view>& groups,
+                               std::string_view before, std::string_view after) const {
+    for (const Piece& piece : pieces) {
+        switch (piece.kind) {
+        case Piece::Kind::text:
+            output += piece.text;
             break;
-        case '`':
+        case Piece::Kind::group:
+            output += piece.group < groups.size() ? groups[piece.group] : std::string_view();
+            break;
+        case Piece::Kind::before:
             output += before;
             break;
-        case '\'':
+        case Piece::Kind::after:
             output += after;
             break;
-        case '$':
-            output += '$';
-            break;
-        default:
-            output += '$';
-            continue;
         }
-        format.remove_prefix(1);
     }
 }
 

@@ -10,6 +10,8 @@
 
 namespace brisk {
 
+class PatternSearch;
+
 // A compiled ECMAScript regular expression for settings in a game's configuration text. It reads patterns and formats
 // as std::regex, std::regex_search and std::regex_replace do by default, but neither the length of a text nor a
 // hopeless pattern harms it: a search is given up with an exception after a fixed amount of work or memory, and the
@@ -28,8 +30,9 @@ public:
     // is an element for every group of the pattern. The elements are parts of the searched text.
     using Match = std::vector<std::string_view>;
 
-    // The first match in text. Throws std::regex_error when the search is given up.
-    std::optional<Match> search(std::string_view text) const;
+    // The first match in text. Throws std::regex_error when the search is given up. Counts at how many places of the
+    // text the pattern was tried, where that is asked for: a search goes straight to those that matter.
+    std::optional<Match> search(std::string_view text, std::size_t* placesTried = nullptr) const;
 
     // The matches that replace() replaces, one after the other: every one if the function answers true each time.
     // Throws std::regex_error when a search is given up.
@@ -40,8 +43,7 @@ public:
     std::string replace(std::string_view text, std::string_view format) const;
 
 private:
-    struct Compiled;
-    std::unique_ptr<const Compiled> compiled;
+    std::unique_ptr<const PatternSearch> compiled;
 };
 
 } // namespace brisk

@@ -74,6 +74,10 @@ TEST(SettingPatternLimitsTest, HopelessSearchIsGivenUpAsSoonOnALargeText) {
     expectGivenUp("(a+)+$", std::string(773'000, 'a') + 'b', std::regex_constants::error_complexity);
 }
 
+TEST(SettingPatternLimitsTest, BytesThatAreLookedThroughAgainAndAgainCount) {
+    expectGivenUp(R"(a[^]*[^]*[^]*;b\d)", std::string(773'000, 'a') + ";bx", std::regex_constants::error_complexity);
+}
+
 TEST(SettingPatternLimitsTest, SearchThatNeedsTooMuchMemoryIsGivenUp) {
     expectGivenUp("(?:(a)|(a))*b", std::string(50'000'000, 'a'), std::regex_constants::error_stack);
 }

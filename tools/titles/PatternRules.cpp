@@ -265,9 +265,9 @@ private:
             break;
         case PatternCost::Kind::leading:
             add(Severity::Warning, "pattern-cost", cost.span,
-                "a key that begins with \"anything\" is tried at every place of the file, and given up in a large one, "
-                "which ends "
-                "the service; leave it away or put '^' in front");
+                "a key that begins with \"anything\" changes the settings behind the first one, too, and a search may "
+                "be "
+                "tried at every place of the file; leave it away or put '^' in front");
             break;
         }
     }

@@ -1,0 +1,280 @@
+#include "pattern/PatternProgram.h"
+
+#include "pattern/PatternLengths.h"
+
+#include <optional>
+#include <utility>
+
+namespace brisk {
+
+namespace {
+
+using Kind = PatternStep::Kind;
+constexpr std::size_t unbounded = PatternNode::unbounded;
+
+// Up to here rounds that match nothing are counted like all others, as std::regex does, which lays out each of them.
+constexpr std::size_t kCountedEmptyRounds = 100'000;
+
+PossibleBytes operator|(const PossibleBytes& left, const PossibleBytes& right) {
+    return {left.bytes | right.bytes, left.canBeNone || right.canBeNone};
+}
+
+// Makes the steps from the end of the pattern to its beginning: what follows a step is there already.
+class Builder {
+public:
+    explicit Builder(const PatternTree& all) : tree(all), lengths(lengthsOf(all)), first(firstBytesOf(all, lengths)) {
+        program.texts = tree.texts;
+        program.groupCount = tree.groupCount;
+        program.registerCount = 2 * (tree.groupCount + 1);
+        program.steps.reserve(2 * tree.nodes.size());
+    }
+
+    PatternProgram build() {
+        PatternStep end{Kind::match};
+        end.possible = {ByteSet().set(), true};
+        program.steps.push_back(end);
+        program.start = alternatives(0, 0);
+        return std::move(program);
+    }
+
+private:
+    const PossibleBytes& possibleAt(std::uint32_t step) const { return program.steps[step].possible; }
+
+    std::uint32_t add(const PatternStep& step) {
+        program.steps.push_back(step);
+        return static_cast<std::uint32_t>(program.steps.size() - 1);
+    }
+
+    // A step that takes no byte itself.
+    std::uint32_t add(Kind kind, std::uint32_t next, std::size_t number = 0) {
+        PatternStep step{kind};
+        step.next = next;
+        step.number = static_cast<std::uint32_t>(number);
+        step.possible = possibleAt(next);
+        return add(step);
+    }
+
+    std::uint32_t newRegister() { return static_cast<std::uint32_t>(program.registerCount++); }
+
+    // Each of these gives the step with which the node begins.
+    std::uint32_t part(std::size_t index, std::uint32_t next) {
+        const PatternNode& node = tree.nodes[index];
+        switch (node.kind) {
+        case PatternNode::Kind::text:
+            return text(node, next);
+        case PatternNode::Kind::set:
+            return set(tree.setOf(node), next);
+        case PatternNode::Kind::textBegin:
+            return add(Kind::textBegin, next);
+        case PatternNode::Kind::textEnd: {
+            const std::uint32_t step = add(Kind::textEnd, next);
+            program.steps[step].possible = {{}, true};
+            return step;
+        }
+        case PatternNode::Kind::wordBoundary:
+            return add(Kind::wordBoundary, next);
+        case PatternNode::Kind::noWordBoundary:
+            return add(Kind::noWordBoundary, next);
+        case PatternNode::Kind::backReference: {
+            program.hasBackReferences = true;
+            const std::uint32_t step = add(Kind::backReference, next, node.number);
+            program.steps[step].possible = {ByteSet().set(), true};
+            return step;
+        }
+        case PatternNode::Kind::repetition:
+            return repetition(index, next);
+        case PatternNode::Kind::group:
+            return group(index, next);
+        case PatternNode::Kind::lookahead:
+        case PatternNode::Kind::negativeLookahead:
+            return lookahead(index, next);
+        case PatternNode::Kind::sequence:
+            break;
+        }
+        return sequence(index, next);
+    }
+
+    std::uint32_t text(const PatternNode& node, std::uint32_t next) {
+        PatternStep step{Kind::text};
+        step.next = next;
+        step.minimum = node.number;
+        step.maximum = node.maximum;
+        step.possible.bytes.set(static_cast<unsigned char>(tree.textOf(node).front()));
+        return add(step);
+    }
+
+    std::uint32_t set(const ByteSet& bytes, std::uint32_t next) {
+        PatternStep step{Kind::set};
+        step.next = next;
+        step.bytes = bytes;
+        step.possible.bytes = bytes;
+        return add(step);
+    }
+
+    std::uint32_t sequence(std::size_t index, std::uint32_t next) {
+        std::vector<std::size_t> children;
+        tree.forEachChild(index, [&children](std::size_t child) { children.push_back(child); });
+        for (; !children.empty(); children.pop_back()) {
+            next = part(children.back(), next);
+        }
+        return next;
+    }
+
+    std::uint32_t alternatives(std::size_t index, std::uint32_t next) {
+        std::vector<std::size_t> children;
+        tree.forEachChild(index, [&children](std::size_t child) { children.push_back(child); });
+        std::uint32_t all = sequence(children.back(), next);
+        for (children.pop_back(); !children.empty(); children.pop_back()) {
+            all = choice(sequence(children.back(), next), all);
+        }
+        return all;
+    }
+
+    std::uint32_t choice(std::uint32_t wanted, std::uint32_t otherwise) {
+        const std::uint32_t step = add(Kind::choice, wanted);
+        program.steps[step].other = otherwise;
+        program.steps[step].possible = possibleAt(wanted) | possibleAt(otherwise);
+        return step;
+    }
+
+    std::uint32_t group(std::size_t index, std::uint32_t next) {
+        const PatternNode& node = tree.nodes[index];
+        if (const auto bytes = singleByte(index)) {
+            return set(*bytes, next);
+        }
+        if (node.number == 0) {
+            return alternatives(index, next);
+        }
+        return add(Kind::openGroup, alternatives(index, add(Kind::closeGroup, next, node.number)), node.number);
+    }
+
+    std::uint32_t lookahead(std::size_t index, std::uint32_t next) {
+        PatternStep end{Kind::endLookahead};
+        end.possible = {ByteSet().set(), true};
+        end.countRegister = newRegister();
+        const std::uint32_t inside = alternatives(index, add(end));
+        const std::uint32_t step = add(Kind::beginLookahead, next);
+        program.steps[step].other = inside;
+        // Never passed over, for what its groups match stays even where the pattern does not go on.
+        program.steps[step].possible = {ByteSet().set(), true};
+        program.steps[step].countRegister = end.countRegister;
+        program.steps[step].isNegative = tree.nodes[index].kind == PatternNode::Kind::negativeLookahead;
+        return step;
+    }
+
+    std::uint32_t repetition(std::size_t index, std::uint32_t next) {
+        const PatternNode& node = tree.nodes[index];
+        if (node.maximum == 0) {
+            return next;
+        }
+        if (node.minimum == 1 && node.maximum == 1) {
+            return part(index + 1, next);
+        }
+        if (const auto bytes = singleByte(index + 1)) {
+            return run(node, *bytes, next);
+        }
+        if (node.maximum == 1) {
+            const std::uint32_t once = part(index + 1, next);
+            return node.isLazy ? choice(next, once) : choice(once, next);
+        }
+        return loop(index, next);
+    }
+
+    std::uint32_t run(const PatternNode& node, const ByteSet& bytes, std::uint32_t next) {
+        PatternStep step{Kind::run};
+        step.next = next;
+        step.isLazy = node.isLazy;
+        step.minimum = node.minimum;
+        step.maximum = node.maximum;
+        step.bytes = bytes;
+        step.others = ByteFinder(~bytes);
+        step.other = textAt(next);
+        step.givesBack = (bytes & possibleAt(next).bytes).any();
+        step.possible.bytes = bytes;
+        if (node.minimum == 0) {
+            step.possible = step.possible | possibleAt(next);
+        }
+        return add(step);
+    }
+
+    // The text with which a step has to go on; without one the last step, which has none.
+    std::uint32_t textAt(std::uint32_t step) const {
+        while (program.steps[step].kind == Kind::openGroup || program.steps[step].kind == Kind::closeGroup) {
+            step = program.steps[step].next;
+        }
+        return program.steps[step].kind == Kind::text ? step : 0;
+    }
+
+    std::uint32_t loop(std::size_t index, std::uint32_t next) {
+        const PatternNode& node = tree.nodes[index];
+        const bool canBeEmpty = lengths[index + 1].minimum == 0;
+        PatternStep step{Kind::loop};
+        step.next = next;
+        step.isLazy = node.isLazy;
+        step.minimum = node.minimum;
+        step.maximum = node.maximum;
+        if (node.minimum > 1 || node.maximum != unbounded) {
+            step.countRegister = newRegister();
+        }
+        if (canBeEmpty && node.maximum > kCountedEmptyRounds) {
+            step.roundRegister = newRegister();
+        }
+        // From the tree, since the round's own steps need it.
+        step.possible = PossibleBytes{first[index + 1], false} | possibleAt(next);
+        if (canBeEmpty) {
+            step.possible.canBeNone = true;
+            step.possible.bytes.set();
+        }
+        const std::uint32_t loop = add(step);
+        const std::uint32_t round = part(index + 1, loop);
+        program.steps[loop].other = round;
+        const bool isCounted = step.countRegister != PatternStep::noRegister;
+        const std::uint32_t begin = node.minimum == 1 && !isCounted ? round : loop;
+        if (!isCounted && step.roundRegister == PatternStep::noRegister) {
+            return begin;
+        }
+        const std::uint32_t registers = add(Kind::beginLoop, begin);
+        program.steps[registers].countRegister = step.countRegister;
+        program.steps[registers].roundRegister = step.roundRegister;
+        return registers;
+    }
+
+    // The bytes of a part that takes exactly one byte and captures nothing.
+    std::optional<ByteSet> singleByte(std::size_t index) const {
+        const PatternNode& node = tree.nodes[index];
+        if (lengths[index] != PatternLengths{1, 1}) {
+            return std::nullopt;
+        }
+        const bool isByte = node.kind == PatternNode::Kind::text || node.kind == PatternNode::Kind::set;
+        const bool isGroup = node.kind == PatternNode::Kind::group && node.number == 0;
+        if (isByte) {
+            return first[index];
+        }
+        if (!isGroup &&
+            (node.kind != PatternNode::Kind::sequence || index + 1 + tree.nodes[index + 1].size != index + node.size)) {
+            return std::nullopt;
+        }
+        ByteSet bytes;
+        for (std::size_t child = index + 1; child < index + node.size; child += tree.nodes[child].size) {
+            const auto of = singleByte(child);
+            if (!of) {
+                return std::nullopt;
+            }
+            bytes |= *of;
+        }
+        return bytes;
+    }
+
+    const PatternTree& tree;
+    const std::vector<PatternLengths> lengths;
+    const std::vector<ByteSet> first;
+    PatternProgram program;
+};
+
+} // namespace
+
+PatternProgram programOf(const PatternTree& tree) {
+    return Builder(tree).build();
+}
+
+} // namespace brisk

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "pattern/PatternTree.h"
+#include "pattern/TextScan.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brisk {
+
+// With which bytes something can begin, up to the end of the whole match. May be too many, never too few.
+struct PossibleBytes {
+    ByteSet bytes;
+    bool canBeNone = false; // whether it can stand at the text's end
+
+    bool fits(std::string_view text, std::size_t place) const {
+        return place < text.size() ? bytes[static_cast<unsigned char>(text[place])] : canBeNone;
+    }
+};
+
+// One step of a matcher. Unless told otherwise it goes on with the step `next`.
+struct PatternStep {
+    enum class Kind : std::uint8_t {
+        text,           // PatternProgram::textOf
+        set,            // one of `bytes`
+        run,            // `minimum` to `maximum` bytes, up to the first that `others` finds; `other` is a text that
+                        // has to follow, or the match
+        textBegin,      // ^
+        textEnd,        // $
+        wordBoundary,   // \b
+        noWordBoundary, // \B
+        backReference,  // what group `number` matched
+        openGroup,      // group `number`
+        closeGroup,
+        choice,         // `next`, or else `other`
+        beginLoop,      // sets the registers of a loop
+        loop,           // another round is the step `other`
+        beginLookahead, // `other` has to match, or must not
+        endLookahead,
+        match, // the end
+    };
+    static constexpr std::uint32_t noRegister = UINT32_MAX;
+
+    Kind kind;
+    bool isLazy = false;
+    bool isNegative = false;
+    bool givesBack = false; // run: whether what follows may begin with a byte of the run
+    std::uint32_t next = 0;
+    std::uint32_t other = 0;
+    std::uint32_t number = 0;
+    std::uint32_t countRegister = noRegister; // loop: the rounds so far, where they count; lookahead: the matcher's own
+    std::uint32_t roundRegister = noRegister; // loop: where the last round began, where it could be empty
+    std::size_t minimum = 0;
+    std::size_t maximum = 0;
+    ByteSet bytes{};
+    ByteFinder others{};
+    PossibleBytes possible{};
+};
+
+// A pattern as steps, which a matcher takes one after the other.
+struct PatternProgram {
+    std::string_view textOf(const PatternStep& text) const {
+        return std::string_view(texts).substr(text.minimum, text.maximum);
+    }
+
+    std::vector<PatternStep> steps;
+    std::string texts;
+    std::uint32_t start = 0;
+    std::size_t groupCount = 0;
+    std::size_t registerCount = 0; // two for each group (where it begins and ends, 0 being the whole match), and loops'
+    bool hasBackReferences = false;
+};
+
+// Needs stack for nested groups, of which a tree has no more than 200 levels.
+PatternProgram programOf(const PatternTree& tree);
+
+} // namespace brisk
