@@ -2,6 +2,8 @@
 
 #include "base/Log.h"
 
+#include <utility>
+
 #include <nlohmann/json.hpp>
 
 namespace brisk {
@@ -78,6 +80,16 @@ ConfigField readField(const json& element) {
 } // namespace
 
 std::optional<ConfigType> readConfigType(const json& element) {
+    std::string unknown;
+    const std::optional<ConfigType> type = readConfigType(element, unknown);
+    if (!unknown.empty()) {
+        logUnknownConfigType(unknown);
+    }
+    return type;
+}
+
+std::optional<ConfigType> readConfigType(const json& element, std::string& unknown) {
+    unknown.clear();
     const json* type = findMember(element, "config_type");
     if (!type || !type->is_string()) {
         return std::nullopt;
@@ -88,9 +100,13 @@ std::optional<ConfigType> readConfigType(const json& element) {
     if (*type == "reg") {
         return ConfigType::Registry;
     }
-    // Misspelt for good (docs/decisions/kept-behaviour.md).
-    logLine("Brisk : unknown adaper type '", type->dump(), "'.");
+    unknown = type->dump();
     return std::nullopt;
+}
+
+void logUnknownConfigType(const std::string& unknown) {
+    // Misspelt for good (docs/decisions/kept-behaviour.md).
+    logLine("Brisk : unknown adaper type '", unknown, "'.");
 }
 
 std::optional<std::uint32_t> readTitleId(const json& element) {
@@ -111,8 +127,9 @@ void readTitle(const json& element, const UserFolders& userFolders, TitleConfigA
     readArray(element, "patch_if",
               [&](const json& condition) { title.patchConditions.push_back(readCondition(condition)); });
     readArray(element, "config_fields", [&](const json& item) {
-        const ConfigField field = readField(item);
-        title.configFields[field.key] = field;
+        ConfigField field = readField(item);
+        const std::string key = field.key;
+        title.configFields.insert_or_assign(key, std::move(field));
     });
 }
 

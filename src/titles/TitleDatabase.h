@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -18,6 +19,10 @@ enum class ConfigType { TextFile, Registry };
 // The element's "config_type". Nothing when the element is to be skipped: silently without a type, with a log line for
 // an unknown one.
 std::optional<ConfigType> readConfigType(const nlohmann::json& element);
+
+// The same without the line: the type's JSON text where it is unknown goes into `unknown`, and is empty otherwise.
+std::optional<ConfigType> readConfigType(const nlohmann::json& element, std::string& unknown);
+void logUnknownConfigType(const std::string& unknown);
 
 // The element's "id"; nothing when it is no number.
 std::optional<std::uint32_t> readTitleId(const nlohmann::json& element);

@@ -2,10 +2,12 @@
 
 #include "base/Log.h"
 #include "base/TextEncoding.h"
+#include "titles/JsonElements.h"
 #include "titles/RegisterConfigAdapter.h"
 #include "titles/TextConfigAdapter.h"
 #include "titles/TitleDatabase.h"
 
+#include <exception>
 #include <fstream>
 #include <optional>
 
@@ -35,6 +37,33 @@ std::shared_ptr<TitleConfigAdapter> createAdapter(ConfigType type) {
     return std::make_shared<RegisterConfigAdapter>();
 }
 
+// What an element of the database means for the titles.
+struct ReadElement {
+    std::string unknownType; // to be logged
+    std::optional<std::uint32_t> id;
+    std::exception_ptr fault; // which ends the loading
+    std::shared_ptr<TitleConfigAdapter> title;
+};
+
+void readElement(const nlohmann::json& json, const UserFolders& userFolders, std::vector<ReadElement>& elements) {
+    ReadElement element;
+    const std::optional<ConfigType> type = readConfigType(json, element.unknownType);
+    if (type) {
+        const std::shared_ptr<TitleConfigAdapter> title = createAdapter(*type);
+        element.id = readTitleId(json);
+        title->id = element.id.value_or(0);
+        try {
+            readTitle(json, userFolders, *title);
+            element.title = title;
+        } catch (const nlohmann::json::exception&) {
+            element.fault = std::current_exception();
+        }
+    }
+    if (type || !element.unknownType.empty()) {
+        elements.push_back(std::move(element));
+    }
+}
+
 } // namespace
 
 TitleManager::TitleManager()
@@ -49,23 +78,29 @@ bool TitleManager::loadTitlesDatabase(const std::string& directory) {
         logLine("Brisk : unable to open title database.");
         return false;
     }
-    const nlohmann::json database = nlohmann::json::parse(file);
-    if (!database.is_array()) {
+    // Nothing of a malformed database may be seen, so that its elements take effect only when all of it has been read.
+    std::vector<ReadElement> elements;
+    const bool isArray = readJsonElements(file, [&](const nlohmann::json& element) {
+        if (elements.empty() || !elements.back().fault) {
+            readElement(element, userFolders, elements);
+        }
+    });
+    if (!isArray) {
         logLine("Brisk : unable to parse title database.");
-        return !titles.empty();
     }
-    for (const nlohmann::json& element : database) {
-        const std::optional<ConfigType> type = readConfigType(element);
-        if (!type) {
-            continue;
+    for (const ReadElement& element : elements) {
+        if (!element.unknownType.empty()) {
+            logUnknownConfigType(element.unknownType);
         }
-        const std::shared_ptr<TitleConfigAdapter> title = createAdapter(*type);
-        if (const auto id = readTitleId(element)) {
-            title->id = *id;
-            knownIds.insert(*id);
+        if (element.id) {
+            knownIds.insert(*element.id);
         }
-        readTitle(element, userFolders, *title);
-        titles[title->binaryName] = title;
+        if (element.fault) {
+            std::rethrow_exception(element.fault);
+        }
+        if (element.title) {
+            titles[element.title->binaryName] = element.title;
+        }
     }
     return !titles.empty();
 }

@@ -73,8 +73,30 @@ TEST_F(TitleLoadingTest, MalformedJsonIsTheLibrarysParseError) {
     EXPECT_THAT(manager.getBinaryNames(), IsEmpty());
 }
 
+TEST_F(TitleLoadingTest, NothingInFrontOfASyntaxErrorIsSeen) {
+    const std::string text = R"([{"id": 1, "config_type": "txt", "binary_name": "a.exe"},
+                                 {"config_type": "text"},
+                                 {"config_type": "txt", "binary_name": "b.exe", "config_locations": [7]},)";
+    for (const std::string& malformed : {text, text + "{}] []", text + "1e400]", text + "\"\xFC\"]"}) {
+        EXPECT_THROW(load(malformed), json::exception) << malformed;
+        EXPECT_THAT(log.take(), IsEmpty()) << malformed;
+        EXPECT_THAT(manager.getBinaryNames(), IsEmpty()) << malformed;
+        EXPECT_FALSE(manager.isTitleIdKnown(1)) << malformed;
+    }
+}
+
+TEST_F(TitleLoadingTest, LinesOfSkippedElementsComeBeforeTheFaultOfALaterOne) {
+    expectError<json::type_error>(
+        R"([{"config_type": "one"}, {"config_type": "two"},
+            {"config_type": "txt", "binary_name": "b.exe", "config_locations": [7]}, {"config_type": "three"}])",
+        testing::noTextErrorOf("7"));
+    EXPECT_THAT(log.take(),
+                ElementsAre("Brisk : unknown adaper type '\"one\"'.", "Brisk : unknown adaper type '\"two\"'."));
+}
+
 TEST_F(TitleLoadingTest, AnythingButAnArrayIsRejected) {
-    for (const char* text : {"null", "{}", R"({"config_type": "txt"})", "1", "\"[]\"", "true"}) {
+    for (const char* text :
+         {"null", "{}", R"({"config_type": "txt"})", R"({"a": [{"config_type": "one"}]})", "1", "\"[]\"", "true"}) {
         EXPECT_FALSE(load(text)) << text;
         EXPECT_THAT(log.take(), ElementsAre("Brisk : unable to parse title database.")) << text;
     }
