@@ -170,8 +170,7 @@ TEST(KeyProposalTest, PartsOfAValueAreSettings) {
 }
 
 TEST(KeyProposalTest, LargeAndHostileTextsAreReadInTime) {
-    for (const std::string& piece :
-         {"{", "[\"", "<a>", "<a b=\"", "a={", "[x]\n", "a=1,", "</b>", "--[[", "{\"a\":[1,"}) {
+    for (const char* piece : {"{", "[\"", "<a>", "<a b=\"", "a={", "[x]\n", "a=1,", "</b>", "--[[", "{\"a\":[1,"}) {
         std::string text = "{";
         while (text.size() < 300000) {
             text += piece;
