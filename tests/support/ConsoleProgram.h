@@ -44,13 +44,14 @@ struct Pipe {
         SetHandleInformation(write, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
     }
 
-    // Everything that was written, with plain line ends. The child has ended.
+    // Everything that was written, with plain line ends. The child has ended; what it started, as Wine's host of its
+    // console, may live on and keep the pipe open.
     std::string text() {
-        writeEnd.reset();
         std::string all;
         char buffer[4096];
         DWORD count = 0;
-        while (ReadFile(readEnd.get(), buffer, sizeof buffer, &count, nullptr) && count > 0) {
+        while (PeekNamedPipe(readEnd.get(), nullptr, 0, nullptr, &count, nullptr) && count > 0 &&
+               ReadFile(readEnd.get(), buffer, sizeof buffer, &count, nullptr)) {
             all.append(buffer, count);
         }
         std::erase(all, '\r');
