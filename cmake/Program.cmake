@@ -1,8 +1,7 @@
-# brisk_program(TARGET IDENTITY DESCRIPTION [STACK bytes]): what the programs that are handed out have in common. They lie
+# brisk_program(TARGET IDENTITY DESCRIPTION): what the programs that are handed out have in common. They lie
 # in the build folder itself. On Windows they get a manifest and a version resource, and a header that names the Windows
 # they were written for and not the minute they were built in; scripts/check-executable holds all of it.
 function(brisk_program name identity description)
-  cmake_parse_arguments(ARG "" "STACK" "" ${ARGN})
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}")
   if(NOT TARGET programs)
     add_custom_target(programs)
@@ -23,9 +22,6 @@ function(brisk_program name identity description)
 
   if(MSVC)
     target_link_options(${name} PRIVATE /MANIFEST:NO /Brepro /SUBSYSTEM:$<IF:$<BOOL:$<TARGET_PROPERTY:WIN32_EXECUTABLE>>,WINDOWS,CONSOLE>,10.0)
-    if(ARG_STACK)
-      target_link_options(${name} PRIVATE /STACK:${ARG_STACK})
-    endif()
     return()
   endif()
   target_link_options(${name} PRIVATE
@@ -39,8 +35,5 @@ function(brisk_program name identity description)
       COMMAND ${CMAKE_OBJCOPY} --preserve-dates --only-keep-debug $<TARGET_FILE:${name}> $<TARGET_FILE:${name}>.debug
       COMMAND ${CMAKE_STRIP} --preserve-dates --strip-all $<TARGET_FILE:${name}>
       VERBATIM) # Without preserving dates both would write the hour into the header.
-  endif()
-  if(ARG_STACK)
-    target_link_options(${name} PRIVATE -Wl,--stack,${ARG_STACK})
   endif()
 endfunction()

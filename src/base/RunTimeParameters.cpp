@@ -2,9 +2,9 @@
 
 #include "base/Log.h"
 #include "base/StandardErrors.h"
+#include "pattern/SettingPattern.h"
 
 #include <array>
-#include <regex>
 #include <variant>
 
 namespace brisk {
@@ -54,11 +54,11 @@ void store(std::optional<std::string>& text, const std::string& value) {
 void parseParameters(const std::string& commandLine) {
     for (const Parameter& parameter : parameterTable()) {
         logLine("Brisk : looking for command line parameter ", parameter.flag, " (", parameter.name, ")");
-        std::smatch match;
-        if (!std::regex_search(commandLine, match, std::regex(parameter.pattern))) {
+        const auto match = SettingPattern(parameter.pattern).search(commandLine);
+        if (!match) {
             continue;
         }
-        const std::string value = match[3];
+        const std::string value((*match)[3]);
         logLine("Brisk : set ", parameter.name, " to ", value);
         std::visit([&value](auto* variable) { store(*variable, value); }, parameter.variable);
     }
