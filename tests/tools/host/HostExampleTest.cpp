@@ -12,9 +12,9 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-using ::testing::StartsWith;
 using testing::Outcome;
 using testing::received;
+using ::testing::StartsWith;
 
 class HostExample : public testing::HostTest {};
 

@@ -58,7 +58,7 @@ protected:
     PreviewOptions options;
 };
 
-TEST_F(PreviewCommandTest, FindsFilesInAProfileWhateverTheLetterCaseAndTakesTheFirstFolderByName) {
+TEST_F(PreviewCommandTest, FindsAProfilesFilesInAnyCaseAndTheFirstFolderByName) {
     options.profile = in("profile");
     options.titles = {"Beta"};
     EXPECT_EQ(run(), 0) << complaint;
