@@ -10,7 +10,7 @@ namespace {
 using Kind = PatternStep::Kind;
 
 constexpr std::size_t kNowhere = std::string_view::npos;
-constexpr std::size_t kMaximumMemory = 256 * 1024 * 1024;
+constexpr std::size_t kMaximumMemory = std::size_t{256} * 1024 * 1024;
 
 // So many bytes that are looked through cost as much as a step.
 constexpr std::size_t kBytesOfAStep = 16;

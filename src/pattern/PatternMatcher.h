@@ -26,8 +26,8 @@ public:
     // Starts counting costs anew.
     void resetCosts() { stepsLeft = kMaximumSteps; }
 
-    // Whether a match begins at the place with the given step of the program.
-    bool matches(std::size_t place, std::uint32_t firstStep, bool mayBeEmpty = true);
+    // Whether a match begins at `begin` with the given step of the program.
+    bool matches(std::size_t begin, std::uint32_t firstStep, bool mayBeEmpty = true);
 
     // Of the match found last: what a group matched, 0 being the whole match; empty, without a place, where it took no
     // part.
@@ -95,8 +95,8 @@ private:
     bool isAt(std::string_view wanted) const;
     bool takeText(const PatternStep& step);
     bool takeRun(const PatternStep& step);
-    bool endRunWithin(std::uint32_t step, std::size_t shortest, std::size_t longest);
-    bool endRunFrom(std::uint32_t step, std::size_t shortest, std::size_t longest);
+    bool endRunWithin(std::uint32_t run, std::size_t shortest, std::size_t longest);
+    bool endRunFrom(std::uint32_t run, std::size_t shortest, std::size_t longest);
     bool takeBackReference(const PatternStep& step);
     bool takeLoop(const PatternStep& step);
     void beginRound(const PatternStep& step);
