@@ -46,7 +46,9 @@ Titles readTitles(std::string_view text) {
 // A wanted value is a text or a number.
 Json valueOf(const Json& field) {
     const auto found = field.find("value");
-    return found != field.end() && (found->is_string() || found->is_number()) && *found != "" ? *found : Json(0);
+    const bool isWanted = found != field.end() &&
+                          (found->is_number() || (found->is_string() && !found->get_ref<const std::string&>().empty()));
+    return isWanted ? *found : Json(0);
 }
 
 std::map<std::string, Json> fieldsOf(const Json& title) {

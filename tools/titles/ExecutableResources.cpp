@@ -36,7 +36,7 @@ public:
             throw ExecutableError("it is no executable for 32-bit or 64-bit Windows");
         }
         const std::size_t directories = optionalHeader + (kind == k32Bit ? 96 : 112);
-        constexpr std::uint32_t kResources = 2;
+        constexpr std::size_t kResources = 2;
         if (file.number32(directories - 4) <= kResources) {
             return std::nullopt;
         }

@@ -167,7 +167,8 @@ private:
         GoldenFiles files = own.before;
         if (const auto exported = own.before.find(kRegistryFile); exported != own.before.end()) {
             RegistryKeys keys;
-            for (const auto& [path, values] : readRegistryExport(exported->second).value()) {
+            const RegistryKeys below = readRegistryExport(exported->second).value();
+            for (const auto& [path, values] : below) {
                 keys[std::string(kSandboxKey) + '\\' + path] = values;
             }
             writeRegistryKeys(keys);

@@ -16,7 +16,7 @@ std::string scalar(const Json& value) {
 }
 
 // The value, or a member with its key.
-std::string labelled(const Json& parent, Json::const_iterator item, const std::string& text) {
+std::string labelled(const Json& parent, const Json::const_iterator& item, const std::string& text) {
     return parent.is_object() ? scalar(Json(item.key())) + ": " + text : text;
 }
 

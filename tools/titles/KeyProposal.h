@@ -13,7 +13,7 @@
 namespace brisk::workbench {
 
 // A key for a setting in a game's text, and what its author should know.
-struct KeyProposal {
+struct KeyProposal { // NOLINT(bugprone-exception-escape): moving JSON allocates nothing.
     std::string name;
     std::size_t begin = 0; // of the value, bytes of the text as the service reads it
     std::string value;

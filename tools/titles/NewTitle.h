@@ -8,7 +8,7 @@
 namespace brisk::workbench {
 
 // A title to begin with, and what its author still has to know.
-struct NewTitle {
+struct NewTitle { // NOLINT(bugprone-exception-escape): moving JSON allocates nothing.
     nlohmann::ordered_json title;
     std::vector<std::string> notes;
 };
