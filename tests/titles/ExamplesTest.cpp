@@ -169,7 +169,8 @@ TEST_F(ExamplesTest, LanternsOfOstraKeepsThePlaceOfASettingThatItHas) {
     const fs::path file = user / "AppData" / "Roaming" / "Winterlight" / "Ostra" / "profiles" / "1" / "options.txt";
     testing::writeFile(file, "format = 2\r\nfov = 85\r\nupscaling = off\r\nwidth=2560\r\nheight=1440\r\n");
     optimize("Winterlight", "Ostra.exe");
-    EXPECT_EQ(testing::readFile(file), "format = 2\r\nfov = 85\r\nupscaling = balanced\r\nwidth=1920\r\nheight=1080\r\n");
+    EXPECT_EQ(testing::readFile(file),
+              "format = 2\r\nfov = 85\r\nupscaling = balanced\r\nwidth=1920\r\nheight=1080\r\n");
 }
 
 // The values that the example file sets, and those of the key afterwards.

@@ -8,8 +8,8 @@ namespace brisk::workbench {
 
 // The registry of this machine, on Windows alone. Paths are those of RegistryKeys: "HKEY_CURRENT_USER\Software\...".
 
-// Reads the key's values into `keys`, without asking for a right to anything but reading. Nothing is added when there is
-// no such key.
+// Reads the key's values into `keys`, without asking for a right to anything but reading. Nothing is added when there
+// is no such key.
 void readRegistryKey(const std::string& path, RegistryKeys& keys);
 
 // The same with all keys below it.
