@@ -195,9 +195,8 @@ private:
             if (title.type == ConfigType::TextFile) {
                 expandAppDirectory(location, fs::is_directory(toPath(game), error) ? game : std::string());
             } else if (location.starts_with("HKEY_CURRENT_USER/") || location.starts_with("HKEY_LOCAL_MACHINE/")) {
-                location = "HKEY_CURRENT_USER/" + std::string(kSandboxKey).substr(sizeof "HKEY_CURRENT_USER\\" - 1) +
-                           '/' + location;
-                location = location.substr(0, 18) + withBackslashes(location.substr(18));
+                const std::string sandbox = std::string(kSandboxKey).substr(sizeof "HKEY_CURRENT_USER\\" - 1);
+                location = "HKEY_CURRENT_USER/" + withBackslashes(sandbox + '/' + location);
             }
             locations.push_back(location);
         }

@@ -37,7 +37,8 @@ private:
     }
 
     void addAt(Severity severity, const char* rule, ValuePlace place, std::string message) {
-        add({rule, severity, place.begin, place.end, std::move(message), preview.binaryName}).isInDatabase = false;
+        PreviewFinding& added = add({rule, severity, place.begin, place.end, std::move(message), preview.binaryName});
+        added.isInDatabase = false;
     }
 
     void addAtKey(Severity severity, const char* rule, const std::string& key, std::string message) {
