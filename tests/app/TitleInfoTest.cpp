@@ -146,19 +146,29 @@ TEST_F(TitleInfoTest, BlockThatCannotBeCopiedIsLogged) {
     EXPECT_THAT(log.take(), ElementsAre(kReceived));
 }
 
-TEST_F(TitleInfoTest, BlockThatThereIsNoMemoryToParseIsLogged) {
-    std::string block = "[1";
+TEST_F(TitleInfoTest, BlockThatThereIsNoMemoryToReadIsLogged) {
+    const std::string block = '"' + std::string(100'000, 'x') + '"';
+    const COPYDATASTRUCT data{kTag, static_cast<DWORD>(block.size()), const_cast<char*>(block.data())};
+    // Enough for the copy, too little for the text in it, whose memory is doubled as it grows.
+    failingAllocation = 110'000;
+    receiveTitleInfo(nullptr, kTag, &data);
+    failingAllocation = SIZE_MAX;
+    EXPECT_THAT(log.take(), ElementsAre(kReceived, kException));
+    receiveTitleInfo(nullptr, kTag, &data);
+    EXPECT_THAT(log.take(), ElementsAre(kReceived));
+}
+
+// Nesting costs a bit a level, values nothing: no document is built of what nobody keeps.
+TEST_F(TitleInfoTest, NoDocumentIsBuilt) {
+    std::string block = "[" + std::string(50'000, '[') + std::string(50'000, ']');
     for (int i = 1; i < 100'000; ++i) {
         block += ",1";
     }
     block += "]";
     const COPYDATASTRUCT data{kTag, static_cast<DWORD>(block.size()), block.data()};
-    // Enough for the copy, too little for as many values.
-    failingAllocation = 4 * block.size();
+    failingAllocation = block.size() + 100;
     receiveTitleInfo(nullptr, kTag, &data);
     failingAllocation = SIZE_MAX;
-    EXPECT_THAT(log.take(), ElementsAre(kReceived, kException));
-    receiveTitleInfo(nullptr, kTag, &data);
     EXPECT_THAT(log.take(), ElementsAre(kReceived));
 }
 

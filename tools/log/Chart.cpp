@@ -95,8 +95,8 @@ private:
                            attribute("y1", kTop) + attribute("y2", kBottom) + "/>\n<line class=\"axis\"" +
                            attribute("x1", kLeft) + attribute("x2", kLeft + kWidth) + attribute("y1", kBottom) +
                            attribute("y2", kBottom) + "/>\n";
-        const double step = highest > 200 ? 60 : highest > 80 ? 30 : 10;
-        for (double fps = 0; fps < highest; fps += step) {
+        const int step = highest > 200 ? 60 : highest > 80 ? 30 : 10;
+        for (int fps = 0; fps < highest; fps += step) {
             text += "<text class=\"scale\"" + attribute("x", kLeft - 6) + attribute("y", y(fps) + 4) +
                     " text-anchor=\"end\">" + shortNumber(fps) + "</text>\n";
         }

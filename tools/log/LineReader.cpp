@@ -7,7 +7,7 @@ namespace brisk::logbook {
 
 namespace {
 
-constexpr std::size_t kLongestLine = 16 * 1024; // bytes
+constexpr std::size_t kLongestLine = 16'384; // bytes
 
 } // namespace
 

@@ -3,6 +3,9 @@
 #include "tools/log/CapturePrefix.h"
 #include "tools/log/LineTable.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace brisk::logbook {
 
 namespace {
@@ -121,9 +124,7 @@ void LineSplitter::split(std::string_view text, std::uint64_t number, bool isWho
         pieces.push_back(piece);
         end = begins[index];
     }
-    for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
-        handle(*piece);
-    }
+    std::for_each(pieces.rbegin(), pieces.rend(), std::cref(handle));
 }
 
 } // namespace brisk::logbook

@@ -1,5 +1,7 @@
 #include "tools/log/LogReader.h"
 
+#include <algorithm>
+
 namespace brisk::logbook {
 
 namespace {
@@ -92,13 +94,14 @@ LogReader::Run* LogReader::find(std::optional<std::uint32_t> processId) {
     if (current && !current->reader.isOver() && current->reader.session.processId == processId) {
         return current;
     }
-    for (auto run = runs.rbegin(); run != runs.rend(); ++run) {
-        if (!run->reader.isOver() && run->reader.session.processId == processId) {
-            current = &*run;
-            return current;
-        }
+    const auto last = std::find_if(runs.rbegin(), runs.rend(), [processId](const Run& run) {
+        return !run.reader.isOver() && run.reader.session.processId == processId;
+    });
+    if (last == runs.rend()) {
+        return nullptr;
     }
-    return nullptr;
+    current = &*last;
+    return current;
 }
 
 LogReader::Run& LogReader::begin(const LogLine& line, Run* interrupted) {

@@ -31,12 +31,12 @@ void Proof::add(const LogLine& line) {
     Kind& kind = kept[line.kind];
     ++kind.count;
     const std::string_view text = shorten(line.text);
-    for (auto known = kind.lines.rbegin(); known != kind.lines.rend(); ++known) {
-        if (known->text == text) {
-            ++known->times;
-            known->lastLine = line.number;
-            return;
-        }
+    const auto known = std::find_if(kind.lines.rbegin(), kind.lines.rend(),
+                                    [text](const ProvingLine& each) { return each.text == text; });
+    if (known != kind.lines.rend()) {
+        ++known->times;
+        known->lastLine = line.number;
+        return;
     }
     if (kind.lines.size() < kLinesOfAKind) {
         kind.lines.push_back(toProvingLine(line));

@@ -46,8 +46,8 @@ std::string overview(const ReportContent& content) {
                        "scope=\"col\">Game</th><th scope=\"col\">Verdict</th><th scope=\"col\">Lines</th><th "
                        "scope=\"col\">Samples</th><th scope=\"col\">Average</th></tr></thead><tbody>\n";
     for (const ReportContent::Run& run : content.runs) {
-        const std::string number = std::to_string(run.session.number);
-        text += "<tr><td><a href=\"#s" + number + "\">" + number +
+        const std::uint64_t number = run.session.number;
+        text += "<tr><td><a href=\"#s" + std::to_string(number) + "\">" + std::to_string(number) +
                 "</a></td><td></td><td>ended: " + codeOf(run.session.end) + "</td><td>" +
                 std::to_string(run.session.firstLine) + " to " + std::to_string(run.session.lastLine) +
                 "</td><td></td><td></td></tr>\n";
