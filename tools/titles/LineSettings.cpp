@@ -250,11 +250,11 @@ private:
             for (std::size_t back = 1; back <= before.size(); ++back) {
                 const std::string_view content = before[before.size() - back];
                 const auto line = readLine(content);
-                const std::string pattern = line && !isExact ? joined({blanksLike(line->text.substr(0, line->indent)),
-                                                                       nameOf(*line), line->separator, "[^\\n]*"})
-                                                             : escapePattern(content);
-                context = joined({pattern, "\\s*\\n", context});
-                offer(joined({"\\n", context, written}));
+                context = (line && !isExact ? blanksLike(line->text.substr(0, line->indent)) + nameOf(*line) +
+                                                  line->separator + "[^\\n]*"
+                                            : escapePattern(content)) +
+                          "\\s*\\n" + context;
+                offer("\\n" + context + written);
             }
         }
     }

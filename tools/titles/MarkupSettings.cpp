@@ -182,10 +182,10 @@ private:
             const std::string inside = "(?:(?!</" + name + ">)[\\s\\S])*?";
             for (const std::string& tag : tags) {
                 for (const Surroundings& each : plain) {
-                    place.surroundings.push_back({joined({tag, inside, around, each.before}), each.behind});
+                    place.surroundings.push_back({tag + inside + around + each.before, each.behind});
                 }
             }
-            around = joined({tags.back(), inside, around});
+            around = tags.back() + inside + around;
         }
         for (const Surroundings& each : plain) {
             place.surroundings.push_back({"^[\\s\\S]*?" + each.before, each.behind});
@@ -227,7 +227,7 @@ private:
         std::vector<Surroundings> plain{
             {'<' + escapePattern(name) + (element.attributes.empty() ? ">" : anyAttributes() + ">") + inner, behind}};
         for (const std::string& tag : tagsWithAttribute(element, element.attributes.size())) {
-            plain.push_back({joined({tag, "[^>]*>", inner}), behind});
+            plain.push_back({tag + "[^>]*>" + inner, behind});
         }
         // <key>Width</key><integer>1920</integer>
         if (previous && previous->depth == opened.size()) {

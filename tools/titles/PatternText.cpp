@@ -28,14 +28,6 @@ std::string blanksLike(std::string_view blanks) {
     return blanks.find_first_not_of(' ') == std::string_view::npos ? " *" : "[ \\t]*";
 }
 
-std::string joined(std::initializer_list<std::string_view> pieces) {
-    std::string text;
-    for (const std::string_view piece : pieces) {
-        text += piece;
-    }
-    return text;
-}
-
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view kBlanks = " \t\r\n";
     const std::size_t begin = text.find_first_not_of(kBlanks);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -12,8 +11,6 @@ std::string escapePattern(std::string_view text);
 
 // An expression for blanks of the kind that stand there, any number of them; nothing where none do.
 std::string blanksLike(std::string_view blanks);
-
-std::string joined(std::initializer_list<std::string_view> pieces);
 
 std::string_view trimmed(std::string_view text);
 

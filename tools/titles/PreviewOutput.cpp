@@ -132,6 +132,7 @@ void printMatrix(std::ostream& out, const std::vector<Display>& displays, const 
         });
     for (std::size_t field = 0; field < fullest->fields.size(); ++field) {
         std::vector<std::string> outcomes;
+        outcomes.reserve(previews.size());
         for (const TitlePreview& preview : previews) {
             outcomes.push_back(field < preview.fields.size()
                                    ? describeOutcome(preview.fields[field], preview.isRegistry)

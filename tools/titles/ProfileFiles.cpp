@@ -81,7 +81,7 @@ public:
         for (const std::string& root : roots) {
             const std::string_view rest = std::string_view(location).substr(std::min(root.size(), location.size()));
             if (!root.empty() && location.starts_with(root) &&
-                (rest.empty() || kSeparators.find(rest.front()) != kSeparators.npos)) {
+                (rest.empty() || kSeparators.find(rest.front()) != std::string_view::npos)) {
                 return findBelow(toPath(root), splitNames(rest));
             }
         }
@@ -112,7 +112,7 @@ bool resolveWildcardIn(const Folders& folders, std::string& location) {
     std::error_code error;
     const RealPlace place = folders.find(location.substr(0, star));
     if (!place.entry || !fs::is_directory(*place.entry, error) ||
-        (star > 0 && kSeparators.find(location[star - 1]) == kSeparators.npos)) {
+        (star > 0 && kSeparators.find(location[star - 1]) == std::string_view::npos)) {
         return false;
     }
     for (const fs::path& entry : entriesOf(*place.entry)) {

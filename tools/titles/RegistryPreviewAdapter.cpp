@@ -70,7 +70,8 @@ std::int32_t RegistryPreviewAdapter::getIntValue(const std::string& name, std::i
 
 std::string RegistryPreviewAdapter::getValue(const std::string& name, const std::string& defaultText) {
     const auto value = values.find(name);
-    return value == values.end() ? defaultText : std::string(value->second.data.c_str());
+    // Up to the first zero, as a program reads it.
+    return value == values.end() ? defaultText : value->second.data.substr(0, value->second.data.find('\0'));
 }
 
 KeyMatches RegistryPreviewAdapter::findMatches(const std::string& name) const {

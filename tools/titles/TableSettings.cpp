@@ -244,7 +244,7 @@ private:
         }
         if (!isItem && !containers.empty()) {
             for (const std::string& telling : containers.back().telling) {
-                add(joined({telling, "[^{}]*", anchor.empty() ? "" : "\\b", inner}));
+                add(telling + "[^{}]*" + (anchor.empty() ? "" : "\\b") + inner);
             }
         }
         offerTables(level, (anchor.empty() ? "" : "\\b") + inner, add);
@@ -265,18 +265,18 @@ private:
                 const Container& container = containers[index];
                 const std::string bracket = "\\" + std::string(1, container.bracket);
                 if (container.isItem) {
-                    around = joined({items(container.itemInParent, "\\{[^{}]*\\}"), bracket, gap, around});
+                    around = items(container.itemInParent, "\\{[^{}]*\\}") + bracket + std::string(gap) + around;
                     continue;
                 }
                 const bool isRoot = container.label.name.empty();
                 const bool isArray = index + 1 < level && containers[index + 1].isItem;
-                const std::string step = joined({bracket, isArray ? "\\s*" : gap, around});
+                const std::string step = bracket + (isArray ? "\\s*" : std::string(gap)) + around;
                 if (isRoot) {
-                    add(joined({"^(?:\\xEF\\xBB\\xBF)?\\s*", step, inner}));
+                    add("^(?:\\xEF\\xBB\\xBF)?\\s*" + step + inner);
                 } else {
-                    add(joined({container.label.anchor, container.label.name, step, inner}));
+                    add(container.label.anchor + container.label.name + step + inner);
                 }
-                around = joined({container.label.anchor.empty() ? "" : "\\b", container.label.name, step});
+                around = (container.label.anchor.empty() ? "" : "\\b") + container.label.name + step;
                 ++named;
             }
         }
