@@ -1,8 +1,14 @@
 // briskhost: plays the host for a running service from the command line. Everything it knows of the service stands in
-// BriskHost.h. Texts go in and out as UTF-8.
+// BriskHost.h; what can be seen of it and of its log, brisklog's library tells. Texts go in and out as UTF-8.
 #include "BriskHost.h"
+#include "base/WindowsHandles.h"
 #include "tools/console/Console.h"
+#include "tools/log/Follow.h"
+#include "tools/log/JsonWriter.h"
+#include "tools/log/ServiceFacts.h"
+#include "tools/log/StartedProgram.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <filesystem>
@@ -23,19 +29,23 @@ constexpr int kFailed = 1;
 constexpr int kWrongUsage = 2;
 
 constexpr DWORD kPollMilliseconds = 20;
+constexpr DWORD kFollowMilliseconds = 200;
 constexpr UINT kSendLimitMilliseconds = 10'000;
 
 constexpr char kHelp[] =
     "briskhost: tells a running Brisk service what its host would tell it\n"
     "\n"
-    "usage: briskhost status                  is a service running?\n"
+    "usage: briskhost status [--format json]  is a service running? As JSON also its path, command line and titles\n"
     "       briskhost wait [SECONDS]          wait until a service has started, for ever or so long\n"
     "       briskhost start GAMEID PID        a game was started\n"
+    "       briskhost play GAMEID PROGRAM [ARGUMENT...]\n"
+    "                                         start a game, announce it, wait for its end and tell that\n"
     "       briskhost finish [WPARAM LPARAM]  the game has finished; the numbers (0 0) only go to the log\n"
     "       briskhost patch-all               adjust every installed title\n"
     "       briskhost reset                   forget the user's answers to earlier offers\n"
     "       briskhost title-info FILE         send the JSON text in FILE as title information\n"
-    "       briskhost quit                    shut the service down\n"
+    "       briskhost follow LOG              print verdicts on games as the service writes them, until it ends\n"
+    "       briskhost quit [--wait SECONDS]   shut the service down, and wait so long for its process to end\n"
     "       briskhost --help                  print this text\n"
     "\n"
     "Numbers are unsigned 32-bit numbers, decimal or hexadecimal with 0x.\n"
@@ -137,6 +147,77 @@ int waitForService(std::optional<std::uint32_t> seconds) {
     return kDone;
 }
 
+// Waits for the process, not for its window: that goes first.
+int quitAndWait(std::uint32_t seconds) {
+    DWORD processId = 0;
+    GetWindowThreadProcessId(findService(), &processId);
+    const brisk::UniqueHandle process(processId == 0 ? nullptr : OpenProcess(SYNCHRONIZE, FALSE, processId));
+    if (const int exitCode = post(BRISK_QUIT); exitCode != kDone) {
+        return exitCode;
+    }
+    if (!process) {
+        return fail("the service's process cannot be waited for");
+    }
+    const std::uint64_t milliseconds = std::min<std::uint64_t>(seconds * 1000ULL, INFINITE - 1);
+    return WaitForSingleObject(process.get(), static_cast<DWORD>(milliseconds)) == WAIT_OBJECT_0
+               ? kDone
+               : fail("the service has not ended within " + std::to_string(seconds) + " s");
+}
+
+// Starts the game as its launcher would, tells the service of it, and of its end.
+int play(const std::string& gameId, const Arguments& command) {
+    const std::optional<std::uint32_t> id = toNumber(gameId);
+    if (!id) {
+        return wrongUsage("not an unsigned 32-bit number: '" + gameId + "'");
+    }
+    if (!findService()) {
+        return noService();
+    }
+    try {
+        const brisk::logbook::StartedProgram game = brisk::logbook::startSuspended(command);
+        ResumeThread(game.thread.get());
+        if (const int exitCode = post(BRISK_APP_STARTED, *id, static_cast<LPARAM>(game.processId)); exitCode != kDone) {
+            return exitCode;
+        }
+        WaitForSingleObject(game.process.get(), INFINITE);
+    } catch (const std::exception& error) {
+        return fail(error.what());
+    }
+    return post(BRISK_APP_FINISHED);
+}
+
+int followLog(const std::string& log) {
+    const auto pause = [] {
+        Sleep(kFollowMilliseconds);
+        return true;
+    };
+    return brisk::logbook::follow(log, std::cout, pause) == 0 ? kDone : fail("cannot read '" + log + "'");
+}
+
+int printJsonStatus() {
+    brisk::logbook::JsonWriter json;
+    json.beginObject();
+    const auto processId = brisk::logbook::findService();
+    json.member("running", processId.has_value());
+    if (processId) {
+        const brisk::logbook::ServiceFacts service = brisk::logbook::readServiceFacts(*processId);
+        json.member("started", isStarted(0));
+        json.member("processId", service.processId);
+        json.textMember("version", service.fileVersion);
+        json.textMember("path", service.path);
+        json.textMember("commandLine", service.commandLine);
+        json.key("database");
+        json.beginObject();
+        json.textMember("path", service.databasePath);
+        json.member("readable", service.database.has_value());
+        json.member("titles", std::uint64_t{service.titles});
+        json.endObject();
+    }
+    json.endObject();
+    std::cout << json.take();
+    return processId ? kDone : kFailed;
+}
+
 int printStatus() {
     const HWND service = findService();
     if (!service) {
@@ -162,6 +243,15 @@ int run(const Arguments& arguments) {
     }
     if (command == "status" && count == 0) {
         return printStatus();
+    }
+    if (command == "status" && count == 2 && arguments[1] == "--format" && arguments[2] == "json") {
+        return printJsonStatus();
+    }
+    if (command == "play" && count >= 2) {
+        return play(arguments[1], {arguments.begin() + 2, arguments.end()});
+    }
+    if (command == "follow" && count == 1) {
+        return followLog(arguments[1]);
     }
     if (command == "wait" && count == 0) {
         return waitForService(std::nullopt);
@@ -190,6 +280,10 @@ int run(const Arguments& arguments) {
     }
     if (command == "quit" && count == 0) {
         return post(BRISK_QUIT);
+    }
+    if (command == "quit" && count == 2 && arguments[1] == "--wait") {
+        const std::optional<std::uint32_t> seconds = toNumber(arguments[2]);
+        return seconds ? quitAndWait(*seconds) : wrongUsage("not an unsigned 32-bit number: '" + arguments[2] + "'");
     }
     return wrongUsage("unknown command or wrong number of arguments: '" + command + "'");
 }

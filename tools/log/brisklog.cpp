@@ -1,5 +1,6 @@
 // brisklog: reads the service's log for those who support its users.
 #include "tools/console/Program.h"
+#include "tools/log/RecordCommand.h"
 #include "tools/log/ReportCommand.h"
 #include "tools/log/WhyOptions.h"
 
@@ -40,6 +41,18 @@ void addReport(CLI::App& app, ReportOptions& report) {
                     "  brisklog report --redact brisk.log -o report.html");
 }
 
+#ifdef _WIN32
+void addRecord(CLI::App& app, RecordOptions& record) {
+    CLI::App* command = app.add_subcommand("record", "what the service writes to the debugger output, with times");
+    command->add_option("-o,--output", record.output, "the recording; otherwise it is printed")->type_name("FILE");
+    command->add_option("COMMAND", record.command, "behind --: the service to start; otherwise the one that runs");
+    command->footer("Records until the service ends. Exit codes: 0 recorded, 2 not possible.\n"
+                    "Examples:\n"
+                    "  brisklog record -o brisk.log -- C:\\Brisk\\brisk.exe -fps 40\n"
+                    "  brisklog record -o brisk.log");
+}
+#endif
+
 int run(int argc, char** argv, const brisk::Console& console) {
     CLI::App program("Tells from the service's log why a game got an offer, or none.", "brisklog");
     WhyOptions why;
@@ -47,9 +60,18 @@ int run(int argc, char** argv, const brisk::Console& console) {
     addWhy(program, why, session);
     ReportOptions report;
     addReport(program, report);
+#ifdef _WIN32
+    RecordOptions record;
+    addRecord(program, record);
+#endif
     if (const auto exitCode = brisk::readCommandLine(program, argc, argv)) {
         return *exitCode;
     }
+#ifdef _WIN32
+    if (program.got_subcommand("record")) {
+        return runRecord(record);
+    }
+#endif
     if (program.got_subcommand("report")) {
         return runReport(report);
     }

@@ -26,14 +26,17 @@ using ::testing::IsEmpty;
 constexpr char kHelp[] =
     "briskhost: tells a running Brisk service what its host would tell it\n"
     "\n"
-    "usage: briskhost status                  is a service running?\n"
+    "usage: briskhost status [--format json]  is a service running? As JSON also its path, command line and titles\n"
     "       briskhost wait [SECONDS]          wait until a service has started, for ever or so long\n"
     "       briskhost start GAMEID PID        a game was started\n"
+    "       briskhost play GAMEID PROGRAM [ARGUMENT...]\n"
+    "                                         start a game, announce it, wait for its end and tell that\n"
     "       briskhost finish [WPARAM LPARAM]  the game has finished; the numbers (0 0) only go to the log\n"
     "       briskhost patch-all               adjust every installed title\n"
     "       briskhost reset                   forget the user's answers to earlier offers\n"
     "       briskhost title-info FILE         send the JSON text in FILE as title information\n"
-    "       briskhost quit                    shut the service down\n"
+    "       briskhost follow LOG              print verdicts on games as the service writes them, until it ends\n"
+    "       briskhost quit [--wait SECONDS]   shut the service down, and wait so long for its process to end\n"
     "       briskhost --help                  print this text\n"
     "\n"
     "Numbers are unsigned 32-bit numbers, decimal or hexadecimal with 0x.\n"
@@ -202,9 +205,10 @@ TEST_F(BriskHost, PrintsItsHelp) {
 TEST_F(BriskHost, RefusesWrongUsageAndPostsNothing) {
     const ServiceWindow service;
     EXPECT_EQ(briskhost(L""), wrongUsage("a command is missing"));
-    for (const std::string text :
-         {"Start 1 2", "launch", "start", "start 1", "start 1 2 3", "finish 1", "finish 1 2 3", "patch-all 1",
-          "reset 1", "quit 1", "title-info", "title-info a b", "wait 1 2", "status 1", "--help 1"}) {
+    for (const std::string text : {"Start 1 2",   "launch",         "start",       "start 1",    "start 1 2 3",
+                                   "finish 1",    "finish 1 2 3",   "patch-all 1", "reset 1",    "quit 1",
+                                   "quit --wait", "play 1",         "follow",      "follow a b", "status --format text",
+                                   "title-info",  "title-info a b", "wait 1 2",    "status 1",   "--help 1"}) {
         EXPECT_EQ(briskhost(std::wstring(text.begin(), text.end())),
                   wrongUsage("unknown command or wrong number of arguments: '" + text.substr(0, text.find(' ')) + "'"));
     }
