@@ -7,9 +7,20 @@
 #include <optional>
 #include <string_view>
 
+#include <windows.h>
+
+#include <shlobj.h>
+
 namespace brisk {
 
 namespace {
+
+std::string getFolder(int csidl) {
+    // Wide, for a narrow path may be too long for the buffer. A failed call leaves it empty.
+    wchar_t path[MAX_PATH] = L"";
+    SHGetFolderPathW(nullptr, csidl, nullptr, 0, path);
+    return toNarrow(path);
+}
 
 bool meansAbsent(DWORD error) {
     return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME ||
@@ -90,6 +101,12 @@ std::optional<std::wstring> findFirstSubdirectory(const std::wstring& directory)
 }
 
 } // namespace
+
+UserFolders findUserFolders() {
+    return {{"%USERPROFILE%", getFolder(CSIDL_PROFILE)},
+            {"%LOCALAPPDATA%", getFolder(CSIDL_LOCAL_APPDATA)},
+            {"%APPDATA%", getFolder(CSIDL_APPDATA)}};
+}
 
 bool resolveWildcard(std::string& location) {
     const std::size_t star = location.find('*');

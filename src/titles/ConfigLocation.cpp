@@ -8,8 +8,6 @@ namespace brisk {
 
 namespace {
 
-constexpr std::string_view kAppDirectory = "%APPDIR%";
-
 void replaceFirst(std::string& text, std::string_view placeholder, const std::string& replacement) {
     if (const std::size_t position = text.find(placeholder); position != std::string::npos) {
         text.replace(position, placeholder.size(), replacement);

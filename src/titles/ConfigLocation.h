@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -10,6 +11,9 @@ namespace brisk {
 // Locations of configurations may hold placeholders: the user's folders, replaced when the title database is loaded,
 // and for text files the game's folder and one wildcard folder (ConfigFiles.h), replaced when the configuration is
 // looked for.
+
+// The game's folder.
+inline constexpr std::string_view kAppDirectory = "%APPDIR%";
 
 // Placeholders of the user's folders and what replaces them, in the order of replacement.
 using UserFolders = std::vector<std::pair<std::string, std::string>>;

@@ -2,6 +2,7 @@
 
 #include "base/Log.h"
 #include "base/TextEncoding.h"
+#include "titles/ConfigFiles.h"
 #include "titles/JsonElements.h"
 #include "titles/RegisterConfigAdapter.h"
 #include "titles/TextConfigAdapter.h"
@@ -12,20 +13,10 @@
 #include <optional>
 
 #include <nlohmann/json.hpp>
-#include <windows.h>
-
-#include <shlobj.h>
 
 namespace brisk {
 
 namespace {
-
-std::string getFolder(int csidl) {
-    // Wide, for a narrow path may be too long for the buffer. A failed call leaves it empty.
-    wchar_t path[MAX_PATH] = L"";
-    SHGetFolderPathW(nullptr, csidl, nullptr, 0, path);
-    return toNarrow(path);
-}
 
 std::shared_ptr<TitleConfigAdapter> createAdapter(ConfigType type) {
     switch (type) {
@@ -66,10 +57,7 @@ void readElement(const nlohmann::json& json, const UserFolders& userFolders, std
 
 } // namespace
 
-TitleManager::TitleManager()
-    : userFolders{{"%USERPROFILE%", getFolder(CSIDL_PROFILE)},
-                  {"%LOCALAPPDATA%", getFolder(CSIDL_LOCAL_APPDATA)},
-                  {"%APPDATA%", getFolder(CSIDL_APPDATA)}} {}
+TitleManager::TitleManager() : userFolders(findUserFolders()) {}
 
 bool TitleManager::loadTitlesDatabase(const std::string& directory) {
     const std::lock_guard lock(mutex);

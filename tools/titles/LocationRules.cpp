@@ -1,20 +1,32 @@
 #include "tools/titles/LocationRules.h"
 
+#include "tools/titles/ProfileFiles.h"
 #include "tools/titles/Suggestion.h"
 #include "tools/titles/TitleParts.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <iterator>
 #include <vector>
 
 namespace brisk::workbench {
 
 namespace {
 
-constexpr std::array<std::string_view, 4> kPlaceholders{"%USERPROFILE%", "%LOCALAPPDATA%", "%APPDATA%", "%APPDIR%"};
-constexpr std::string_view kAppDirectory = "%APPDIR%";
 constexpr std::array<std::string_view, 2> kRoots{"HKEY_CURRENT_USER", "HKEY_LOCAL_MACHINE"};
+
+// Those that the service replaces.
+const std::vector<std::string_view>& placeholders() {
+    static const UserFolders folders = userFoldersIn({});
+    static const std::vector<std::string_view> names = [] {
+        std::vector<std::string_view> all{kAppDirectory};
+        std::transform(folders.begin(), folders.end(), std::inserter(all, all.begin()),
+                       [](const auto& folder) -> std::string_view { return folder.first; });
+        return all;
+    }();
+    return names;
+}
 
 bool isSeparator(char byte) {
     return byte == '\\' || byte == '/';
@@ -56,15 +68,16 @@ bool startsAnywhere(std::string_view location) {
 
 void checkPlaceholders(const JsonValue& location, Report& report) {
     const std::string& path = location.text();
+    const std::vector<std::string_view>& known = placeholders();
     for (const std::string_view part : findPlaceholders(path)) {
-        if (std::find(kPlaceholders.begin(), kPlaceholders.end(), part) == kPlaceholders.end()) {
+        if (std::find(known.begin(), known.end(), part) == known.end()) {
             report.add(Severity::Error, "unknown-placeholder", location,
                        "\"" + std::string(part) +
                            "\" is no placeholder and stays as it is, so the file is never found" +
-                           didYouMean(part, kPlaceholders));
+                           didYouMean(part, known));
         }
     }
-    for (const std::string_view placeholder : kPlaceholders) {
+    for (const std::string_view placeholder : known) {
         if (count(path, placeholder) > 1) {
             report.add(Severity::Error, "repeated-placeholder", location,
                        "\"" + std::string(placeholder) + "\" is replaced once only; the second one stays as it is");
@@ -73,12 +86,12 @@ void checkPlaceholders(const JsonValue& location, Report& report) {
     if (const std::size_t at = path.find(kAppDirectory); at != std::string::npos && at != 0) {
         report.add(Severity::Error, "misplaced-placeholder", location,
                    "%APPDIR%, the folder of the running game, stands for a whole path: it belongs at the beginning");
-    } else if (const auto inner = std::find_if(kPlaceholders.begin(), kPlaceholders.end(),
+    } else if (const auto inner = std::find_if(known.begin(), known.end(),
                                                [&path](std::string_view placeholder) {
                                                    const std::size_t place = path.find(placeholder);
                                                    return place != std::string::npos && place != 0;
                                                });
-               inner != kPlaceholders.end()) {
+               inner != known.end()) {
         report.add(Severity::Error, "misplaced-placeholder", location,
                    "\"" + std::string(*inner) + "\" stands for a whole path: it belongs at the beginning");
     }
@@ -131,7 +144,7 @@ void checkTextLocation(const JsonValue& location, Report& report) {
 bool isInFolderThatExists(std::string_view location) {
     const std::size_t last = location.find_last_of("\\/");
     return last != std::string_view::npos &&
-           std::find(kPlaceholders.begin(), kPlaceholders.end(), location.substr(0, last)) != kPlaceholders.end();
+           std::find(placeholders().begin(), placeholders().end(), location.substr(0, last)) != placeholders().end();
 }
 
 void checkOrder(const JsonValue& locations, Report& report) {

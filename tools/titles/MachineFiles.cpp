@@ -11,19 +11,11 @@
 
 #include <windows.h>
 
-#include <shlobj.h>
-
 namespace brisk::workbench {
 
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string folderOf(int csidl) {
-    wchar_t path[MAX_PATH] = L"";
-    SHGetFolderPathW(nullptr, csidl, nullptr, 0, path);
-    return toNarrow(path);
-}
 
 // Told by what there is: opening a file to write it would empty it.
 bool isWritable(const fs::path& path) {
@@ -43,9 +35,7 @@ bool hasMachineFiles() {
 }
 
 UserFolders machineFolders() {
-    return {{"%USERPROFILE%", folderOf(CSIDL_PROFILE)},
-            {"%LOCALAPPDATA%", folderOf(CSIDL_LOCAL_APPDATA)},
-            {"%APPDATA%", folderOf(CSIDL_APPDATA)}};
+    return findUserFolders();
 }
 
 FileSource machineFiles() {
