@@ -11,7 +11,7 @@ namespace brisk::workbench {
 
 namespace {
 
-constexpr std::size_t kPasses = 6;                // no title of any use needs more to settle
+constexpr std::size_t kPasses = 6;          // no title of any use needs more to settle
 constexpr std::size_t kGrowth = 16'777'216; // bytes by which a file may outgrow its double
 
 // Whether a setting differs, whatever the conditions say.
