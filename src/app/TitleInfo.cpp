@@ -2,10 +2,10 @@
 
 #include "BriskHost.h"
 #include "base/Log.h"
+#include "titles/JsonElements.h"
 
+#include <sstream>
 #include <string>
-
-#include <nlohmann/json.hpp>
 
 namespace brisk {
 
@@ -16,13 +16,12 @@ void receiveTitleInfo(HWND /*window*/, WPARAM wParam, const COPYDATASTRUCT* data
     }
     try {
         // No string can be made of a null pointer. A block without memory is empty, and so malformed.
-        const std::string text =
-            data->lpData ? std::string(static_cast<const char*>(data->lpData), data->cbData) : std::string();
+        std::istringstream text(data->lpData ? std::string(static_cast<const char*>(data->lpData), data->cbData)
+                                             : std::string());
         // Nothing is made of the block (docs/decisions/kept-behaviour.md): reading it tells a malformed one.
-        if (nlohmann::json::accept(text)) {
-            return;
-        }
-    } catch (...) { // NOLINT(bugprone-empty-catch): out of memory, which is told as a malformed block is
+        readJsonElements(text, nullptr);
+        return;
+    } catch (...) { // NOLINT(bugprone-empty-catch): out of memory is told as a malformed block is
     }
     logLine("Brisk : got exception while processing titles info");
 }

@@ -32,11 +32,11 @@ public:
         if (depth == 0) {
             hasArray = true;
         }
-        return open(json::array());
+        return open(json::value_t::array);
     }
-    bool start_object(std::size_t /*size*/) { return open(json::object()); }
+    bool start_object(std::size_t /*size*/) { return open(json::value_t::object); }
     bool key(std::string& name) {
-        if (isInElement()) {
+        if (makesElements() && depth > 1) {
             // Of a member given twice the last one counts.
             member = &(*openParts.back())[std::move(name)];
         }
@@ -51,8 +51,8 @@ public:
     }
 
 private:
-    // Of a text that is no array only its syntax matters.
-    bool isInElement() const { return hasArray && depth > 1; }
+    // Of a text that is no array, and where nobody asks for elements, only the syntax matters.
+    bool makesElements() const { return hasArray && onElement; }
 
     json& place(json&& value) {
         if (openParts.empty()) {
@@ -64,17 +64,18 @@ private:
         return *member = std::move(value);
     }
 
-    bool add(json&& value) {
-        if (hasArray) {
-            place(std::move(value));
+    template <class Value>
+    bool add(Value&& value) {
+        if (makesElements()) {
+            place(std::forward<Value>(value));
             finish();
         }
         return true;
     }
 
-    bool open(json&& value) {
-        if (hasArray && depth > 0) {
-            openParts.push_back(&place(std::move(value)));
+    bool open(json::value_t type) {
+        if (makesElements() && depth > 0) {
+            openParts.push_back(&place(type));
         }
         ++depth;
         return true;
