@@ -122,7 +122,9 @@ void readTitle(const json& element, const UserFolders& userFolders, TitleConfigA
     readString(element, "publisher", title.publisher);
     readString(element, "binary_name", title.binaryName);
     readArray(element, "config_locations", [&](const json& location) {
-        expandUserFolders(title.configLocations.emplace_back(location.get<std::string>()), userFolders);
+        std::string& kept = title.configLocations.emplace_back(location.get<std::string>());
+        expandUserFolders(kept, userFolders);
+        kept.shrink_to_fit(); // a longer text has room for twice as much
     });
     readArray(element, "patch_if",
               [&](const json& condition) { title.patchConditions.push_back(readCondition(condition)); });

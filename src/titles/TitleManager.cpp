@@ -28,30 +28,33 @@ std::shared_ptr<TitleConfigAdapter> createAdapter(ConfigType type) {
     return std::make_shared<RegisterConfigAdapter>();
 }
 
-// What an element of the database means for the titles.
-struct ReadElement {
-    std::string unknownType; // to be logged
-    std::optional<std::uint32_t> id;
-    std::exception_ptr fault; // which ends the loading
-    std::shared_ptr<TitleConfigAdapter> title;
+// What the elements of a database mean, up to one that cannot be read.
+struct ReadElements {
+    std::vector<std::string> unknownTypes; // to be logged
+    std::set<std::uint32_t> ids;
+    std::map<std::string, std::shared_ptr<TitleConfigAdapter>> titles;
+    std::exception_ptr fault; // of the last one, which ends the loading
 };
 
-void readElement(const nlohmann::json& json, const UserFolders& userFolders, std::vector<ReadElement>& elements) {
-    ReadElement element;
-    const std::optional<ConfigType> type = readConfigType(json, element.unknownType);
-    if (type) {
-        const std::shared_ptr<TitleConfigAdapter> title = createAdapter(*type);
-        element.id = readTitleId(json);
-        title->id = element.id.value_or(0);
-        try {
-            readTitle(json, userFolders, *title);
-            element.title = title;
-        } catch (const nlohmann::json::exception&) {
-            element.fault = std::current_exception();
+void readElement(const nlohmann::json& json, const UserFolders& userFolders, ReadElements& read) {
+    std::string unknownType;
+    const std::optional<ConfigType> type = readConfigType(json, unknownType);
+    if (!type) {
+        if (!unknownType.empty()) {
+            read.unknownTypes.push_back(unknownType);
         }
+        return;
     }
-    if (type || !element.unknownType.empty()) {
-        elements.push_back(std::move(element));
+    const std::shared_ptr<TitleConfigAdapter> title = createAdapter(*type);
+    if (const std::optional<std::uint32_t> id = readTitleId(json)) {
+        title->id = *id;
+        read.ids.insert(*id);
+    }
+    try {
+        readTitle(json, userFolders, *title);
+        read.titles[title->binaryName] = title;
+    } catch (const nlohmann::json::exception&) {
+        read.fault = std::current_exception();
     }
 }
 
@@ -61,34 +64,34 @@ TitleManager::TitleManager() : userFolders(findUserFolders()) {}
 
 bool TitleManager::loadTitlesDatabase(const std::string& directory) {
     const std::lock_guard lock(mutex);
-    std::ifstream file(toPath(directory + "\\titles_db.json"));
+    // The library's own buffer has 512 bytes on Windows.
+    std::vector<char> buffer(64 * 1024);
+    std::ifstream file;
+    file.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+    file.open(toPath(directory + "\\titles_db.json"));
     if (!file) {
         logLine("Brisk : unable to open title database.");
         return false;
     }
     // Nothing of a malformed database may be seen, so that its elements take effect only when all of it has been read.
-    std::vector<ReadElement> elements;
+    ReadElements read;
     const bool isArray = readJsonElements(file, [&](const nlohmann::json& element) {
-        if (elements.empty() || !elements.back().fault) {
-            readElement(element, userFolders, elements);
+        if (!read.fault) {
+            readElement(element, userFolders, read);
         }
     });
     if (!isArray) {
         logLine("Brisk : unable to parse title database.");
     }
-    for (const ReadElement& element : elements) {
-        if (!element.unknownType.empty()) {
-            logUnknownConfigType(element.unknownType);
-        }
-        if (element.id) {
-            knownIds.insert(*element.id);
-        }
-        if (element.fault) {
-            std::rethrow_exception(element.fault);
-        }
-        if (element.title) {
-            titles[element.title->binaryName] = element.title;
-        }
+    for (const std::string& unknownType : read.unknownTypes) {
+        logUnknownConfigType(unknownType);
+    }
+    knownIds.merge(read.ids);
+    // A later title replaces an earlier one of the same name. Nothing is copied, for there may be a hundred thousand.
+    titles.swap(read.titles);
+    titles.merge(read.titles);
+    if (read.fault) {
+        std::rethrow_exception(read.fault);
     }
     return !titles.empty();
 }
