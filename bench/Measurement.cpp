@@ -1,6 +1,7 @@
 #include "bench/Measurement.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdio>
 #include <ctime>
@@ -19,7 +20,8 @@ constexpr bool kHasCoarseClock = true; // hundredths of a second
 #else
 constexpr bool kHasCoarseClock = false;
 #endif
-constexpr int kRounds = 11;
+constexpr std::size_t kRounds = 11;
+constexpr std::size_t kRoundsOfSlowWork = 5;                    // which takes a second and more
 constexpr double kLeastSeconds = kHasCoarseClock ? 0.1 : 0.004; // of a round
 
 double threadSeconds() {
@@ -57,6 +59,10 @@ std::size_t enoughCalls(const Work& work) {
             return total >= kLeastSeconds ? calls : 2 * calls;
         }
     }
+}
+
+std::size_t roundsFor(double secondsOfRound) {
+    return secondsOfRound < 1 ? kRounds : kRoundsOfSlowWork;
 }
 
 double quantile(std::vector<double> values, double part) {
@@ -104,11 +110,14 @@ void compare(const std::string& work, const Work& product, const std::string& re
     std::vector<double> products;
     std::vector<double> references;
     std::vector<double> ratios;
-    for (int round = 0; round < kRounds; ++round) {
+    double secondsOfRound = 0;
+    do {
         products.push_back(seconds(product, productCalls));
         references.push_back(seconds(reference, referenceCalls));
         ratios.push_back(products.back() / references.back());
-    }
+        secondsOfRound = products.back() * static_cast<double>(productCalls) +
+                         references.back() * static_cast<double>(referenceCalls);
+    } while (ratios.size() < roundsFor(secondsOfRound));
     printRow(work, quantile(products, 0.5), referenceName, quantile(references, 0.5), "s", ratios, bar);
 }
 
@@ -120,10 +129,41 @@ void printFigures(const std::string& work, double product, const std::string& re
 double secondsOf(const Work& work) {
     const std::size_t calls = enoughCalls(work);
     std::vector<double> times;
-    for (int round = 0; round < kRounds; ++round) {
+    do {
         times.push_back(seconds(work, calls));
-    }
+    } while (times.size() < roundsFor(times.back() * static_cast<double>(calls)));
     return quantile(times, 0.5);
+}
+
+void printGrowthHead() {
+    std::printf("| Work, and what grows | From | To | Smallest | Largest | Exponent | Bar | |\n");
+    std::printf("|---|---|---|---|---|---|---|---|\n");
+}
+
+void printGrowth(const std::string& what, const std::vector<std::size_t>& sizes,
+                 const std::function<double(std::size_t size)>& secondsAt) {
+    constexpr double kBar = 1.1;
+    std::vector<double> times;
+    double x = 0;
+    double y = 0;
+    double xx = 0;
+    double xy = 0;
+    for (const std::size_t size : sizes) {
+        times.push_back(secondsAt(size));
+        const double logSize = std::log(static_cast<double>(size));
+        const double logTime = std::log(times.back());
+        x += logSize;
+        y += logTime;
+        xx += logSize * logSize;
+        xy += logSize * logTime;
+    }
+    const auto count = static_cast<double>(sizes.size());
+    const double exponent = (count * xy - x * y) / (count * xx - x * x);
+    std::printf("| %s | %.0f | %.0f | %s | %s | %.2f | at most %g | %s |\n", what.c_str(),
+                static_cast<double>(sizes.front()), static_cast<double>(sizes.back()),
+                inUnits(times.front(), "s").c_str(), inUnits(times.back(), "s").c_str(), exponent, kBar,
+                exponent <= kBar ? "met" : "**not met**");
+    std::fflush(stdout);
 }
 
 } // namespace brisk::bench

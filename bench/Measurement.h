@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace brisk::bench {
 
@@ -31,5 +33,13 @@ void printFigures(const std::string& work, double product, const std::string& re
 
 // CPU seconds of one call: the median of some.
 double secondsOf(const Work& work);
+
+// Prints the head of the table of growth.
+void printGrowthHead();
+
+// Prints how the CPU seconds that secondsAt answers grow with the size: the exponent, which is 1 where twice the size
+// costs twice the time, from the line that fits the logarithms best, and whether it is 1.1 at most.
+void printGrowth(const std::string& what, const std::vector<std::size_t>& sizes,
+                 const std::function<double(std::size_t size)>& secondsAt);
 
 } // namespace brisk::bench

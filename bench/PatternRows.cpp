@@ -1,9 +1,8 @@
 #include "bench/Measurement.h"
 #include "bench/PatternReferences.h"
 #include "bench/Rows.h"
+#include "bench/Samples.h"
 #include "pattern/SettingPattern.h"
-
-#include <stdexcept>
 
 // Searching, replacing and compiling keys of title databases.
 
@@ -41,13 +40,6 @@ constexpr Key kReplacements[] = {
 };
 
 constexpr const char* kAnything[] = {R"(((?:.|\n)*?\nWidth=)(\d+)())", R"(((?:.*\n)*Width=)(\d+)())"};
-
-// The same answers, or the figures mean nothing.
-void require(bool isSame, const std::string& key) {
-    if (!isSame) {
-        throw std::logic_error("another answer than the reference's: " + key);
-    }
-}
 
 void printSearch(const Key& key, const std::string& text) {
     const SettingPattern product(key.text);
@@ -110,18 +102,6 @@ void printAnythingRows() {
 }
 
 } // namespace
-
-std::string settingsText(std::size_t bytes) {
-    std::string text = "[Settings]\r\n";
-    for (int number = 0; text.size() < bytes; ++number) {
-        text += "Option" + std::to_string(number) + " = " + std::to_string(number * 7919 % 1000) + " ; x\r\n";
-        if (number % 100 == 0) {
-            text += "Volume" + std::to_string(number) + "=80\r\n";
-        }
-    }
-    return text + "<resolution depth=\"32\" width=\"1280\"/>\r\n{ \"width\" : 1280 }\r\n[Display]\r\nHeight=720\r\n"
-                  "Width=1280\r\nResolutionWidth=1280\r\n";
-}
 
 void printPatternRows() {
     const std::string text = settingsText(kTextSize);

@@ -1,16 +1,20 @@
 #pragma once
 
-#include <cstddef>
-#include <string>
-
-// The rows of the table, by what they are about.
+// The rows of the table, by what they are about. Each function measures and prints its own.
 
 namespace brisk::bench {
 
+// Before all others: they look at the most memory that the process ever had.
+void printMemoryRows();
+
+void printTitleRows();
+void printSettingsRows();
 void printPatternRows();
 
-// A settings text of at least so many bytes and half as many hundreds of lines, with each of the sections, attributes
-// and members that the keys of the table ask for near its end.
-std::string settingsText(std::size_t bytes);
+// Many titles in one pass; on Windows only, for on the simulated one its calls would be most of it.
+void printBulkRows();
+
+// How the cost grows with the size.
+void printGrowthRows();
 
 } // namespace brisk::bench

@@ -111,7 +111,9 @@ std::optional<DWORD> readAttributes(const std::string& path) {
 
 // What an open handle keeps others from: opening the file for reading, for writing.
 struct Denial {
-    Denial(std::string path, DWORD share) : path(std::move(path)), share(share) { all().push_back(this); }
+    Denial(std::string deniedPath, DWORD allowed) : path(std::move(deniedPath)), share(allowed) {
+        all().push_back(this);
+    }
     Denial(const Denial&) = delete;
     Denial& operator=(const Denial&) = delete;
     ~Denial() { std::erase(all(), this); }

@@ -99,7 +99,7 @@ std::int64_t WinToast::showToast(const ToastTemplate& toast, const std::shared_p
     shown->handler = handler;
     shown->release = [entry = std::weak_ptr(shown)] {
         if (const auto held = entry.lock()) {
-            const std::lock_guard lock(modelMutex());
+            const std::lock_guard tableLock(modelMutex());
             held->isInTable = false;
         }
     };
