@@ -19,15 +19,12 @@ struct DiffOptions {
     std::string format = "text";
 };
 
-std::string read(const std::string& path) {
-    auto bytes = readInputFile(path);
-    if (!bytes) {
-        throw std::runtime_error("cannot read " + path);
-    }
-    if (!Json::accept(*bytes)) {
+std::string readJson(const std::string& path) {
+    std::string bytes = readInput(path);
+    if (!Json::accept(bytes)) {
         throw std::runtime_error(path + " is no JSON; `brisktitles check` tells where it is wrong");
     }
-    return std::move(*bytes);
+    return bytes;
 }
 
 std::string spelled(const Json& value) {
@@ -75,7 +72,7 @@ Json toJson(const TitleDifference& difference) {
 }
 
 int runDiff(const DiffOptions& options) {
-    const std::vector<TitleDifference> differences = compareDatabases(read(options.before), read(options.after));
+    const std::vector<TitleDifference> differences = compareDatabases(readJson(options.before), readJson(options.after));
     if (options.format == "json") {
         Json titles = Json::array();
         for (const TitleDifference& difference : differences) {

@@ -29,22 +29,14 @@ std::string absolutePath(const std::string& path) {
     return {absolute.begin(), absolute.end()};
 }
 
-std::string read(const std::string& path) {
-    auto bytes = readInputFile(path);
-    if (!bytes) {
-        throw std::runtime_error("cannot read " + path);
-    }
-    return std::move(*bytes);
-}
-
 int runNew(const NewOptions& options) {
     NewTitleSources sources;
     if (!options.executable.empty()) {
-        sources.executable = read(options.executable);
+        sources.executable = readInput(options.executable);
         sources.executablePath = absolutePath(options.executable);
     }
     if (!options.settings.empty()) {
-        sources.settings = read(options.settings);
+        sources.settings = readInput(options.settings);
         sources.settingsPath = absolutePath(options.settings);
     }
     NewTitle made;
