@@ -7,6 +7,11 @@
 
 #include <nlohmann/json.hpp>
 
+#ifdef _WIN32
+#include "toast/WinToast.h"
+#include "toast/WinToastHandler.h"
+#endif
+
 namespace brisk::bench {
 
 namespace {
@@ -64,6 +69,26 @@ double fields(std::size_t count) {
     return secondsOf([&] { title.checkAndPatch(); });
 }
 
+#ifdef _WIN32
+// Shown one after the other, and then cleared.
+double toasts(std::size_t count) {
+    WinToastLib::WinToast winToast;
+    winToast.setAppName(L"Toasts");
+    winToast.setAppUserModelId(L"Bench.Toasts");
+    winToast.setShortcutPolicy(WinToastLib::ShortcutPolicy::Ignore);
+    require(winToast.initialize(), "no toasts");
+    WinToastLib::ToastTemplate toast;
+    toast.texts = {L"A title", L"A line", L"Another line"};
+    const auto handler = std::make_shared<WinToastHandler>(std::vector<ToastAction>());
+    return secondsOf([&] {
+        for (std::size_t number = 0; number < count; ++number) {
+            require(winToast.showToast(toast, handler) >= 0, "not shown");
+        }
+        winToast.clear();
+    });
+}
+#endif
+
 } // namespace
 
 void printGrowthRows() {
@@ -71,6 +96,9 @@ void printGrowthRows() {
     printGrowth("replace, matches", {1, 10, 100, 1'000, 10'000, 100'000, 1'000'000}, matches);
     printGrowth("load, titles", {1'000, 3'000, 10'000, 30'000, 100'000}, titles);
     printGrowth("check and patch, fields", {1, 10, 100, 1'000}, fields);
+#ifdef _WIN32
+    printGrowth("show and clear, toasts in the table", {1, 10, 100, 1'000, 10'000}, toasts);
+#endif
 }
 
 } // namespace brisk::bench

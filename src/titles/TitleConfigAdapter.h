@@ -7,12 +7,12 @@
 
 namespace brisk {
 
-// One setting to check and set. A field is numeric exactly when `value` is empty.
+// One setting to check and set, filed under its key: a regular expression (text files) or a registry value name. A
+// field is numeric exactly when `value` is empty.
 struct ConfigField {
-    std::string key;         // the setting: a regular expression (text files) or a registry value name
     std::string meta;        // name of the run-time resolution value that replaces intValue; may be empty
     std::string text;        // the setting in words, for the user
-    std::string createKey;   // written instead of `key` when the setting is missing; may be empty
+    std::string createKey;   // written instead of the key when the setting is missing; may be empty
     std::string createValue; // template of the value written under createKey
     std::string value;       // the wanted text
     std::int32_t intValue = 0;

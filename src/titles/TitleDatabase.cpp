@@ -67,7 +67,6 @@ ConfigField readField(const json& element) {
     ConfigField field;
     readString(element, "meta", field.meta);
     readString(element, "text", field.text);
-    readString(element, "key", field.key);
     readString(element, "value", field.value);
     if (const json* value = findMember(element, "value"); value && value->is_number()) {
         field.intValue = toInt32(*value);
@@ -129,9 +128,9 @@ void readTitle(const json& element, const UserFolders& userFolders, TitleConfigA
     readArray(element, "patch_if",
               [&](const json& condition) { title.patchConditions.push_back(readCondition(condition)); });
     readArray(element, "config_fields", [&](const json& item) {
-        ConfigField field = readField(item);
-        const std::string key = field.key;
-        title.configFields.insert_or_assign(key, std::move(field));
+        std::string key;
+        readString(item, "key", key);
+        title.configFields.insert_or_assign(std::move(key), readField(item));
     });
 }
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <optional>
 #include <regex>
@@ -10,9 +11,15 @@
 #include <string_view>
 
 // Holds SettingPattern against std::regex on generated cases. A failure prints the seed of its case.
+// BRISK_PATTERN_CASES=10 in the environment: ten times as many as usual.
 
 namespace brisk {
 namespace {
+
+unsigned cases(unsigned usual) {
+    const char* times = std::getenv("BRISK_PATTERN_CASES");
+    return times ? usual * static_cast<unsigned>(std::stoul(times)) : usual;
+}
 
 std::string readable(std::string_view bytes) {
     return testing::PrintToString(std::string(bytes));
@@ -82,7 +89,7 @@ void compare(const std::string& pattern, int texts, const std::function<std::str
 
 void compareGeneratedPatterns(GeneratorOptions options, unsigned firstSeed, unsigned count) {
     Counts counts;
-    for (unsigned seed = firstSeed; seed < firstSeed + count; ++seed) {
+    for (unsigned seed = firstSeed; seed < firstSeed + cases(count); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         SettingPatternGenerator generator(seed, options);
         const std::string pattern = generator.pattern();
@@ -117,7 +124,7 @@ TEST_F(SettingPatternDifferentialTest, PatternsWithBackReferencesFindAndReplaceA
 
 TEST_F(SettingPatternDifferentialTest, BracketExpressionsHoldTheSameBytesOrAreRejected) {
     Counts counts;
-    for (unsigned seed = 0; seed < 4'000; ++seed) {
+    for (unsigned seed = 0; seed < cases(4'000); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         SettingPatternGenerator generator(seed, {});
         const std::string pattern = '[' + generator.bracketExpression();
@@ -131,7 +138,7 @@ TEST_F(SettingPatternDifferentialTest, BracketExpressionsHoldTheSameBytesOrAreRe
 
 TEST_F(SettingPatternDifferentialTest, RunsOfTokensMeanTheSameOrAreRejected) {
     Counts counts;
-    for (unsigned seed = 0; seed < 40'000; ++seed) {
+    for (unsigned seed = 0; seed < cases(40'000); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         SettingPatternGenerator generator(seed, {});
         const std::string pattern = generator.tokens();
@@ -144,7 +151,7 @@ TEST_F(SettingPatternDifferentialTest, RunsOfTokensMeanTheSameOrAreRejected) {
 
 TEST_F(SettingPatternDifferentialTest, SettingKeysFindAndReplaceAsTheStandardLibrary) {
     Counts counts;
-    for (unsigned seed = 0; seed < 5'000; ++seed) {
+    for (unsigned seed = 0; seed < cases(5'000); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         SettingPatternGenerator generator(seed, {});
         const std::string pattern = generator.settingKey();

@@ -40,8 +40,8 @@ std::string describe(const TitleConfigAdapter& title) {
         text << '\n';
     }
     for (const auto& [key, field] : title.configFields) {
-        text << "field " << key << '=' << field.key << '|' << field.meta << '|' << field.text << '|' << field.createKey
-             << '|' << field.createValue << '|' << field.value << '|' << field.intValue << '\n';
+        text << "field " << key << '|' << field.meta << '|' << field.text << '|' << field.createKey << '|'
+             << field.createValue << '|' << field.value << '|' << field.intValue << '\n';
     }
     return text.str();
 }
@@ -123,8 +123,8 @@ TEST_F(TitleDatabaseTest, EveryMemberIsRead) {
               "location b\n"
               "condition c1 or absent: 'x' 'y' 1 2\n"
               "condition c0:\n"
-              "field k1=k1||||||5\n"
-              "field k2=k2|width|words|ck|cv*|v|0\n");
+              "field k1||||||5\n"
+              "field k2|width|words|ck|cv*|v|0\n");
 }
 
 TEST_F(TitleDatabaseTest, AbsentMembersKeepTheirDefaults) {
@@ -139,13 +139,13 @@ TEST_F(TitleDatabaseTest, MembersOfAnotherTypeAreIgnored) {
     EXPECT_EQ(read(R"({"luma_version": true})"), "0|0|||\n");
     EXPECT_EQ(read(R"({"config_fields": [{"key": 1, "meta": 2, "text": 3, "value": true, "create_key": 4,
                                           "create_value": 5}]})"),
-              "0|0|||\nfield =||||||0\n");
+              "0|0|||\nfield ||||||0\n");
     EXPECT_EQ(read(R"({"patch_if": [{"key": 1, "presence": "x", "absence": "true"}]})"), "0|0|||\ncondition :\n");
 }
 
 TEST_F(TitleDatabaseTest, FieldsAndConditionsThatAreNoObjectsAreEmptyOnes) {
     EXPECT_EQ(read(R"({"config_fields": ["k", 1], "patch_if": [null, "k"]})"),
-              "0|0|||\ncondition :\ncondition :\nfield =||||||0\n");
+              "0|0|||\ncondition :\ncondition :\nfield ||||||0\n");
 }
 
 TEST_F(TitleDatabaseTest, LumaVersionIsAnyNumberTakenAsAnUnsigned32BitOne) {
@@ -191,7 +191,7 @@ TEST_F(TitleDatabaseTest, LaterFieldOfTheSameKeyOverwritesAllOfTheEarlier) {
     EXPECT_EQ(read(R"({"config_fields": [
                 {"key": "k", "meta": "width", "text": "t", "value": "v", "create_key": "ck", "create_value": "cv"},
                 {"key": "k", "value": 3}]})"),
-              "0|0|||\nfield k=k||||||3\n");
+              "0|0|||\nfield k||||||3\n");
 }
 
 TEST_F(TitleDatabaseTest, ConditionsOfTheSameKeyAreAllKept) {

@@ -40,6 +40,7 @@ enum class FieldOutcome {
 };
 
 struct FieldPreview {
+    std::string key;
     ConfigField field;
     KeyMatches matches; // in the text as it is read
     bool isMissing = false;

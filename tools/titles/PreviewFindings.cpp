@@ -19,7 +19,7 @@ public:
             checkComments(condition.matches, "a condition's ");
         }
         for (const FieldPreview& field : preview.fields) {
-            checkEnd(field.end, field.field.key, field.matches, field.current, "the ");
+            checkEnd(field.end, field.key, field.matches, field.current, "the ");
             checkComments(field.matches, "the ");
             checkSeveral(field);
             checkCreated(field);
@@ -129,7 +129,7 @@ private:
                       std::to_string(lineOf(field.matches.places[0].begin)));
         }
         if (field.outcome == FieldOutcome::created && field.created.count > 1) {
-            addAtKey(Severity::Error, "several-matches", field.field.key,
+            addAtKey(Severity::Error, "several-matches", field.key,
                      "\"create_key\" finds " + std::to_string(field.created.count) +
                          " places, and the setting is created at each of them");
         }
@@ -161,7 +161,7 @@ private:
         };
         if (isRewritten() && !preview.fields.empty() &&
             std::none_of(preview.fields.begin(), preview.fields.end(), changes)) {
-            addAtKey(Severity::Error, "nothing-matches", preview.fields.front().field.key,
+            addAtKey(Severity::Error, "nothing-matches", preview.fields.front().key,
                      "nothing in the file is changed, and the player is told that it was adjusted");
             return;
         }
@@ -169,7 +169,7 @@ private:
             return;
         }
         if (preview.readLocation != preview.writtenLocation && !preview.passes.back().changes) {
-            addAtKey(Severity::Error, "never-settles", preview.fields.front().field.key,
+            addAtKey(Severity::Error, "never-settles", preview.fields.front().key,
                      "another file is written than is read: the title needs adjusting for ever");
             return;
         }
@@ -191,16 +191,16 @@ private:
         const std::string forEver =
             ": the title needs adjusting for ever, and the player is told each time that it was adjusted";
         if (grows()) {
-            addAtKey(Severity::Error, "grows", field.field.key,
+            addAtKey(Severity::Error, "grows", field.key,
                      "what is written is not found again, and the file grows each time" + forEver);
         } else if (field.outcome == FieldOutcome::missing) {
-            addAtKey(Severity::Error, "never-settles", field.field.key,
+            addAtKey(Severity::Error, "never-settles", field.key,
                      (field.field.createKey.empty()
                           ? "the setting is missing, and there is no \"create_key\""
                           : "the setting is missing, and \"create_key\" does not find its place") +
                          forEver);
         } else {
-            addAtValue(Severity::Error, "never-settles", field.matches, field.field.key,
+            addAtValue(Severity::Error, "never-settles", field.matches, field.key,
                        "what is written here is not what is read afterwards" + forEver);
         }
     }

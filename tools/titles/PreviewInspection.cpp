@@ -30,16 +30,17 @@ public:
         return preview;
     }
 
-    FieldPreview inspect(const ConfigField& field) {
+    FieldPreview inspect(const std::string& key, const ConfigField& field) {
         FieldPreview preview;
+        preview.key = key;
         preview.field = field;
         for (PreviewAdapter* adapter : {&reading, &writing}) {
             adapter->patchConditions.clear();
-            adapter->configFields = {{field.key, field}};
+            adapter->configFields = {{key, field}};
         }
         preview.end = attempt([&] {
-            preview.matches = reading.findMatches(field.key);
-            preview.current = readValue(field.key, field.value.empty());
+            preview.matches = reading.findMatches(key);
+            preview.current = readValue(key, field.value.empty());
             preview.isMissing = preview.matches.count == 0;
             preview.differs = needsToBeOptimized(reading, resolutionValues);
         });
@@ -72,7 +73,7 @@ private:
             return;
         }
         const bool isCreated = !preview.field.createKey.empty() && write.key == preview.field.createKey &&
-                               (write.key != preview.field.key || preview.isMissing);
+                               (write.key != preview.key || preview.isMissing);
         if (!isCreated) {
             preview.wanted = write.text;
             preview.outcome = preview.matches.count == 0 && !hasChanged ? FieldOutcome::missing
@@ -119,7 +120,7 @@ void inspectAll(TitlePreview& preview, const PreviewAdapter& title, PreviewAdapt
         preview.conditions.push_back(inspection.inspect(condition));
     }
     for (const auto& [key, field] : title.configFields) {
-        preview.fields.push_back(inspection.inspect(field));
+        preview.fields.push_back(inspection.inspect(key, field));
     }
 }
 

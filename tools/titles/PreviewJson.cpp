@@ -83,7 +83,7 @@ nlohmann::ordered_json toJson(const TitlePreview& preview, const Display& displa
     }
     Json& fields = json["fields"] = Json::array();
     for (const FieldPreview& field : preview.fields) {
-        fields.push_back({{"key", field.field.key},
+        fields.push_back({{"key", field.key},
                           {"matches", field.matches.count},
                           {"places", placesOf(field.matches, source, preview.text)},
                           {"current", field.current},

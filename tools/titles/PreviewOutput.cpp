@@ -108,8 +108,8 @@ void printPreview(std::ostream& out, const TitlePreview& preview, const Display&
             << (condition.condition.absence ? " or missing" : "") << describeEnd(condition.end) << '\n';
     }
     for (const FieldPreview& field : preview.fields) {
-        out << "  setting " << inQuotes(field.field.key) << ' ' << describeFound(field.matches, field.current, source)
-            << ": " << describeOutcome(field, preview.isRegistry) << describeEnd(field.end) << '\n';
+        out << "  setting " << inQuotes(field.key) << ' ' << describeFound(field.matches, field.current, source) << ": "
+            << describeOutcome(field, preview.isRegistry) << describeEnd(field.end) << '\n';
     }
     for (std::size_t at = 0; at < preview.passes.size(); ++at) {
         const PassPreview& pass = preview.passes[at];
@@ -141,7 +141,7 @@ void printMatrix(std::ostream& out, const std::vector<Display>& displays, const 
         if (std::adjacent_find(outcomes.begin(), outcomes.end(), std::not_equal_to<>()) == outcomes.end()) {
             continue;
         }
-        out << "  setting " << inQuotes(fullest->fields[field].field.key) << '\n';
+        out << "  setting " << inQuotes(fullest->fields[field].key) << '\n';
         for (std::size_t at = 0; at < displays.size(); ++at) {
             out << "    " << describe(displays[at]) << ": " << outcomes[at] << '\n';
         }

@@ -79,7 +79,7 @@ void runPasses(TitlePreview& preview, PreviewAdapter& adapter, const ResolutionV
 void findUnsettled(TitlePreview& preview, PreviewAdapter& adapter, const ResolutionValues& values, LogCapture& log) {
     adapter.patchConditions.clear();
     for (FieldPreview& field : preview.fields) {
-        adapter.configFields = {{field.field.key, field.field}};
+        adapter.configFields = {{field.key, field.field}};
         attempt([&] { field.differsAtLast = needsToBeOptimized(adapter, values); });
     }
     log.take();
