@@ -80,6 +80,14 @@ std::string inUnits(double value, const std::string& unit) {
     return text;
 }
 
+// A bar would end the table's cell.
+std::string inCell(std::string text) {
+    for (std::size_t bar = 0; (bar = text.find('|', bar)) != std::string::npos; bar += 2) {
+        text.insert(bar, 1, '\\');
+    }
+    return text;
+}
+
 void printRow(const std::string& work, double product, const std::string& referenceName, double reference,
               const std::string& unit, std::vector<double> ratios, Bar bar) {
     const bool isFaster = bar.kind == Bar::Kind::timesAsFast;
@@ -90,7 +98,7 @@ void printRow(const std::string& work, double product, const std::string& refere
     }
     const double ratio = quantile(ratios, 0.5);
     const bool isMet = isFaster ? ratio >= bar.limit : ratio <= bar.limit;
-    std::printf("| %s | %s | %s: %s | %.3g (%.3g to %.3g) | %s %g | %s |\n", work.c_str(),
+    std::printf("| %s | %s | %s: %s | %.3g (%.3g to %.3g) | %s %g | %s |\n", inCell(work).c_str(),
                 inUnits(product, unit).c_str(), referenceName.c_str(), inUnits(reference, unit).c_str(), ratio,
                 quantile(ratios, 0.25), quantile(ratios, 0.75), isFaster ? "at least" : "at most", bar.limit,
                 isMet ? "met" : "**not met**");

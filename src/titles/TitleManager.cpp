@@ -65,7 +65,7 @@ TitleManager::TitleManager() : userFolders(findUserFolders()) {}
 bool TitleManager::loadTitlesDatabase(const std::string& directory) {
     const std::lock_guard lock(mutex);
     // The library's own buffer has 512 bytes on Windows.
-    std::vector<char> buffer(64 * 1024);
+    std::vector<char> buffer(65'536);
     std::ifstream file;
     file.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
     file.open(toPath(directory + "\\titles_db.json"));
