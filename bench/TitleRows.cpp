@@ -7,6 +7,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/TextFiles.h"
 #include "titles/TitleManager.h"
+#include "tools/titles/DatabaseCheck.h"
 
 #include <nlohmann/json.hpp>
 
@@ -36,6 +37,21 @@ void printLoad(std::size_t titles) {
         },
         "json::parse in memory", [&] { require(json::parse(bytes).size() == titles, "other titles"); },
         {Bar::Kind::atMost, kLoadBar});
+}
+
+void printCheck(std::size_t titles) {
+    const testing::TemporaryFolder folder;
+    writeTitles(folder.path(), titles);
+    const std::string bytes = testing::readFile(folder / "titles_db.json");
+    compare(
+        "brisktitles check of " + std::to_string(titles) + " titles",
+        [&] { require(workbench::checkDatabase({"titles_db.json", bytes}).titles == titles, "other titles"); },
+        "the service's load",
+        [&] {
+            TitleManager manager;
+            require(manager.loadTitlesDatabase(folder.narrow()), "the database is not loaded");
+        },
+        {Bar::Kind::atMost, 3});
 }
 
 void printTitleInformation() {
@@ -68,6 +84,8 @@ void printTitleRows() {
     for (const std::size_t titles : {std::size_t{1'000}, std::size_t{10'000}, std::size_t{100'000}}) {
         printLoad(titles);
     }
+    printCheck(10'000);
+    printCheck(100'000);
     printTitleInformation();
 }
 

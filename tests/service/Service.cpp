@@ -74,7 +74,12 @@ void Service::tick(unsigned count) const {
 
 LRESULT Service::sendTitleInfo(WPARAM tag, ULONG_PTR dataTag, const std::string& text) const {
     COPYDATASTRUCT data{dataTag, static_cast<DWORD>(text.size()), const_cast<char*>(text.data())};
-    return SendMessageA(window(), WM_COPYDATA, tag, reinterpret_cast<LPARAM>(&data));
+    DWORD_PTR answer = 0;
+    if (!SendMessageTimeoutA(window(), WM_COPYDATA, tag, reinterpret_cast<LPARAM>(&data), SMTO_NORMAL,
+                             static_cast<UINT>(std::chrono::milliseconds(waitLimit).count()), &answer)) {
+        throw std::runtime_error("waited in vain: the answer to title information");
+    }
+    return static_cast<LRESULT>(answer);
 }
 
 void Service::suspend() const {
