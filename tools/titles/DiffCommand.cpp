@@ -72,7 +72,8 @@ Json toJson(const TitleDifference& difference) {
 }
 
 int runDiff(const DiffOptions& options) {
-    const std::vector<TitleDifference> differences = compareDatabases(readJson(options.before), readJson(options.after));
+    const std::vector<TitleDifference> differences =
+        compareDatabases(readJson(options.before), readJson(options.after));
     if (options.format == "json") {
         Json titles = Json::array();
         for (const TitleDifference& difference : differences) {
