@@ -1,7 +1,5 @@
 #include "toast/ButtonPresses.h"
 
-#include <mutex>
-
 namespace brisk {
 
 ButtonPresses& buttonPresses() {
@@ -9,18 +7,26 @@ ButtonPresses& buttonPresses() {
     return presses;
 }
 
+void ButtonPresses::Finish::operator()(ButtonPresses* presses) const {
+    // Told under the lock: who waits may end the process right after it.
+    const std::lock_guard lock(presses->mutex);
+    --presses->running;
+    presses->finished.notify_all();
+}
+
 ButtonPresses::Press ButtonPresses::begin() {
-    Press press(mutex);
+    const std::lock_guard lock(mutex);
     if (ended) {
-        press.unlock();
+        return nullptr;
     }
-    return press;
+    ++running;
+    return Press(this);
 }
 
 void ButtonPresses::end() {
-    // Before the lock: presses must not slip in while others are waited for.
+    std::unique_lock lock(mutex);
     ended = true;
-    const std::lock_guard allOthers(mutex);
+    finished.wait(lock, [this] { return running == 0; });
 }
 
 } // namespace brisk

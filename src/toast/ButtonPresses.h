@@ -1,15 +1,21 @@
 #pragma once
 
-#include <atomic>
-#include <shared_mutex>
+#include <condition_variable>
+#include <cstddef>
+#include <memory>
+#include <mutex>
 
 namespace brisk {
 
 // Whether buttons still do anything: the end of the process must neither cut a settings file short nor let an action
 // begin that cannot finish.
 class ButtonPresses {
+    struct Finish {
+        void operator()(ButtonPresses* presses) const;
+    };
+
 public:
-    using Press = std::shared_lock<std::shared_mutex>;
+    using Press = std::unique_ptr<ButtonPresses, Finish>;
 
     // The press lasts as long as what is returned. Empty once the end has come: then the press has no effect at all.
     // Any thread; presses do not wait for each other.
@@ -19,8 +25,11 @@ public:
     void end();
 
 private:
-    std::shared_mutex mutex;
-    std::atomic<bool> ended = false;
+    // No shared mutex: MinGW's lets a writer in while readers are there, one time in ten on a busy machine.
+    std::mutex mutex;
+    std::condition_variable finished;
+    std::size_t running = 0;
+    bool ended = false;
 };
 
 // The process's own, never destroyed: a button may be pressed as long as the process lives.
