@@ -16,6 +16,14 @@ inline bool isWine() {
            std::getenv("BRISK_TESTS_WITHOUT_WINE") == nullptr;
 }
 
+// Of Wine "10.0" 10. Under Wine only.
+inline int wineVersion() {
+    using GetVersion = const char* (*)();
+    const auto getVersion = reinterpret_cast<GetVersion>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version")));
+    return std::atoi(getVersion());
+}
+
 // Called in the constructor or in the set-up of a test. Skips the test and answers false where this is not Wine.
 inline bool needsWine(const char* reason) {
     if (isWine()) {
