@@ -1,5 +1,5 @@
-#include "base/WindowsHandles.h"
 #include "toast/DynamicFunctions.h"
+#include "toast/FakeNotification.h"
 #include "toast/NotificationInterfaces.h"
 
 // A notification system that shows nothing and costs next to nothing. This program's toasts find it instead of Windows'
@@ -11,7 +11,7 @@ namespace {
 
 using namespace WinToastLib::abi;
 
-// Lives for ever, unless it counts its references itself.
+// Lives for ever.
 template <class Interface>
 class Fake : public Interface {
 public:
@@ -23,10 +23,9 @@ public:
     HRESULT STDMETHODCALLTYPE GetTrustLevel(TrustLevel* /*level*/) override { return E_NOTIMPL; }
 };
 
-class Notification final : public Fake<IToastNotification> {
+// It lives as long as references are held, also by the toasts' table.
+class Notification final : public testing::FakeNotification {
 public:
-    virtual ~Notification() = default;
-
     ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
     ULONG STDMETHODCALLTYPE Release() override {
         const ULONG left = --references;
@@ -35,43 +34,9 @@ public:
         }
         return left;
     }
-    HRESULT STDMETHODCALLTYPE get_Content(IXmlDocument** /*content*/) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE put_ExpirationTime(IReferenceDateTime* /*time*/) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE get_ExpirationTime(IReferenceDateTime** /*time*/) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE add_Dismissed(IDismissedHandler* handler, EventRegistrationToken* /*token*/) override {
-        return attach(dismissed, handler);
-    }
-    HRESULT STDMETHODCALLTYPE remove_Dismissed(EventRegistrationToken /*token*/) override {
-        dismissed = {};
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE add_Activated(IActivatedHandler* handler, EventRegistrationToken* /*token*/) override {
-        return attach(activated, handler);
-    }
-    HRESULT STDMETHODCALLTYPE remove_Activated(EventRegistrationToken /*token*/) override {
-        activated = {};
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE add_Failed(IFailedHandler* handler, EventRegistrationToken* /*token*/) override {
-        return attach(failed, handler);
-    }
-    HRESULT STDMETHODCALLTYPE remove_Failed(EventRegistrationToken /*token*/) override {
-        failed = {};
-        return S_OK;
-    }
 
 private:
-    template <class Handler>
-    static HRESULT attach(ComReference<Handler>& held, Handler* handler) {
-        handler->AddRef();
-        held = ComReference<Handler>(handler);
-        return S_OK;
-    }
-
     ULONG references = 1;
-    ComReference<IDismissedHandler> dismissed;
-    ComReference<IActivatedHandler> activated;
-    ComReference<IFailedHandler> failed;
 };
 
 class DocumentIO final : public Fake<IXmlDocumentIO> {

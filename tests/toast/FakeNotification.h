@@ -8,7 +8,7 @@ namespace brisk::testing {
 
 // A notification whose events come without arguments and which keeps no handler alive for the time that it runs: one
 // that is taken off then must hold itself.
-class FakeNotification final : public WinToastLib::abi::IToastNotification {
+class FakeNotification : public WinToastLib::abi::IToastNotification {
 public:
     virtual ~FakeNotification() = default;
 
@@ -37,10 +37,12 @@ public:
     HRESULT STDMETHODCALLTYPE remove_Dismissed(EventRegistrationToken) override { return detach(dismissed); }
     HRESULT STDMETHODCALLTYPE remove_Failed(EventRegistrationToken) override { return detach(failed); }
 
-    // Not called.
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOTIMPL; }
+    // It lives as long as who made it says.
     ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
+
+    // Not called.
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetIids(ULONG*, IID**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetRuntimeClassName(HSTRING*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetTrustLevel(TrustLevel*) override { return E_NOTIMPL; }

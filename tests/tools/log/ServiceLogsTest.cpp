@@ -319,30 +319,29 @@ TEST_F(ServiceLogsTest, TooFewSamples) {
 class ServiceLogsLibraryTest : public ServiceLogsTest {
 protected:
     ServiceLogsLibraryTest() { kestrelstandin::installKestrel(service.folder()); }
+
+    // Plays on a machine of which the library answers this.
+    void playAndCheckOn(const std::string& answers, const std::string& log) {
+        const kestrelstandin::KestrelStandin library(answers);
+        start("");
+        playAndCheck(log);
+    }
 };
 
 TEST_F(ServiceLogsLibraryTest, SamplesThatDoNotCount) {
-    kestrelstandin::KestrelStandin library("desktop 0 0\ndisplay 1024 768 60\nframes 40 14 301 39\n");
-    start("");
-    playAndCheck("rejected-samples");
+    playAndCheckOn("desktop 0 0\ndisplay 1024 768 60\nframes 40 14 301 39\n", "rejected-samples");
 }
 
 TEST_F(ServiceLogsLibraryTest, DesktopBelowItsNativeResolution) {
-    kestrelstandin::KestrelStandin library("desktop 0 0\ndisplay 1920 1080 60\nframes 40\n");
-    start("");
-    playAndCheck("not-native-resolution");
+    playAndCheckOn("desktop 0 0\ndisplay 1920 1080 60\nframes 40\n", "not-native-resolution");
 }
 
 TEST_F(ServiceLogsLibraryTest, DesktopThatSpansDisplays) {
-    kestrelstandin::KestrelStandin library("desktop 0 0 span\ndisplay 1024 768 60\nframes 40\n");
-    start("");
-    playAndCheck("spanned-desktop");
+    playAndCheckOn("desktop 0 0 span\ndisplay 1024 768 60\nframes 40\n", "spanned-desktop");
 }
 
 TEST_F(ServiceLogsLibraryTest, MeasuredGameThatIsFastEnough) {
-    kestrelstandin::KestrelStandin library("desktop 0 0\ndisplay 1024 768 60\nframes 55\n");
-    start("");
-    playAndCheck("measured-fast-enough");
+    playAndCheckOn("desktop 0 0\ndisplay 1024 768 60\nframes 55\n", "measured-fast-enough");
 }
 
 TEST_F(ServiceLogsTest, NoLowerResolution) {
