@@ -291,8 +291,8 @@ bool PatternMatcher::takeLoop(const PatternStep& step) {
         return true;
     }
     const bool wasEmpty = step.roundRegister != PatternStep::noRegister && registers[step.roundRegister] == place;
-    const bool canGoOn =
-        !wasEmpty && !(isCounted && rounds == step.maximum) && program.steps[step.other].possible.fits(text, place);
+    const bool isMost = isCounted && rounds == step.maximum;
+    const bool canGoOn = !wasEmpty && !isMost && program.steps[step.other].possible.fits(text, place);
     const bool canEnd = program.steps[step.next].possible.fits(text, place);
     if (!canGoOn && !canEnd) {
         return false;
@@ -312,7 +312,8 @@ bool PatternMatcher::takeLoop(const PatternStep& step) {
 
 void PatternMatcher::beginRound(const PatternStep& step) {
     const bool isCounted = step.countRegister != PatternStep::noRegister;
-    if (step.roundRegister != PatternStep::noRegister && !(isCounted && registers[step.countRegister] < step.minimum)) {
+    const bool isOwed = isCounted && registers[step.countRegister] < step.minimum;
+    if (step.roundRegister != PatternStep::noRegister && !isOwed) {
         setRegister(step.roundRegister, place);
     }
     if (isCounted) {
