@@ -9,6 +9,7 @@ void printMemoryRows();
 
 void printTitleRows();
 void printSettingsRows();
+void printTickRows();
 void printPatternRows();
 
 // Many titles in one pass; on Windows only, for on the simulated one its calls would be most of it.
