@@ -5,10 +5,10 @@
 #include "tools/titles/PreviewInput.h"
 #include "tools/titles/ProfileFiles.h"
 #include "tools/titles/Suggestion.h"
-#include "tools/titles/UsageError.h"
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 
 namespace brisk::workbench {
 
@@ -34,7 +34,7 @@ std::vector<std::string> subfolders(const std::string& folder) {
         }
     }
     if (error) {
-        throw UsageError("cannot read " + folder + ": " + error.message());
+        throw std::runtime_error("cannot read " + folder + ": " + error.message());
     }
     std::sort(names.begin(), names.end());
     for (std::string& name : names) {
@@ -46,18 +46,18 @@ std::vector<std::string> subfolders(const std::string& folder) {
 Size readSize(const Json& value, const std::string& file, const char* key) {
     const std::optional<Size> size = value.is_string() ? parseSize(value.get<std::string>()) : std::nullopt;
     if (!size) {
-        throw UsageError(file + ": \"" + key + "\" is to be a size such as \"1920x1080\"");
+        throw std::runtime_error(file + ": \"" + key + "\" is to be a size such as \"1920x1080\"");
     }
     return *size;
 }
 
 void readDescription(GoldenCase& golden, const std::string& file) {
     if (!golden.description.is_object()) {
-        throw UsageError(file + " holds no JSON object");
+        throw std::runtime_error(file + " holds no JSON object");
     }
     for (const auto& [key, value] : golden.description.items()) {
         if (std::find(kKeys.begin(), kKeys.end(), key) == kKeys.end()) {
-            throw UsageError(file + ": unknown key \"" + key + "\"" + didYouMean(key, kKeys));
+            throw std::runtime_error(file + ": unknown key \"" + key + "\"" + didYouMean(key, kKeys));
         }
     }
     if (golden.description.contains("display")) {
@@ -73,10 +73,10 @@ void readDescription(GoldenCase& golden, const std::string& file) {
         golden.expectation = expectation.is_string() ? expectation.get<std::string>() : expectation.dump();
         const auto& all = expectations();
         if (std::find(all.begin(), all.end(), golden.expectation) == all.end()) {
-            throw UsageError(file +
-                             ": \"expectation\" is to be adjusted, untouched, condition, not-found or "
-                             "no-resolution, not " +
-                             golden.expectation);
+            throw std::runtime_error(file +
+                                     ": \"expectation\" is to be adjusted, untouched, condition, not-found or "
+                                     "no-resolution, not " +
+                                     golden.expectation);
         }
     }
 }
@@ -115,20 +115,20 @@ GoldenCase readCase(const std::string& folder, bool mayBeNew) {
     if (!mayBeNew || holds(folder, "case.json")) {
         golden.description = Json::parse(readInput(file), nullptr, false);
         if (golden.description.is_discarded()) {
-            throw UsageError(file + " is no JSON");
+            throw std::runtime_error(file + " is no JSON");
         }
     }
     readDescription(golden, file);
     if (golden.expectation.empty() && !mayBeNew) {
-        throw UsageError(file + " has no \"expectation\"");
+        throw std::runtime_error(file + " has no \"expectation\"");
     }
     golden.before = readFiles(folder + "/before");
     golden.after = readFiles(folder + "/after");
     for (GoldenFiles* files : {&golden.before, &golden.after}) {
         if (const auto registry = files->find(kRegistryFile); registry != files->end()) {
             if (!readRegistryExport(registry->second)) {
-                throw UsageError(folder + (files == &golden.before ? "/before/" : "/after/") + kRegistryFile +
-                                 " is no exported registry file");
+                throw std::runtime_error(folder + (files == &golden.before ? "/before/" : "/after/") + kRegistryFile +
+                                         " is no exported registry file");
             }
             registry->second = normalizedExport(registry->second);
         }
@@ -168,7 +168,7 @@ TitlePreview previewCase(const SourceText& titleFile, const GoldenCase& golden, 
     const std::string profile = inCase(golden, "profile");
     const DatabaseTitles titles = readDatabase(titleFile, userFoldersIn(profile));
     if (titles.size() != 1) {
-        throw UsageError(titleFile.path() + (titles.empty() ? " holds no title" : " holds several titles"));
+        throw std::runtime_error(titleFile.path() + (titles.empty() ? " holds no title" : " holds several titles"));
     }
     const DatabaseTitle& title = titles.begin()->second;
     if (title.type == ConfigType::Registry) {

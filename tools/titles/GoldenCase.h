@@ -29,22 +29,23 @@ struct GoldenCase {
 // What may be expected: "adjusted", "untouched", "condition", "not-found", "no-resolution".
 const std::vector<std::string_view>& expectations();
 
-// Throws UsageError when something cannot be read or is not understood. `mayBeNew`: nothing need be expected yet.
+// Throws std::runtime_error when something cannot be read or is not understood. `mayBeNew`: nothing need be expected
+// yet.
 GoldenCase readCase(const std::string& folder, bool mayBeNew);
 
 // The folders of the title's cases, in the order of their names.
 std::vector<std::string> findCases(const std::string& titleFolder);
 
-// title.json of a title's folder as a database: it is one, or the title alone. Throws UsageError when it cannot be
-// read.
+// title.json of a title's folder as a database: it is one, or the title alone. Throws std::runtime_error when it cannot
+// be read.
 SourceText readTitleFile(const std::string& titleFolder);
 
 // The folders that hold a title.json, from `folder` on downwards, in the order of their paths; what lies in a title's
 // folder is the title's.
 std::vector<std::string> findTitleFolders(const std::string& folder);
 
-// What the service would do with the case's title on a display. Throws UsageError when the file holds no title, or
-// several.
+// What the service would do with the case's title on a display. Throws std::runtime_error when the file holds no title,
+// or several.
 TitlePreview previewCase(const SourceText& titleFile, const GoldenCase& golden, const Display& display);
 
 // The case's files after the preview's first pass.

@@ -3,11 +3,11 @@
 #include "base/TextEncoding.h"
 #include "tools/titles/InputFile.h"
 #include "tools/titles/LineDiff.h"
-#include "tools/titles/UsageError.h"
 
 #include <fstream>
 #include <iterator>
 #include <optional>
+#include <stdexcept>
 #include <string_view>
 
 namespace brisk::workbench {
@@ -55,7 +55,7 @@ GoldenFiles readFiles(const std::string& folder) {
         }
     }
     if (error) {
-        throw UsageError("cannot read " + folder + ": " + error.message());
+        throw std::runtime_error("cannot read " + folder + ": " + error.message());
     }
     return files;
 }
@@ -69,7 +69,7 @@ void writeFiles(const std::string& folder, const GoldenFiles& files) {
         stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
         stream.close();
         if (!stream) {
-            throw UsageError("cannot write " + folder + "/" + name);
+            throw std::runtime_error("cannot write " + folder + "/" + name);
         }
     }
 }

@@ -17,10 +17,10 @@ constexpr char kRegistryFile[] = "registry.reg";
 // A path's text as the project's narrow text, with slashes.
 std::string narrowPath(const std::filesystem::path& path);
 
-// Every file below the folder; none where there is no folder. Throws UsageError when one cannot be read.
+// Every file below the folder; none where there is no folder. Throws std::runtime_error when one cannot be read.
 GoldenFiles readFiles(const std::string& folder);
 
-// Writes each file, with its folders. Throws UsageError when one cannot be written.
+// Writes each file, with its folders. Throws std::runtime_error when one cannot be written.
 void writeFiles(const std::string& folder, const GoldenFiles& files);
 
 // The files that `now` has otherwise than `before`, or that `before` has not.

@@ -8,11 +8,11 @@
 #include "tools/titles/MachineRegistry.h"
 #include "tools/titles/PreviewInput.h"
 #include "tools/titles/ProfileFiles.h"
-#include "tools/titles/UsageError.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <memory>
+#include <stdexcept>
 
 #include <windows.h>
 
@@ -64,7 +64,7 @@ public:
         std::wstring command = L"\"" + program.native() + L"\" -log " + log.native();
         if (!CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                             &started)) {
-            throw UsageError("the service cannot be started, error " + std::to_string(GetLastError()));
+            throw std::runtime_error("the service cannot be started, error " + std::to_string(GetLastError()));
         }
         process.reset(started.hProcess);
         CloseHandle(started.hThread);
@@ -86,7 +86,7 @@ public:
         HWND window = nullptr;
         while (isRunning() && !(window = FindWindowA(BRISK_WINDOW_CLASS, nullptr))) {
             if (GetTickCount64() - begin > kLimitMilliseconds) {
-                throw UsageError("the service has no window");
+                throw std::runtime_error("the service has no window");
             }
             Sleep(10);
         }
@@ -94,7 +94,7 @@ public:
         PostMessageA(window, BRISK_MASSIVE_PATCHING, 0, 0);
         PostMessageA(window, BRISK_QUIT, 0, 0);
         if (WaitForSingleObject(process.get(), kLimitMilliseconds) != WAIT_OBJECT_0) {
-            throw UsageError("the service does not end");
+            throw std::runtime_error("the service does not end");
         }
     }
 
@@ -118,17 +118,18 @@ public:
     explicit Trial(const std::string& executable)
         : folder(fs::temp_directory_path() / ("brisktitles-" + std::to_string(GetCurrentProcessId()))) {
         if (FindWindowA(BRISK_WINDOW_CLASS, nullptr)) {
-            throw UsageError("a Brisk service runs already: end it first");
+            throw std::runtime_error("a Brisk service runs already: end it first");
         }
         const std::optional<Display> own = machineDisplay();
         if (!own || !own->lower) {
-            throw UsageError("this machine's display has no lower resolution: the service would look at no title");
+            throw std::runtime_error(
+                "this machine's display has no lower resolution: the service would look at no title");
         }
         display = *own;
         fs::create_directories(folder);
         std::error_code error;
         if (!fs::copy_file(toPath(executable), folder / "brisk.exe", fs::copy_options::overwrite_existing, error)) {
-            throw UsageError("cannot read " + executable);
+            throw std::runtime_error("cannot read " + executable);
         }
     }
     Trial(const Trial&) = delete;
@@ -185,7 +186,7 @@ private:
         const DatabaseTitles titles = readDatabase(titleFile, folders);
         nlohmann::json root = nlohmann::json::parse(titleFile.text());
         if (titles.size() != 1) {
-            throw UsageError(titleFile.path() + (titles.empty() ? " holds no title" : " holds several titles"));
+            throw std::runtime_error(titleFile.path() + (titles.empty() ? " holds no title" : " holds several titles"));
         }
         const DatabaseTitle& title = titles.begin()->second;
         nlohmann::json locations = nlohmann::json::array();

@@ -1,10 +1,10 @@
 #include "tools/titles/InputFile.h"
 
 #include "base/TextEncoding.h"
-#include "tools/titles/UsageError.h"
 
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
 #include <utility>
 
 namespace brisk::workbench {
@@ -29,7 +29,7 @@ std::string readInput(const std::string& path) {
     if (std::optional<std::string> bytes = readInputFile(path)) {
         return std::move(*bytes);
     }
-    throw UsageError("cannot read " + path);
+    throw std::runtime_error("cannot read " + path);
 }
 
 } // namespace brisk::workbench

@@ -8,7 +8,7 @@ namespace brisk::workbench {
 // A file's bytes; nothing when it cannot be read.
 std::optional<std::string> readInputFile(const std::string& path);
 
-// The same; throws UsageError when it cannot be read.
+// The same; throws std::runtime_error when it cannot be read.
 std::string readInput(const std::string& path);
 
 } // namespace brisk::workbench

@@ -2,7 +2,8 @@
 #include "tools/titles/GoldenService.h"
 #include "tools/titles/MachineDisplay.h"
 #include "tools/titles/MachineFiles.h"
-#include "tools/titles/UsageError.h"
+
+#include <stdexcept>
 
 namespace brisk::workbench {
 
@@ -27,7 +28,7 @@ RegistryKeys machineKeys(const std::vector<std::string>& /*locations*/) {
 }
 
 ServiceTrial serviceTrial(const std::string& /*executable*/) {
-    throw UsageError("--with-service needs Windows: run brisktitles.exe, there or under Wine");
+    throw std::runtime_error("--with-service needs Windows: run brisktitles.exe, there or under Wine");
 }
 
 } // namespace brisk::workbench

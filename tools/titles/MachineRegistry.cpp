@@ -1,8 +1,7 @@
 #include "tools/titles/MachineRegistry.h"
 
-#include "tools/titles/UsageError.h"
-
 #include <algorithm>
+#include <stdexcept>
 #include <vector>
 
 #include <windows.h>
@@ -109,7 +108,7 @@ void writeRegistryKeys(const RegistryKeys& keys) {
             RegCloseKey(key);
         }
         if (status != ERROR_SUCCESS) {
-            throw UsageError("cannot write the registry key " + path + ", error " + std::to_string(status));
+            throw std::runtime_error("cannot write the registry key " + path + ", error " + std::to_string(status));
         }
     }
 }

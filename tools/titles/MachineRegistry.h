@@ -15,7 +15,7 @@ void readRegistryKey(const std::string& path, RegistryKeys& keys);
 // The same with all keys below it.
 void readRegistryTree(const std::string& path, RegistryKeys& keys);
 
-// Creates the keys with their values. Throws UsageError when that fails.
+// Creates the keys with their values. Throws std::runtime_error when that fails.
 void writeRegistryKeys(const RegistryKeys& keys);
 
 // Deletes the key and all below it; nothing happens when there is none.

@@ -8,11 +8,11 @@
 #include "tools/titles/PreviewReport.h"
 #include "tools/titles/ProfileFiles.h"
 #include "tools/titles/Progress.h"
-#include "tools/titles/UsageError.h"
 
 #include <algorithm>
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 
 namespace brisk::workbench {
 
@@ -34,7 +34,7 @@ public:
         if (!options.registry.empty()) {
             registry = readRegistryExport(readInput(options.registry));
             if (!registry) {
-                throw UsageError(options.registry + " is no exported registry file");
+                throw std::runtime_error(options.registry + " is no exported registry file");
             }
         }
     }
@@ -49,9 +49,9 @@ public:
                                      ? registry.has_value()
                                      : !options.file.empty() || !options.profile.empty() || !options.gameFolder.empty();
         if (!hasSettings && !options.titles.empty()) {
-            throw UsageError(title.title.binaryName +
-                             (isRegistry ? " keeps its settings in the registry: give --reg"
-                                         : " keeps its settings in a text file: give --file or --profile"));
+            throw std::runtime_error(title.title.binaryName +
+                                     (isRegistry ? " keeps its settings in the registry: give --reg"
+                                                 : " keeps its settings in a text file: give --file or --profile"));
         }
         return hasSettings;
     }
@@ -109,14 +109,14 @@ private:
         const fs::path output = toPath(options.output);
         for (const PreviewFile& each : preview.files) {
             if (each.isReadable && isSameFile(output, each.real)) {
-                throw UsageError("--output must not be the game's file " + each.location);
+                throw std::runtime_error("--output must not be the game's file " + each.location);
             }
         }
         std::ofstream stream(output, std::ios::binary);
         stream.write(preview.after.data(), static_cast<std::streamsize>(preview.after.size()));
         stream.close();
         if (!stream) {
-            throw UsageError("cannot write " + options.output);
+            throw std::runtime_error("cannot write " + options.output);
         }
     }
 
@@ -128,7 +128,9 @@ private:
     nlohmann::ordered_json titles = nlohmann::ordered_json::array();
 };
 
-int preview(const PreviewOptions& options) {
+} // namespace
+
+int runPreview(const PreviewOptions& options) {
     checkOptions(options);
     const SourceText database(options.database, readInput(options.database));
     const DatabaseTitles all = readDatabase(database, looksAtMachine(options)   ? machineFolders()
@@ -140,14 +142,14 @@ int preview(const PreviewOptions& options) {
     const auto texts = std::count_if(titles.begin(), titles.end(),
                                      [](const DatabaseTitle& title) { return title.type == ConfigType::TextFile; });
     if (!options.file.empty() && texts > 1 && options.titles.empty()) {
-        throw UsageError("the database has several titles with text files: say with --title whose file " +
-                         options.file + " is");
+        throw std::runtime_error("the database has several titles with text files: say with --title whose file " +
+                                 options.file + " is");
     }
     if (titles.empty()) {
-        throw UsageError("no title keeps its settings where they are given");
+        throw std::runtime_error("no title keeps its settings where they are given");
     }
     if (!options.output.empty() && (titles.size() != 1 || texts != 1)) {
-        throw UsageError("--output takes one text title: name it with --title");
+        throw std::runtime_error("--output takes one text title: name it with --title");
     }
     {
         Progress progress(titles.size());
@@ -157,17 +159,6 @@ int preview(const PreviewOptions& options) {
         }
     }
     return previewer.finish() ? 1 : 0;
-}
-
-} // namespace
-
-int runPreview(const PreviewOptions& options) {
-    try {
-        return preview(options);
-    } catch (const UsageError& error) {
-        std::cerr << "brisktitles: " << error.what() << '\n';
-        return 2;
-    }
 }
 
 } // namespace brisk::workbench

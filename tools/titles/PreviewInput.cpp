@@ -7,11 +7,11 @@
 #include "tools/titles/MachineDisplay.h"
 #include "tools/titles/MachineFiles.h"
 #include "tools/titles/Suggestion.h"
-#include "tools/titles/UsageError.h"
 
 #include <algorithm>
 #include <iostream>
 #include <set>
+#include <stdexcept>
 
 namespace brisk::workbench {
 
@@ -23,7 +23,7 @@ Size takeSize(const std::string& text, const char* option) {
     if (const std::optional<Size> size = parseSize(text)) {
         return *size;
     }
-    throw UsageError(std::string(option) + " " + text + " is no size such as 1920x1080");
+    throw std::runtime_error(std::string(option) + " " + text + " is no size such as 1920x1080");
 }
 
 bool isWithin(const fs::path& path, const std::string& folder) {
@@ -47,12 +47,12 @@ bool isSameFile(const fs::path& one, const fs::path& other) {
 void checkOptions(const PreviewOptions& options) {
     if (options.file.empty() && options.registry.empty() && options.profile.empty() && options.gameFolder.empty() &&
         !looksAtMachine(options)) {
-        throw UsageError("give the settings to look at: --file, --reg, --profile or --game-folder");
+        throw std::runtime_error("give the settings to look at: --file, --reg, --profile or --game-folder");
     }
     for (const std::string& folder : {options.profile, options.gameFolder}) {
         std::error_code error;
         if (!folder.empty() && !fs::is_directory(toPath(folder), error)) {
-            throw UsageError(folder + " is no folder");
+            throw std::runtime_error(folder + " is no folder");
         }
     }
     if (options.output.empty()) {
@@ -61,14 +61,14 @@ void checkOptions(const PreviewOptions& options) {
     const fs::path output = toPath(options.output);
     for (const std::string& input : {options.database, options.file, options.registry}) {
         if (!input.empty() && isSameFile(output, toPath(input))) {
-            throw UsageError("--output must not be " + input + ", which is only read");
+            throw std::runtime_error("--output must not be " + input + ", which is only read");
         }
     }
     if (isWithin(output, options.profile) || isWithin(output, options.gameFolder)) {
-        throw UsageError("--output must not lie in the profile or the game's folder, which are only read");
+        throw std::runtime_error("--output must not lie in the profile or the game's folder, which are only read");
     }
     if (options.isMatrix) {
-        throw UsageError("--output takes one display: leave out --matrix");
+        throw std::runtime_error("--output takes one display: leave out --matrix");
     }
 }
 
@@ -100,13 +100,13 @@ DatabaseTitles readDatabase(const SourceText& database, const UserFolders& userF
         const Finding finding{outcome.fault->rule,       Severity::Error,        outcome.fault->offset,
                               outcome.fault->offset + 1, outcome.fault->message, std::nullopt};
         printFinding(std::cerr, database, finding, false);
-        throw UsageError("the service does not start with this database");
+        throw std::runtime_error("the service does not start with this database");
     }
     LogCapture log;
     try {
         return readTitles(database, userFolders);
     } catch (const nlohmann::json::exception& error) {
-        throw UsageError("the service does not start with this database: " + std::string(error.what()));
+        throw std::runtime_error("the service does not start with this database: " + std::string(error.what()));
     }
 }
 
@@ -127,11 +127,11 @@ std::vector<DatabaseTitle> chooseTitles(const DatabaseTitles& all, const Preview
         unknown.erase(title.title.titleName);
     }
     if (!unknown.empty()) {
-        throw UsageError("the database has no title \"" + *unknown.begin() + "\"" +
-                         didYouMean(*unknown.begin(), names));
+        throw std::runtime_error("the database has no title \"" + *unknown.begin() + "\"" +
+                                 didYouMean(*unknown.begin(), names));
     }
     if (chosen.empty()) {
-        throw UsageError("there is no title in the database");
+        throw std::runtime_error("there is no title in the database");
     }
     return chosen;
 }

@@ -10,7 +10,7 @@
 
 namespace brisk::workbench {
 
-// What a preview is made of, from its command line. All throw UsageError.
+// What a preview is made of, from its command line. All throw std::runtime_error.
 
 // Refuses options that do not go together, and an output that is also an input.
 void checkOptions(const PreviewOptions& options);

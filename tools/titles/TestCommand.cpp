@@ -4,13 +4,13 @@
 #include "tools/titles/GoldenService.h"
 #include "tools/titles/Progress.h"
 #include "tools/titles/TestOutput.h"
-#include "tools/titles/UsageError.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <stdexcept>
 
 namespace brisk::workbench {
 
@@ -21,7 +21,7 @@ std::string folderOf(const TestOptions& options) {
     std::string folder = options.folder;
     std::error_code error;
     if (!std::filesystem::is_directory(toPath(folder), error)) {
-        throw UsageError(folder + " is no folder");
+        throw std::runtime_error(folder + " is no folder");
     }
 #ifdef _WIN32
     std::replace(folder.begin(), folder.end(), '\\', '/');
@@ -37,7 +37,7 @@ void writeJunit(const std::string& path, const std::vector<GoldenResult>& result
     stream << toJunit(results);
     stream.close();
     if (!stream) {
-        throw UsageError("cannot write " + path);
+        throw std::runtime_error("cannot write " + path);
     }
 }
 
@@ -45,14 +45,16 @@ std::string counted(std::size_t number, const char* noun) {
     return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
 }
 
-int test(const TestOptions& options) {
+} // namespace
+
+int runTest(const TestOptions& options) {
     GoldenOptions golden{options.accepts, {}};
     if (!options.service.empty()) {
         golden.service = serviceTrial(options.service);
     }
     const std::vector<std::string> titles = findTitleFolders(folderOf(options));
     if (titles.empty()) {
-        throw UsageError("no folder below " + options.folder + " holds a title.json");
+        throw std::runtime_error("no folder below " + options.folder + " holds a title.json");
     }
     const bool isJson = options.format == "json";
     std::vector<GoldenResult> results;
@@ -89,17 +91,6 @@ int test(const TestOptions& options) {
     const bool isUnreadable =
         std::any_of(results.begin(), results.end(), [](const GoldenResult& result) { return result.isUnreadable; });
     return isUnreadable ? 2 : failed > 0 ? 1 : 0;
-}
-
-} // namespace
-
-int runTest(const TestOptions& options) {
-    try {
-        return test(options);
-    } catch (const UsageError& error) {
-        std::cerr << "brisktitles: " << error.what() << '\n';
-        return 2;
-    }
 }
 
 } // namespace brisk::workbench

@@ -1,6 +1,8 @@
 // What tests of whole commands stand on: a folder of their own, and what a command prints.
 #pragma once
 
+#include "tools/console/Program.h"
+
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -39,7 +41,7 @@ protected:
         std::ostringstream error;
         std::streambuf* const cout = std::cout.rdbuf(out.rdbuf());
         std::streambuf* const cerr = std::cerr.rdbuf(error.rdbuf());
-        const int code = command();
+        const int code = runProgram("brisktitles", [&](const Console& /*console*/) { return command(); });
         std::cout.rdbuf(cout);
         std::cerr.rdbuf(cerr);
         printed = out.str();
