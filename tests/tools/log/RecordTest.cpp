@@ -1,4 +1,5 @@
 // brisklog record with the service itself.
+#include "base/Version.h"
 #include "service/GameFixture.h"
 #include "support/ConsoleProgram.h"
 #include "support/Places.h"
@@ -49,7 +50,7 @@ TEST_F(RecordTest, StartedServiceIsRecordedFromItsFirstLineOn) {
     const std::string database = readFile(service.folder() / "titles_db.json");
     EXPECT_THAT(text, HasSubstr("# program: " + executable() + "\n"));
     EXPECT_THAT(text, HasSubstr("\\brisk.exe -nw 2 -nt 3 -nn 1 -nv 4 -fps 40\n"));
-    EXPECT_THAT(text, HasSubstr("# file version: 1.09\n"));
+    EXPECT_THAT(text, HasSubstr(std::string("# file version: ") + kVersion + "\n"));
     EXPECT_THAT(text, HasSubstr("# database SHA-256: " + logbook::sha256(database) + "\n# database titles: 1\n"));
     EXPECT_THAT(text, HasSubstr("# primary display: "));
     EXPECT_THAT(text, HasSubstr("# registry: "));
@@ -124,7 +125,7 @@ TEST_F(HostCommandsTest, StatusAsJsonTellsWhatRuns) {
     const Outcome outcome = briskhost(L"status --format json");
     EXPECT_EQ(outcome.exitCode, 0u);
     EXPECT_THAT(outcome.output, HasSubstr("\"processId\": " + std::to_string(service.processId()) + ","));
-    EXPECT_THAT(outcome.output, HasSubstr("\"version\": \"1.09\","));
+    EXPECT_THAT(outcome.output, HasSubstr(std::string("\"version\": \"") + kVersion + "\","));
     EXPECT_THAT(outcome.output, HasSubstr("-nv 4 -fps 40 -log "));
     EXPECT_THAT(outcome.output, HasSubstr("\"titles\": 1\n"));
     service.quit();
