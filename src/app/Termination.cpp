@@ -4,7 +4,8 @@
 // service, and brings a reader of mangled names along: 50 KB. This takes its place.
 namespace __gnu_cxx { // NOLINT(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the library's own name
 
-[[noreturn]] void __verbose_terminate_handler() { // NOLINT(bugprone-reserved-identifier): as above
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): as above
+[[noreturn]] void __verbose_terminate_handler() {
     std::abort();
 }
 

@@ -15,6 +15,8 @@ constexpr bool succeeded(Result result) {
     return result < kFailure;
 }
 
+// NOLINTBEGIN(readability-identifier-naming): the library's own names.
+
 // Reference-counted: whoever obtains an object releases it. The destructor is the library's own.
 struct IObject {
     virtual std::int32_t Acquire() = 0;
@@ -118,5 +120,7 @@ using KestrelInitializeWithIncompatibleDriver = Result (*)(std::uint64_t version
 using KestrelInitializeWithCallerTarn = Result (*)(std::uint64_t version, ISystemServices** services,
                                                    void** tarnMapping, void* tarnContext, void* tarnAdapter);
 using KestrelTerminate = Result (*)();
+
+// NOLINTEND(readability-identifier-naming)
 
 } // namespace brisk::kestrel

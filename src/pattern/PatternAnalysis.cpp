@@ -104,7 +104,7 @@ std::vector<PatternSpan> greedyBefore(const PatternTree& tree, std::size_t group
             continue;
         }
         const bool isOfBytes = node.kind == Kind::repetition && lengths[index + 1] == PatternLengths{1, 1};
-        if (isOfBytes && node.maximum == PatternNode::unbounded && !node.isLazy &&
+        if (isOfBytes && node.maximum == PatternNode::kUnbounded && !node.isLazy &&
             2 * (first[index] & first[value]).count() > first[value].count()) {
             spans.push_back(node.span);
         }

@@ -82,7 +82,7 @@ private:
         if (node.kind == Kind::repetition) {
             begin = begins[index + 1];
             end = ends[index + 1];
-            if (node.maximum == PatternNode::unbounded) {
+            if (node.maximum == PatternNode::kUnbounded) {
                 begin = Edge{bytes[index], index} | begin;
                 end = Edge{bytes[index], index} | end;
             } else if (node.maximum > 1) {
@@ -126,7 +126,7 @@ private:
         }
         for (std::size_t index = 0; index < tree.nodes.size();) {
             const PatternNode& node = tree.nodes[index];
-            if (isFront[index] && node.kind == Kind::repetition && node.maximum == PatternNode::unbounded) {
+            if (isFront[index] && node.kind == Kind::repetition && node.maximum == PatternNode::kUnbounded) {
                 costs.push_back({PatternCost::Kind::leading, node.span, first[index]});
                 index += node.size;
                 continue;

@@ -7,17 +7,17 @@ namespace brisk {
 namespace {
 
 using Kind = PatternNode::Kind;
-constexpr std::size_t unbounded = PatternNode::unbounded;
+constexpr std::size_t kUnbounded = PatternNode::kUnbounded;
 
 std::size_t sum(std::size_t left, std::size_t right) {
-    return left > unbounded - right ? unbounded : left + right;
+    return left > kUnbounded - right ? kUnbounded : left + right;
 }
 
 std::size_t product(std::size_t left, std::size_t right) {
     if (left == 0 || right == 0) {
         return 0;
     }
-    return left > unbounded / right ? unbounded : left * right;
+    return left > kUnbounded / right ? kUnbounded : left * right;
 }
 
 PatternLengths operator+(PatternLengths left, PatternLengths right) {
@@ -25,7 +25,7 @@ PatternLengths operator+(PatternLengths left, PatternLengths right) {
 }
 
 PatternLengths lengthsOfGroup(const PatternTree& tree, std::size_t group, const std::vector<PatternLengths>& lengths) {
-    PatternLengths all{unbounded, 0};
+    PatternLengths all{kUnbounded, 0};
     tree.forEachChild(group, [&](std::size_t child) {
         all.minimum = std::min(all.minimum, lengths[child].minimum);
         all.maximum = std::max(all.maximum, lengths[child].maximum);
@@ -64,7 +64,7 @@ std::vector<PatternLengths> lengthsOf(const PatternTree& tree) {
             own = {1, 1};
             break;
         case Kind::backReference:
-            own = {0, unbounded};
+            own = {0, kUnbounded};
             break;
         case Kind::repetition:
             own = {product(node.minimum, lengths[index + 1].minimum),
@@ -101,7 +101,7 @@ std::vector<PatternPlace> placesOf(const PatternTree& tree, const std::vector<Pa
             inside.behind = {};
         } else if (node.kind == Kind::repetition && node.maximum > 0) {
             // Any number of other rounds may come before and behind.
-            const std::size_t rounds = node.maximum == unbounded ? unbounded : node.maximum - 1;
+            const std::size_t rounds = node.maximum == kUnbounded ? kUnbounded : node.maximum - 1;
             const PatternLengths others{0, product(rounds, lengths[index + 1].maximum)};
             inside.before = inside.before + others;
             inside.behind = inside.behind + others;

@@ -7,7 +7,7 @@
 
 namespace brisk {
 
-// How many bytes at least and at most; PatternNode::unbounded where there is no limit.
+// How many bytes at least and at most; PatternNode::kUnbounded where there is no limit.
 struct PatternLengths {
     std::size_t minimum = 0;
     std::size_t maximum = 0;

@@ -137,10 +137,10 @@ bool PatternMatcher::take(const PatternStep& step) {
         choose(step);
         break;
     case Kind::beginLoop:
-        if (step.countRegister != PatternStep::noRegister) {
+        if (step.countRegister != PatternStep::kNoRegister) {
             setRegister(step.countRegister, 0);
         }
-        if (step.roundRegister != PatternStep::noRegister) {
+        if (step.roundRegister != PatternStep::kNoRegister) {
             setRegister(step.roundRegister, kNowhere);
         }
         next = step.next;
@@ -284,13 +284,13 @@ void PatternMatcher::choose(const PatternStep& step) {
 }
 
 bool PatternMatcher::takeLoop(const PatternStep& step) {
-    const bool isCounted = step.countRegister != PatternStep::noRegister;
+    const bool isCounted = step.countRegister != PatternStep::kNoRegister;
     const std::size_t rounds = isCounted ? registers[step.countRegister] : step.minimum;
     if (rounds < step.minimum) {
         beginRound(step);
         return true;
     }
-    const bool wasEmpty = step.roundRegister != PatternStep::noRegister && registers[step.roundRegister] == place;
+    const bool wasEmpty = step.roundRegister != PatternStep::kNoRegister && registers[step.roundRegister] == place;
     const bool isMost = isCounted && rounds == step.maximum;
     const bool canGoOn = !wasEmpty && !isMost && program.steps[step.other].possible.fits(text, place);
     const bool canEnd = program.steps[step.next].possible.fits(text, place);
@@ -311,9 +311,9 @@ bool PatternMatcher::takeLoop(const PatternStep& step) {
 }
 
 void PatternMatcher::beginRound(const PatternStep& step) {
-    const bool isCounted = step.countRegister != PatternStep::noRegister;
+    const bool isCounted = step.countRegister != PatternStep::kNoRegister;
     const bool isOwed = isCounted && registers[step.countRegister] < step.minimum;
-    if (step.roundRegister != PatternStep::noRegister && !isOwed) {
+    if (step.roundRegister != PatternStep::kNoRegister && !isOwed) {
         setRegister(step.roundRegister, place);
     }
     if (isCounted) {

@@ -10,7 +10,7 @@ namespace brisk {
 namespace {
 
 using Kind = PatternStep::Kind;
-constexpr std::size_t unbounded = PatternNode::unbounded;
+constexpr std::size_t kUnbounded = PatternNode::kUnbounded;
 
 // Up to here rounds that match nothing are counted like all others, as std::regex does, which lays out each of them.
 constexpr std::size_t kCountedEmptyRounds = 100'000;
@@ -213,7 +213,7 @@ private:
         step.isLazy = node.isLazy;
         step.minimum = node.minimum;
         step.maximum = node.maximum;
-        if (node.minimum > 1 || node.maximum != unbounded) {
+        if (node.minimum > 1 || node.maximum != kUnbounded) {
             step.countRegister = newRegister();
         }
         if (canBeEmpty && node.maximum > kCountedEmptyRounds) {
@@ -228,9 +228,9 @@ private:
         const std::uint32_t loop = add(step);
         const std::uint32_t round = part(index + 1, loop);
         program.steps[loop].other = round;
-        const bool isCounted = step.countRegister != PatternStep::noRegister;
+        const bool isCounted = step.countRegister != PatternStep::kNoRegister;
         const std::uint32_t begin = node.minimum == 1 && !isCounted ? round : loop;
-        if (!isCounted && step.roundRegister == PatternStep::noRegister) {
+        if (!isCounted && step.roundRegister == PatternStep::kNoRegister) {
             return begin;
         }
         const std::uint32_t registers = add(Kind::beginLoop, begin);

@@ -42,7 +42,7 @@ struct PatternStep {
         endLookahead,
         match, // the end
     };
-    static constexpr std::uint32_t noRegister = UINT32_MAX;
+    static constexpr std::uint32_t kNoRegister = UINT32_MAX;
 
     Kind kind;
     bool isLazy = false;
@@ -51,8 +51,9 @@ struct PatternStep {
     std::uint32_t next = 0;
     std::uint32_t other = 0;
     std::uint32_t number = 0;
-    std::uint32_t countRegister = noRegister; // loop: the rounds so far, where they count; lookahead: the matcher's own
-    std::uint32_t roundRegister = noRegister; // loop: where the last round began, where it could be empty
+    std::uint32_t countRegister =
+        kNoRegister; // loop: the rounds so far, where they count; lookahead: the matcher's own
+    std::uint32_t roundRegister = kNoRegister; // loop: where the last round began, where it could be empty
     std::size_t minimum = 0;
     std::size_t maximum = 0;
     ByteSet bytes{};

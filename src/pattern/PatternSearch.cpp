@@ -41,7 +41,7 @@ void PatternSearch::findLeadingRepetition() {
     const PatternStep& step = program.steps[first];
     isAtTextBegin = step.kind == Kind::textBegin;
     // A back reference may tell one place from another.
-    if (program.hasBackReferences || step.maximum != PatternNode::unbounded) {
+    if (program.hasBackReferences || step.maximum != PatternNode::kUnbounded) {
         return;
     }
     if (step.kind == Kind::run) {
@@ -53,7 +53,7 @@ void PatternSearch::findLeadingRepetition() {
     }
     const PatternStep& line = program.steps[step.other];
     const PatternStep& end = program.steps[line.next];
-    const bool isLine = line.kind == Kind::run && line.minimum == 0 && line.maximum == PatternNode::unbounded &&
+    const bool isLine = line.kind == Kind::run && line.minimum == 0 && line.maximum == PatternNode::kUnbounded &&
                         end.kind == Kind::text && end.maximum == 1 && end.next == first && !line.givesBack;
     if (!isLine) {
         return;

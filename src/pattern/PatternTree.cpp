@@ -76,10 +76,10 @@ private:
             beginSequence();
             break;
         case '*':
-            repeat(0, PatternNode::unbounded);
+            repeat(0, PatternNode::kUnbounded);
             break;
         case '+':
-            repeat(1, PatternNode::unbounded);
+            repeat(1, PatternNode::kUnbounded);
             break;
         case '?':
             repeat(0, 1);
@@ -212,7 +212,7 @@ private:
         const std::size_t minimum = reader.takeNumber(kMaximumRepetitions, codes::error_badbrace);
         std::size_t maximum = minimum;
         if (reader.takeIf(',')) {
-            maximum = PatternNode::unbounded;
+            maximum = PatternNode::kUnbounded;
             if (!reader.isNext('}')) {
                 const std::size_t place = reader.position();
                 maximum = reader.takeNumber(kMaximumRepetitions, codes::error_badbrace);

@@ -35,7 +35,7 @@ struct PatternNode {
         sequence,          // all of its children, one after the other; it may have none
     };
 
-    static constexpr std::size_t unbounded = std::numeric_limits<std::size_t>::max();
+    static constexpr std::size_t kUnbounded = std::numeric_limits<std::size_t>::max();
 
     Kind kind;
     PatternSpan span;

@@ -20,6 +20,7 @@ public:
 
     bool isArray() const { return hasArray; }
 
+    // NOLINTBEGIN(readability-identifier-naming): the library's own names.
     bool null() { return add(nullptr); }
     bool boolean(bool value) { return add(value); }
     bool number_integer(json::number_integer_t value) { return add(value); }
@@ -49,6 +50,7 @@ public:
     [[noreturn]] bool parse_error(std::size_t /*place*/, const std::string& /*token*/, const Error& error) {
         throw error;
     }
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     // Of a text that is no array, and where nobody asks for elements, only the syntax matters.

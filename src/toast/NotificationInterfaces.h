@@ -15,6 +15,8 @@ inline constexpr wchar_t kToastNotificationManagerClass[] = L"Windows.UI.Notific
 inline constexpr wchar_t kToastNotificationClass[] = L"Windows.UI.Notifications.ToastNotification";
 inline constexpr wchar_t kXmlDocumentClass[] = L"Windows.Data.Xml.Dom.XmlDocument";
 
+// NOLINTBEGIN(readability-identifier-naming): Windows' own names.
+
 // Time as the system counts it: 100-ns units since 1601-01-01 UTC.
 struct DateTime {
     INT64 UniversalTime;
@@ -105,5 +107,7 @@ struct IToastNotificationManagerStatics : IInspectable {
     virtual HRESULT STDMETHODCALLTYPE CreateToastNotifierWithId(HSTRING applicationId, IToastNotifier** notifier) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetTemplateContent(INT32 type, IXmlDocument** content) = 0;
 };
+
+// NOLINTEND(readability-identifier-naming)
 
 } // namespace WinToastLib::abi

@@ -55,7 +55,7 @@ ByteSet bytes(std::string_view text) {
     return set;
 }
 
-constexpr std::size_t unbounded = PatternNode::unbounded;
+constexpr std::size_t kUnbounded = PatternNode::kUnbounded;
 
 TEST(PatternAnalysisTest, GroupIsFoundByItsNumber) {
     const PatternTree tree = parsePattern("(a(?:b)(c))|(d)");
@@ -180,7 +180,7 @@ TEST(PatternAnalysisTest, LongestTextThatEveryMatchHasIsTold) {
     const auto needed = [](const std::string& pattern) { return neededText(parsePattern(pattern)); };
     EXPECT_EQ(needed("((?:^|\\n)Width=)(\\d+)()"), (NeededText{"Width=", {0, 1}}));
     EXPECT_EQ(needed("(\\nWid\\bth)(=(?=1))\\d+"), (NeededText{"\nWidth=", {0, 0}}));
-    EXPECT_EQ(needed("(\\[A\\][^\\[]*\\nWidth=)(\\d+)()"), (NeededText{"\nWidth=", {3, unbounded}}));
+    EXPECT_EQ(needed("(\\[A\\][^\\[]*\\nWidth=)(\\d+)()"), (NeededText{"\nWidth=", {3, kUnbounded}}));
     EXPECT_EQ(needed("(?:Windowed|Width)\\d{2,4}px?"), (NeededText{"p", {7, 12}}));
     EXPECT_EQ(needed("x(?:abc)+de"), (NeededText{"xabc", {0, 0}}));
     EXPECT_EQ(needed("(?:abc)?d|e"), (NeededText{"", {0, 0}}));

@@ -28,7 +28,7 @@ std::string nameOf(const PatternTree& tree, const PatternNode& node) {
     case Kind::backReference:
         return "back reference " + std::to_string(node.number);
     case Kind::repetition: {
-        const std::string maximum = node.maximum == PatternNode::unbounded ? "" : std::to_string(node.maximum);
+        const std::string maximum = node.maximum == PatternNode::kUnbounded ? "" : std::to_string(node.maximum);
         return "repetition " + std::to_string(node.minimum) + ".." + maximum + (node.isLazy ? " lazy" : "");
     }
     case Kind::group:
