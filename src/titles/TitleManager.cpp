@@ -11,6 +11,7 @@
 #include <exception>
 #include <fstream>
 #include <optional>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -86,10 +87,8 @@ bool TitleManager::loadTitlesDatabase(const std::string& directory) {
     for (const std::string& unknownType : read.unknownTypes) {
         logUnknownConfigType(unknownType);
     }
-    knownIds.merge(read.ids);
-    // A later title replaces an earlier one of the same name. Nothing is copied, for there may be a hundred thousand.
-    titles.swap(read.titles);
-    titles.merge(read.titles);
+    knownIds = std::move(read.ids);
+    titles = std::move(read.titles);
     if (read.fault) {
         std::rethrow_exception(read.fault);
     }

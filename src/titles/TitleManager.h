@@ -28,7 +28,8 @@ public:
     // Reads the user's folders for the placeholders of configuration locations.
     TitleManager();
 
-    // Reads titles_db.json in the directory (no trailing separator). True when there is at least one title afterwards.
+    // Reads titles_db.json in the directory (no trailing separator), once. True when there is at least one title
+    // afterwards.
     // Throws nlohmann::json::exception for malformed JSON and for a location that is no string; titles filed before
     // stay.
     bool loadTitlesDatabase(const std::string& directory);

@@ -148,22 +148,6 @@ TEST_F(TitleLoadingTest, LaterTitleOfTheSameBinaryNameReplacesTheEarlier) {
     EXPECT_TRUE(manager.isTitleIdKnown(2));
 }
 
-TEST_F(TitleLoadingTest, SecondDatabaseReplacesTitlesOfTheSameNameAndAddsOthers) {
-    EXPECT_TRUE(load(R"([
-      {"id": 1, "config_type": "txt", "binary_name": "a.exe", "title_name": "First"},
-      {"id": 2, "config_type": "txt", "binary_name": "b.exe", "title_name": "Stays"}])"));
-    EXPECT_TRUE(load(R"([
-      {"id": 3, "config_type": "txt", "binary_name": "a.exe", "title_name": "Second"},
-      {"id": 4, "config_type": "txt", "binary_name": "c.exe", "title_name": "New"}])"));
-    EXPECT_THAT(manager.getBinaryNames(), ElementsAre("a.exe", "b.exe", "c.exe"));
-    EXPECT_EQ(manager.getTitleName("a.exe"), "Second");
-    EXPECT_EQ(manager.getTitleName("b.exe"), "Stays");
-    EXPECT_EQ(manager.getTitleName("c.exe"), "New");
-    for (std::uint32_t id = 1; id <= 4; ++id) {
-        EXPECT_TRUE(manager.isTitleIdKnown(id)) << id;
-    }
-}
-
 TEST_F(TitleLoadingTest, LocationThatIsNoTextEndsLoadingAndTitlesFiledBeforeStay) {
     expectError<json::type_error>(
         R"([{"id": 1, "config_type": "txt", "binary_name": "a.exe"},
