@@ -49,7 +49,7 @@ void onAppStarted(HWND window, WPARAM wParam, LPARAM lParam);
 // One tick of the timer.
 void onTrackingTimer(HWND window);
 
-// Whether the announced game is in the foreground and everything needed to track it is in hand.
+// Whether the announced game is in the foreground and everything needed to track it is in hand. The window is not used.
 bool shouldStartTracking(HWND window);
 
 // Whether the tracked process runs and owns the foreground window. Stops the timer when the process has ended.
