@@ -1,5 +1,6 @@
 # The libraries Brisk builds with. Where a package manager provides them (vcpkg, MSYS2) its packages are used;
-# on Debian the headers lie in /usr/include, so one folder each is linked into the build tree.
+# on Debian the headers lie in /usr/include, so one folder each is linked into the build tree. Without dtl there is no
+# brisktitles.
 
 function(brisk_header_library target folder)
   add_library(${target} INTERFACE)
@@ -23,9 +24,15 @@ else()
   find_package(CLI11 REQUIRED)
   add_library(brisk_cli INTERFACE)
   target_link_libraries(brisk_cli INTERFACE CLI11::CLI11)
-  find_path(brisk_dtl_headers dtl/dtl.hpp REQUIRED)
-  add_library(brisk_dtl INTERFACE)
-  target_include_directories(brisk_dtl SYSTEM INTERFACE "${brisk_dtl_headers}")
+  find_path(brisk_dtl_headers dtl/dtl.hpp)
+  if(brisk_dtl_headers)
+    add_library(brisk_dtl INTERFACE)
+    target_include_directories(brisk_dtl SYSTEM INTERFACE "${brisk_dtl_headers}")
+  elseif(BRISK_BUILD_TESTS)
+    message(FATAL_ERROR "The header dtl/dtl.hpp is missing, without which there is no brisktitles to test.")
+  else()
+    message(STATUS "The header dtl/dtl.hpp is missing: building without brisktitles.")
+  endif()
 endif()
 
 if(BRISK_BUILD_TESTS)
