@@ -1,10 +1,12 @@
 #include "base/RunTimeParameters.h"
 
 #include "base/Log.h"
+#include "base/ParameterPatterns.h"
 #include "base/StandardErrors.h"
 #include "pattern/SettingPattern.h"
 
 #include <array>
+#include <cstddef>
 #include <variant>
 
 namespace brisk {
@@ -18,26 +20,15 @@ std::optional<std::string> logToFile;
 
 namespace {
 
-struct Parameter {
-    const char* flag;
-    const char* name;
-    const char* pattern;
-    std::variant<std::uint64_t*, std::optional<std::int32_t>*, std::optional<std::string>*> variable;
-};
+using Variable = std::variant<std::uint64_t*, std::optional<std::int32_t>*, std::optional<std::string>*>;
 
-// That -log takes the rest of the line, quotes included, is a promise (docs/decisions/kept-behaviour.md).
-const std::array<Parameter, 6>& parameterTable() {
-    static const std::array<Parameter, 6> table{{
-        {"-nw", "NumberOfIntervalsForWarming", R"((\s|^)(-nw)\s(\d+)(\s|$))", &NumberOfIntervalsForWarming},
-        {"-nt", "NumberOfIntervalsForTracking", R"((\s|^)(-nt)\s(\d+)(\s|$))", &NumberOfIntervalsForTracking},
-        {"-nn", "NumberOfIntervalsForNotTracking", R"((\s|^)(-nn)\s(\d+)(\s|$))", &NumberOfIntervalsForNotTracking},
-        {"-nv", "NumberOfTrackingIntervalsToBeValid", R"((\s|^)(-nv)\s(\d+)(\s|$))",
-         &NumberOfTrackingIntervalsToBeValid},
-        {"-fps", "fpsOverride", R"((\s|^)(-fps)\s(\d+)(\s|$))", &fpsOverride},
-        {"-log", "logToFile", R"((\s|^)(-log)\s(.*)(\s|$))", &logToFile},
-    }};
-    return table;
-}
+// In the order of the patterns.
+constexpr std::array<Variable, kParameterPatterns.size()> kVariables{&NumberOfIntervalsForWarming,
+                                                                     &NumberOfIntervalsForTracking,
+                                                                     &NumberOfIntervalsForNotTracking,
+                                                                     &NumberOfTrackingIntervalsToBeValid,
+                                                                     &fpsOverride,
+                                                                     &logToFile};
 
 void store(std::uint64_t& count, const std::string& value) {
     count = static_cast<std::uint64_t>(stringToInt(value));
@@ -52,7 +43,8 @@ void store(std::optional<std::string>& text, const std::string& value) {
 } // namespace
 
 void parseParameters(const std::string& commandLine) {
-    for (const Parameter& parameter : parameterTable()) {
+    for (std::size_t index = 0; index < kParameterPatterns.size(); ++index) {
+        const ParameterPattern& parameter = kParameterPatterns[index];
         logLine("Brisk : looking for command line parameter ", parameter.flag, " (", parameter.name, ")");
         const auto match = SettingPattern(parameter.pattern).search(commandLine);
         if (!match) {
@@ -60,7 +52,7 @@ void parseParameters(const std::string& commandLine) {
         }
         const std::string value((*match)[3]);
         logLine("Brisk : set ", parameter.name, " to ", value);
-        std::visit([&value](auto* variable) { store(*variable, value); }, parameter.variable);
+        std::visit([&value](auto* variable) { store(*variable, value); }, kVariables[index]);
     }
 }
 
