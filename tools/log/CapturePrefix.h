@@ -8,9 +8,11 @@ namespace brisk::logbook {
 
 // What viewers of the debugger output put in front of a line.
 struct CapturePrefix {
-    std::string_view time;                  // a clock's, a date's and a clock's, or seconds; may be empty
-    std::optional<std::uint32_t> processId; // in brackets, or a number behind the time
-    bool isQuoted = false;                  // the line stands between quotation marks
+    std::string_view time; // a clock's, a date's and a clock's, or seconds; may be empty
+    // In brackets, alone or in front of the thread's, behind "pid=", as Wine's first number of two, or a number behind
+    // the time. A number in front of the time is the line's.
+    std::optional<std::uint32_t> processId;
+    bool isQuoted = false; // the line stands between quotation marks
 };
 
 CapturePrefix readCapturePrefix(std::string_view text);

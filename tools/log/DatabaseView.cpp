@@ -46,8 +46,9 @@ void compareExecutable(const Game& game, const DatabaseFacts& facts, DatabaseVie
         for (const TitleFacts& one : facts.titles) {
             names.push_back(one.binaryName);
         }
+        const std::string suggestion = workbench::didYouMean(game.binaryName, names);
         view.sentences.push_back("The database has no title with the binary name '" + game.binaryName + "'" +
-                                 workbench::didYouMean(game.binaryName, names) + ".");
+                                 (suggestion.empty() ? "." : suggestion));
         if (view.title) {
             view.sentences.push_back("The title of id " + std::to_string(*game.id) + ", " + inLine(view.title->line) +
                                      ", has '" + view.title->binaryName + "'.");

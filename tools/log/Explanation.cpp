@@ -51,7 +51,9 @@ Explanation explain(const Session& session, const Game& game) {
     Explanation explanation = explainReason(session, game);
     const bool isOpen = !game.isFinished && game.isAccepted && !game.isSecond && !game.hadSecond;
     if (isOpen && findReason(game) != Reason::CutOff) {
-        explanation.verdict += " (The log has no end of this game; this is how far it goes.)";
+        explanation.verdict += session.end == SessionEnd::CutOff
+                                   ? " (The log has no end of this game; this is how far it goes.)"
+                                   : " The service ended before the host told the game's end.";
     }
     for (const Reason further : findFurtherReasons(game)) {
         explanation.verdict +=

@@ -2,24 +2,23 @@
 
 #include <array>
 #include <cmath>
+#include <numeric>
 
 namespace brisk::logbook {
 
 namespace {
 
-// Of a game that never was found.
+// Of a game that never was found: what most ticks told in which it had the foreground, or else what most of the others
+// did.
 Reason findWaitingReason(const Game& game) {
-    switch (game.stage) {
-    case WaitingStage::NotOpened:
-        return Reason::ProcessNotOpened;
-    case WaitingStage::NotSupported:
-        return Reason::NotSupported;
-    case WaitingStage::OtherProcess:
-        return Reason::OtherProcess;
-    case WaitingStage::NoWindow:
-        return Reason::NeverInForeground;
-    case WaitingStage::NoTick:
-        break;
+    const auto ticks = [&game](TickOutcome outcome) { return game.ticksOf(outcome); };
+    if (ticks(TickOutcome::NotSupported) + ticks(TickOutcome::NotOpened) > 0) {
+        return ticks(TickOutcome::NotOpened) > ticks(TickOutcome::NotSupported) ? Reason::ProcessNotOpened
+                                                                                : Reason::NotSupported;
+    }
+    if (ticks(TickOutcome::NoWindow) + ticks(TickOutcome::OtherProcess) > 0) {
+        return ticks(TickOutcome::NoWindow) > ticks(TickOutcome::OtherProcess) ? Reason::NeverInForeground
+                                                                               : Reason::OtherProcess;
     }
     return game.isFinished ? Reason::NeverInForeground : Reason::CutOff;
 }
@@ -126,6 +125,10 @@ std::vector<Reason> findFurtherReasons(const Game& game) {
         reasons.push_back(Reason::TooFewSamples);
     }
     return reasons;
+}
+
+std::uint64_t Game::allTicks() const {
+    return std::accumulate(ticks.begin(), ticks.end(), std::uint64_t{0});
 }
 
 bool isOffered(const Game& game) {

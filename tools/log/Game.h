@@ -3,13 +3,14 @@
 #include "tools/log/Proof.h"
 #include "tools/log/Timeline.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 
 namespace brisk::logbook {
 
-// Why a game got an offer, or none. In this order the first that fits is the reason.
+// Why a game got an offer, or none. The order is no precedence: findReason tells which of several goes first.
 enum class Reason {
     Offer,
     UnknownId,
@@ -33,8 +34,8 @@ enum class Reason {
 // "offer", "unknown-id", ...
 const char* codeOf(Reason reason);
 
-// How far a game came that was never found; a later one hides an earlier one.
-enum class WaitingStage { NoTick, NoWindow, OtherProcess, NotSupported, NotOpened };
+// What a tick of the service's timer came to while a game was looked for.
+enum class TickOutcome { NoWindow, OtherProcess, NotSupported, NotOpened };
 
 enum class Answer { None, Configure, NotNow, DontAskAgain };
 
@@ -53,13 +54,15 @@ struct Game {
     std::string beginTime; // as a capture gives them; may be empty
     std::string endTime;
 
-    bool isAccepted = false; // its id is known
-    bool isWarmed = false;   // it was found, and its warming up began
-    bool isTracked = false;  // measuring began
-    bool isFinished = false; // the host told its end
-    bool isSecond = false;   // announced while another was tracked
-    bool hadSecond = false;  // another was announced while this one was tracked
-    WaitingStage stage = WaitingStage::NoTick;
+    bool isAccepted = false;              // its id is known
+    bool isWarmed = false;                // it was found, and its warming up began
+    bool isTracked = false;               // measuring began
+    bool isFinished = false;              // the host told its end
+    bool isSecond = false;                // announced while another was tracked
+    bool hadSecond = false;               // another was announced while this one was tracked
+    std::array<std::uint64_t, 4> ticks{}; // by what they came to
+    std::uint64_t ticksOf(TickOutcome outcome) const { return ticks[static_cast<std::size_t>(outcome)]; }
+    std::uint64_t allTicks() const;
 
     std::uint64_t acceptedSamples = 0; // 15 to 300
     std::uint64_t rejectedSamples = 0;
@@ -78,6 +81,7 @@ struct Game {
     Timeline timeline;
 };
 
+// Goes first what ended tracking, then what kept the game from being followed, then how its end was judged.
 Reason findReason(const Game& game);
 
 // What else kept the game from an offer, or would have.

@@ -17,6 +17,18 @@ std::optional<bool> readBool(std::string_view text) {
     return std::nullopt;
 }
 
+// Of a game of which the log has a part of its end alone.
+Game makeOrphan(const LogLine& line) {
+    Game game;
+    game.firstLine = line.number;
+    game.beginTime = line.time;
+    game.isAccepted = true;
+    game.isWarmed = true;
+    game.isTracked = true;
+    game.isFinished = true;
+    return game;
+}
+
 } // namespace
 
 bool GameReader::feedEnd(const LogLine& line) {
@@ -43,7 +55,7 @@ bool GameReader::feedEnd(const LogLine& line) {
         judged->averageFps = readNumber(line.value);
         judged->intervals = readNumberBehind(line.value, "intervals = ");
         // Nobody knows how far a game came of which the log has the end alone.
-        if (!judged->id && judged->stage == WaitingStage::NoTick) {
+        if (!judged->id && judged->allTicks() == 0) {
             judged->isWarmed = true;
             judged->isTracked = true;
         }
@@ -55,10 +67,14 @@ bool GameReader::feedEnd(const LogLine& line) {
 }
 
 bool GameReader::feedJudgement(const LogLine& line) {
-    if (!judged) {
+    // What follows an answer is the answer's.
+    if (tracked || (judged && judged->answer != Answer::None)) {
         return false;
     }
-    Game& game = *judged;
+    if (!judged && !orphan) {
+        orphan = makeOrphan(line);
+    }
+    Game& game = judged ? *judged : *orphan;
     bool isDecision = false;
     switch (line.kind) {
     case LineKind::NativeResolution:
@@ -83,9 +99,12 @@ bool GameReader::feedJudgement(const LogLine& line) {
         game.refusals = readNumber(line.value);
         isDecision = game.refusals.has_value();
         break;
+    case LineKind::TooFewSamples:
+        game.intervals = readNumber(line.value);
+        isDecision = true;
+        break;
     case LineKind::NotNative:
     case LineKind::NoOptimalResolution:
-    case LineKind::TooFewSamples:
         isDecision = true;
         break;
     case LineKind::NoLowerResolution:
@@ -102,10 +121,31 @@ bool GameReader::feedJudgement(const LogLine& line) {
         return false;
     }
     note(game, line);
+    if (!judged && !adopt(line)) {
+        return false;
+    }
     if (isDecision) {
-        decide(game);
+        decide(*judged);
     }
     return true;
+}
+
+// A pass over all games writes some of the same lines: only one that a game's end alone writes makes a game of them.
+bool GameReader::adopt(const LogLine& line) {
+    switch (line.kind) {
+    case LineKind::NotNative:
+    case LineKind::TooFewSamples:
+    case LineKind::Ratio:
+    case LineKind::ShouldShowToast:
+    case LineKind::Needed:
+    case LineKind::OffersAllowed:
+    case LineKind::Refusals:
+        judged = &games.emplace_back(Entry{std::move(*orphan)}).game;
+        orphan.reset();
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool GameReader::feedPress(const LogLine& line) {

@@ -57,6 +57,7 @@ void GameReader::decide(const Game& game) {
 
 void GameReader::endHandler() {
     isFinishing = false;
+    orphan.reset();
     if (announced) {
         end(std::exchange(announced, nullptr));
     }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace brisk::logbook {
@@ -53,7 +54,8 @@ private:
     void accept(const LogLine& line);
     void switchTo(const LogLine& line);
     void takeSample(const LogLine& line);
-    void reach(Game& game, WaitingStage stage);
+    void endTick(const LogLine& line, TickOutcome outcome);
+    bool adopt(const LogLine& line);
     void press(const LogLine& line, Answer answer);
     void note(Game& game, const LogLine& line);
     void decide(const Game& game);
@@ -64,6 +66,7 @@ private:
     Game* announced = nullptr;  // nothing has been said of it yet
     Game* tracked = nullptr;    // between its announcement and its end
     Game* judged = nullptr;     // the lines of its end are being read
+    std::optional<Game> orphan; // lines of an end whose game no line has told of
     Game* answerable = nullptr; // its offer may be answered
     ProvingLine finishLine;
     bool isFinishing = false;

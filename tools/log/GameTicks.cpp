@@ -2,12 +2,12 @@
 
 #include "tools/log/LineValues.h"
 
-#include <algorithm>
-
 namespace brisk::logbook {
 
-void GameReader::reach(Game& game, WaitingStage stage) {
-    game.stage = std::max(game.stage, stage);
+void GameReader::endTick(const LogLine& line, TickOutcome outcome) {
+    Game& game = follow(line);
+    ++game.ticks[static_cast<std::size_t>(outcome)];
+    note(game, line);
 }
 
 bool GameReader::feedTick(const LogLine& line) {
@@ -26,20 +26,19 @@ bool GameReader::feedTick(const LogLine& line) {
         hasFileName = true;
         return true;
     }
-    case LineKind::Window: {
-        Game& game = follow(line);
-        if (line.value == "0") {
-            reach(game, WaitingStage::NoWindow);
-            note(game, line);
+    case LineKind::Window:
+        // As libraries write a null pointer.
+        if (!line.value.empty() && line.value.find_first_not_of("0x") == std::string_view::npos) {
+            endTick(line, TickOutcome::NoWindow);
+        } else {
+            follow(line);
         }
         return true;
-    }
     case LineKind::WindowProcess:
         follow(line);
         return true;
     case LineKind::OtherProcess:
-        reach(follow(line), WaitingStage::OtherProcess);
-        note(*tracked, line);
+        endTick(line, TickOutcome::OtherProcess);
         return true;
     case LineKind::NoFileName:
         hasFileName = false;
@@ -47,9 +46,9 @@ bool GameReader::feedTick(const LogLine& line) {
         return true;
     case LineKind::Publisher: {
         Game& game = follow(line);
-        game.publisher = before(line.value, "', binary name: '");
         if (const auto name = behindLast(line.value, "', binary name: '"); !name.empty()) {
             game.binaryName = name;
+            game.publisher = before(line.value, "', binary name: '");
         }
         note(game, line);
         return true;
@@ -63,12 +62,10 @@ bool GameReader::feedTick(const LogLine& line) {
         note(follow(line), line);
         return true;
     case LineKind::ConfigSkipped:
-        reach(follow(line), hasFileName ? WaitingStage::NotSupported : WaitingStage::NotOpened);
-        note(*tracked, line);
+        endTick(line, hasFileName ? TickOutcome::NotSupported : TickOutcome::NotOpened);
         return true;
     case LineKind::OpenProcessFailed:
-        reach(follow(line), WaitingStage::NotOpened);
-        note(*tracked, line);
+        endTick(line, TickOutcome::NotOpened);
         return true;
     case LineKind::NotInForeground:
     case LineKind::ExitCodeFailed:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <span>
 #include <vector>
 
@@ -169,6 +170,18 @@ std::string_view between(std::string_view message, const Words& words) {
     return message.substr(words.front.size(), message.size() - words.front.size() - words.back.size());
 }
 
+std::string_view valueOf(LineKind kind, std::string_view message, std::string_view value) {
+    return kind == ParameterSet ? message.substr(4) : kind == Error ? message : value;
+}
+
+// Of a line that ends with its value. A yes or no has one digit, a count does not begin with 0, and an error is one
+// however much is left of it.
+bool isOpen(LineKind kind, std::string_view value) {
+    const bool isDigit =
+        ((kind == Needed || kind == OffersAllowed) && !value.empty()) || (kind == Refusals && value == "0");
+    return !isDigit && kind != Error;
+}
+
 // Lines that begin with a name.
 Classified classifyByEnd(std::string_view message) {
     constexpr std::string_view kNothing = " doesn't need optimization. Skip.";
@@ -183,7 +196,8 @@ Classified classifyByEnd(std::string_view message) {
         return {Error, message};
     }
     // "OPERATION : CALL failed. Error N."
-    if (message.ends_with('.') && message.find(" : Reg") < 40 && message.find(" failed. Error ") < 80) {
+    if (message.ends_with('.') && message.substr(0, 46).find(" : Reg") != std::string_view::npos &&
+        message.substr(0, 95).find(" failed. Error ") != std::string_view::npos) {
         return {RegistryFailed, message};
     }
     return {};
@@ -194,18 +208,20 @@ Classified classifyByEnd(std::string_view message) {
 Classified classify(std::string_view message) {
     for (const Words& words : wordsIndex().find(message)) {
         if (!message.starts_with(words.front)) {
+            // A name at the end may be empty, and the blank in front of it is gone then.
+            if (!words.isWhole && words.front.size() == message.size() + 1 && words.front.ends_with(' ') &&
+                words.front.starts_with(message)) {
+                return {words.kind, {}, true};
+            }
             continue;
         }
         if (words.isWhole) {
             if (message.size() == words.front.size()) {
                 return {words.kind, words.kind == SwitchTo ? message.substr(kStateFront.size()) : message};
             }
-        } else if (message.size() > words.front.size() + words.back.size() && message.ends_with(words.back)) {
-            return {words.kind, words.kind == ParameterSet ? message.substr(4)
-                                : words.kind == Error      ? message
-                                                           : between(message, words)};
-        } else if (message.size() == words.front.size() + words.back.size() && message.ends_with(words.back)) {
-            return {words.kind, {}}; // a name may be empty
+        } else if (message.size() >= words.front.size() + words.back.size() && message.ends_with(words.back)) {
+            const std::string_view value = between(message, words);
+            return {words.kind, valueOf(words.kind, message, value), words.back.empty() && isOpen(words.kind, value)};
         }
     }
     return classifyByEnd(message);
@@ -215,6 +231,29 @@ bool mayBeCut(std::string_view message) {
     return message.empty() || std::any_of(kWords.begin(), kWords.end(), [message](const Words& words) {
                return words.front.starts_with(message) || (!words.isWhole && message.starts_with(words.front));
            });
+}
+
+bool isOfFixedWords(std::string_view word) {
+    const auto isLetter = [](char byte) { return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z'); };
+    const auto isSame = [](char one, char other) {
+        return (one >= 'A' && one <= 'Z' ? static_cast<char>(one - 'A' + 'a') : one) == other;
+    };
+    const auto holds = [&](std::string_view words) {
+        for (auto begin = words.begin(); begin != words.end(); ++begin) {
+            begin = std::search(begin, words.end(), word.begin(), word.end(), isSame);
+            if (begin == words.end()) {
+                return false;
+            }
+            const auto end = begin + static_cast<std::ptrdiff_t>(word.size());
+            if ((begin == words.begin() || !isLetter(*std::prev(begin))) && (end == words.end() || !isLetter(*end))) {
+                return true;
+            }
+        }
+        return false;
+    };
+    return holds("Brisk : started") || holds("optimized") ||
+           std::any_of(kWords.begin(), kWords.end(),
+                       [&holds](const Words& words) { return holds(words.front) || holds(words.back); });
 }
 
 } // namespace brisk::logbook

@@ -8,7 +8,7 @@
 namespace brisk::logbook {
 
 std::optional<std::uint64_t> readNumber(std::string_view text) {
-    const bool isHexadecimal = text.starts_with("0x");
+    const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
     if (isHexadecimal) {
         text.remove_prefix(2);
     }

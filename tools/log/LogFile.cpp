@@ -1,6 +1,7 @@
 #include "tools/log/LogFile.h"
 
-#include <filesystem>
+#include "tools/console/Paths.h"
+
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -11,10 +12,6 @@ namespace brisk::logbook {
 namespace {
 
 constexpr std::size_t kBlock = 1 << 18;
-
-std::filesystem::path toFile(const std::string& path) {
-    return {std::u8string(path.begin(), path.end())};
-}
 
 bool readStream(std::istream& stream, ByteSink& sink) {
     std::vector<char> block(kBlock);
@@ -30,16 +27,34 @@ bool readStream(std::istream& stream, ByteSink& sink) {
 
 } // namespace
 
-bool readLog(const std::string& path, ByteSink& sink) {
-    if (path == "-") {
+bool LogFile::read(ByteSink& sink) {
+    if (isKept) {
+        if (!kept) {
+            kept.emplace(std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>());
+        }
+        sink.feed(*kept);
+        sink.finish();
+        return !std::cin.bad();
+    }
+    if (isStandardInput()) {
         return readStream(std::cin, sink);
     }
-    std::ifstream file(toFile(path), std::ios::binary);
+    std::ifstream file(fromUtf8(name), std::ios::binary);
     return file.is_open() && readStream(file, sink);
 }
 
+void learnNames(LogFile& log, Redaction& redaction) {
+    redaction.learn(log.path());
+    LineReader reader([&redaction](std::string_view line, std::uint64_t /*number*/, bool /*isWhole*/) {
+        if (line.find_first_of("\\/") != std::string_view::npos) {
+            redaction.learn(line);
+        }
+    });
+    log.read(reader);
+}
+
 std::optional<std::string> readWholeFile(const std::string& path) {
-    std::ifstream file(toFile(path), std::ios::binary);
+    std::ifstream file(fromUtf8(path), std::ios::binary);
     if (!file) {
         return std::nullopt;
     }

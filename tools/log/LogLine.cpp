@@ -16,8 +16,6 @@ constexpr std::string_view kStarted = " : started";
 // The one line without a front besides the start's.
 constexpr std::string_view kOddToast = "Passed wrong number of lines to toast. Must be divisible by two";
 
-constexpr std::size_t kMaximumPieces = 32; // of a line that was glued; the rest stays with the last
-
 // The version of "Brisk 1.09 : started".
 std::optional<std::string_view> startedVersion(std::string_view text) {
     if (!text.ends_with(kStarted) || text.size() <= kName.size() + kStarted.size()) {
@@ -42,23 +40,35 @@ std::size_t findName(std::string_view text, std::size_t from) {
     return std::string_view::npos;
 }
 
-LogLine readPiece(std::string_view text) {
+std::string_view withoutBlanks(std::string_view text) {
+    return text.substr(0, text.find_last_not_of(" \t\r") + 1);
+}
+
+bool isKnown(LineKind kind) {
+    return kind != LineKind::Unknown && kind != LineKind::Foreign;
+}
+
+// The text reaches to the line's end, or to the next line's begin.
+LogLine readPiece(std::string_view text, bool hasEnd) {
     LogLine line;
-    line.text = text;
-    if (text.starts_with(kFront)) {
-        const Classified classified = classify(text.substr(kFront.size()));
-        line.kind = classified.kind;
+    line.text = withoutBlanks(text);
+    line.isWhole = hasEnd || line.text.size() < text.size();
+    if (line.text.starts_with(kFront)) {
+        const Classified classified = classify(line.text.substr(kFront.size()));
+        line.kind = line.isWhole || !classified.isOpen ? classified.kind : LineKind::Unknown;
         line.value = classified.value;
-    } else if (const auto version = startedVersion(text)) {
+    } else if (const auto version = startedVersion(line.text)) {
         line.kind = LineKind::Started;
         line.value = *version;
     }
+    line.isWhole = line.isWhole || isKnown(line.kind);
     return line;
 }
 
-LogLine readWithoutName(std::string_view text) {
+LogLine readWithoutName(std::string_view text, bool isWhole) {
     LogLine line;
     line.text = text;
+    line.isWhole = isWhole;
     if (text.starts_with("# ")) {
         line.kind = LineKind::Head;
         line.value = text.substr(2);
@@ -72,57 +82,53 @@ LogLine readWithoutName(std::string_view text) {
 } // namespace
 
 void LineSplitter::split(std::string_view text, std::uint64_t number, bool isWhole, const Handler& handle) {
-    if (text.ends_with('\r')) {
-        text.remove_suffix(1);
-    }
-    if (text.find_first_not_of(" \t") == std::string_view::npos) {
+    if (text.find_first_not_of(" \t\r") == std::string_view::npos) {
         return;
     }
     // Nearly every line of a log that is none of a capture.
     if (text.starts_with(kFront) && findName(text, kFront.size()) == std::string_view::npos) {
-        LogLine line = readPiece(text);
+        LogLine line = readPiece(text, isWhole);
         line.number = number;
-        line.isWhole = isWhole;
+        line.kind = isKnown(line.kind) ? line.kind : LineKind::Unknown;
         handle(line);
         return;
     }
     const std::size_t first = text.starts_with("# ") ? std::string_view::npos : findName(text, 0);
     if (first == std::string_view::npos) {
-        LogLine line = readWithoutName(text);
-        const CapturePrefix prefix = readCapturePrefix(text);
+        LogLine line = readWithoutName(withoutBlanks(text), isWhole);
         line.number = number;
-        line.processId = prefix.processId;
-        line.isWhole = isWhole;
+        line.processId = readCapturePrefix(text).processId;
         handle(line);
         return;
     }
     const CapturePrefix prefix = readCapturePrefix(text.substr(0, first));
-    if (prefix.isQuoted && text.ends_with("\\n\"")) {
-        text.remove_suffix(3);
+    if (prefix.isQuoted) {
+        text = withoutBlanks(text);
+        text.remove_suffix(text.ends_with("\\n\"") ? 3 : text.ends_with('"') ? 1 : 0);
     }
-    std::vector<std::size_t> begins{first};
-    for (std::size_t at = findName(text, first + 1); at != std::string_view::npos && begins.size() < kMaximumPieces;
-         at = findName(text, at + 1)) {
+    std::vector<std::size_t> begins;
+    for (std::size_t at = first; at != std::string_view::npos; at = findName(text, at + 1)) {
         begins.push_back(at);
     }
     // From the end on: a piece reaches to the next one that is known, and a name within a text makes none.
     pieces.clear();
     std::size_t end = text.size();
+    bool hasEnd = isWhole;
     for (std::size_t index = begins.size(); index-- > 0;) {
-        LogLine piece = readPiece(text.substr(begins[index], end - begins[index]));
-        const bool isKnown = piece.kind != LineKind::Unknown && piece.kind != LineKind::Foreign;
-        if (index > 0 && !isKnown) {
+        LogLine piece = readPiece(text.substr(begins[index], end - begins[index]), hasEnd);
+        if (index > 0 && !isKnown(piece.kind)) {
             continue;
         }
-        if (piece.kind == LineKind::Foreign) {
+        if (!isKnown(piece.kind)) {
             piece.kind = LineKind::Unknown;
         }
         piece.number = number;
         piece.time = prefix.time;
         piece.processId = prefix.processId;
-        piece.isWhole = isWhole && end == text.size();
         pieces.push_back(piece);
         end = begins[index];
+        // In front of a start another log may have been cut; in front of other lines an end was lost.
+        hasEnd = piece.kind != LineKind::Started && piece.kind != LineKind::FirstParameter;
     }
     std::for_each(pieces.rbegin(), pieces.rend(), std::cref(handle));
 }

@@ -7,7 +7,7 @@ namespace brisk::logbook {
 namespace {
 
 constexpr std::size_t kMaximumStrays = 20;
-constexpr std::size_t kMaximumHead = 2000;
+constexpr std::size_t kMaximumHead = 2000; // facts
 // Of sessions that wait for an earlier one's end, and of games that wait for an earlier one's answer.
 constexpr std::size_t kMaximumWaiting = 200;
 
@@ -19,12 +19,15 @@ bool isUndecided(LineKind kind) {
 
 } // namespace
 
-LogReader::LogReader(VerdictSink& sink, std::uint64_t sessionsBefore)
-    : output(sink), lines([this](std::string_view text, std::uint64_t number, bool isWhole) {
-          splitter.split(text, number, isWhole, [this](const LogLine& line) { takePiece(line); });
-          if (!runs.empty()) {
-              handOver();
-          }
+LogReader::LogReader(VerdictSink& sink, std::uint64_t sessionsBefore, const Redaction* hider)
+    : output(sink), redaction(hider), lines([this](std::string_view text, std::uint64_t number, bool isWhole) {
+          const std::string redacted = redaction ? redaction->apply(text) : std::string();
+          splitter.split(redaction ? redacted : text, number, isWhole, [this](const LogLine& line) {
+              takePiece(line);
+              if (!runs.empty()) {
+                  handOver();
+              }
+          });
       }),
       sessions(sessionsBefore) {}
 
@@ -68,8 +71,16 @@ void LogReader::takeHead(const LogLine& line) {
     const std::size_t colon = line.value.find(": ");
     if (colon == std::string_view::npos) {
         takeOther(line);
+        return;
+    }
+    std::string name(line.value.substr(0, colon));
+    std::string value(line.value.substr(colon + 2));
+    // A warning belongs where it stands: to the head, or to the session that is being recorded.
+    if (name == "warning" && head.empty()) {
+        const auto open = std::find_if(runs.rbegin(), runs.rend(), [](const Run& run) { return !run.reader.isOver(); });
+        open == runs.rend() ? takeOther(line) : open->reader.takeHead(name, value);
     } else if (head.size() < kMaximumHead) {
-        head.emplace_back(line.value.substr(0, colon), line.value.substr(colon + 2));
+        head.emplace_back(std::move(name), std::move(value));
     }
 }
 
@@ -106,15 +117,20 @@ LogReader::Run* LogReader::find(std::optional<std::uint32_t> processId) {
 
 LogReader::Run& LogReader::begin(const LogLine& line, Run* interrupted) {
     Run& run = runs.emplace_back(output, ++sessions, line, interrupted);
-    if (!head.empty()) {
-        run.reader.takeHead(std::move(head));
-        head.clear();
+    for (const auto& [name, value] : head) {
+        run.reader.takeHead(name, value);
     }
+    head.clear();
     current = &run;
     return run;
 }
 
 void LogReader::feedRun(Run& run, const LogLine& line) {
+    // While nothing but its start line has come, the lines of the one before go on.
+    if (run.interrupted && !run.interrupted->reader.isOver() && !SessionReader::mayFollowStart(line.kind)) {
+        feedRun(*run.interrupted, line);
+        return;
+    }
     if (run.interrupted && !isUndecided(line.kind)) {
         // Only a service that finds another one leaves that one running.
         const bool isSecond =

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/log/LineReader.h"
+#include "tools/log/Redaction.h"
 #include "tools/log/SessionReader.h"
 
 #include <list>
@@ -16,8 +17,9 @@ namespace brisk::logbook {
 // games as soon as their stories are over. It holds what still goes on, and what has to wait for it.
 class LogReader final : public ByteSink {
 public:
-    // Sessions are numbered on behind the ones of earlier logs. The sink has to outlive the reader.
-    explicit LogReader(VerdictSink& sink, std::uint64_t sessionsBefore = 0);
+    // Sessions are numbered on behind the ones of earlier logs. A redaction, which may be null, is applied to each line
+    // before anything else is made of it. Sink and redaction have to outlive the reader.
+    explicit LogReader(VerdictSink& sink, std::uint64_t sessionsBefore = 0, const Redaction* hider = nullptr);
 
     void feed(std::string_view bytes) override { lines.feed(bytes); }
     void finish() override;
@@ -49,6 +51,7 @@ private:
     void limitWaiting();
 
     VerdictSink& output;
+    const Redaction* redaction;
     LineReader lines;
     LineSplitter splitter;
     std::uint64_t sessions;

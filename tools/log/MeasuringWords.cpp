@@ -24,15 +24,16 @@ std::string awayOf(const Game& game) {
 
 std::string parameter(const Session& session, const char* flag, const char* byDefault) {
     const auto found = session.parameters.find(flag);
-    return found == session.parameters.end() ? std::string(byDefault) + " unless " + flag + " says otherwise"
-                                             : found->second;
+    return found == session.parameters.end()
+               ? std::string(byDefault) + " (the default: the log does not tell " + flag + ")"
+               : found->second;
 }
 
 Explanation explainWarming(const Session& session, const Game& game) {
     return {std::string("The game ") + (game.proof.has(ProcessClosed) ? "ended" : "was reported as ended") +
                 " while it still warmed up: a game is measured only after it was in the foreground for the seconds of "
-                "-nw (" +
-                parameter(session, "-nw", "120") + ")." + awayOf(game),
+                "-nw, " +
+                parameter(session, "-nw", "120") + "." + awayOf(game),
             "Play longer, in the foreground.", proof(game, {NotNative, NoOptimalResolution, TooFewSamples})};
 }
 
@@ -41,8 +42,9 @@ Explanation explainSamples(const Session& session, const Game& game) {
         "Too few samples of the frame rate: " + std::to_string(game.intervals.value_or(game.acceptedSamples)) + " of " +
         parameter(session, "-nv", "120") + ".";
     if (game.rejectedSamples > 0) {
-        verdict += " " + counted(game.rejectedSamples, "sample") + (game.rejectedSamples == 1 ? " lies" : " lie") +
-                   " outside of 15 to 300 and is left out" + ".";
+        verdict += " " + counted(game.rejectedSamples, "sample") +
+                   (game.rejectedSamples == 1 ? " lies outside of 15 to 300 and is left out."
+                                              : " lie outside of 15 to 300 and are left out.");
     }
     verdict += awayOf(game);
     const bool isRejected = game.rejectedSamples > game.acceptedSamples;

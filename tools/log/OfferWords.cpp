@@ -12,6 +12,10 @@ const std::vector<LineKind> kJudgement{AppStarted, Publisher,        AppFinished
                                        NotOptimal, ShouldShowToast,  Needed,           OffersAllowed, Refusals,
                                        NotLoaded,  ConditionForbids, ConditionMissing, ToastRefused};
 
+const char* const kLookAtRegistry =
+    "Look who may write HKEY_CURRENT_USER\\SOFTWARE\\Orlan\\briskGCT: the answer is lost, and the next game gets an "
+    "offer again.";
+
 std::vector<ProvingLine> proof(const Game& game, std::vector<LineKind> more = {}) {
     more.insert(more.begin(), kJudgement.begin(), kJudgement.end());
     return game.proof.select(more);
@@ -61,16 +65,23 @@ Explanation explainOffer(const Game& game) {
         explainPatch(game, offer);
         break;
     case Answer::NotNow:
-        offer.verdict +=
-            game.proof.has(RefusalNotCounted)
-                ? " The player answered \"Not Now\", which could not be counted."
-                : " The player answered \"Not Now\" (" + std::to_string(game.refusals.value_or(0) + 1) + " of 3).";
-        offer.next = "Nothing is wrong. After three such answers the game gets no offer any more.";
+        if (game.proof.has(RefusalNotCounted)) {
+            offer.verdict += " The player answered \"Not Now\", which could not be counted.";
+            offer.next = kLookAtRegistry;
+        } else {
+            offer.verdict +=
+                " The player answered \"Not Now\" (" + std::to_string(game.refusals.value_or(0) + 1) + " of 3).";
+            offer.next = "Nothing is wrong. After three such answers the game gets no offer any more.";
+        }
         break;
     case Answer::DontAskAgain:
-        offer.verdict += " The player answered \"Don't ask again\"" +
-                         std::string(game.proof.has(OffersNotDisabled) ? ", which could not be kept." : ".");
-        offer.next = "No game gets an offer any more until the host resets the answers (`briskhost reset`).";
+        if (game.proof.has(OffersNotDisabled)) {
+            offer.verdict += " The player answered \"Don't ask again\", which could not be kept.";
+            offer.next = kLookAtRegistry;
+        } else {
+            offer.verdict += " The player answered \"Don't ask again\".";
+            offer.next = "No game gets an offer any more until the host resets the answers (`briskhost reset`).";
+        }
         break;
     }
     return offer;

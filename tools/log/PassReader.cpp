@@ -2,69 +2,102 @@
 
 #include "tools/log/LineValues.h"
 
+#include <utility>
+
 namespace brisk::logbook {
 
 namespace {
 
-constexpr std::size_t kMaximumTitles = 1000;
 constexpr std::size_t kMaximumLines = 24; // of a title, and of the pass itself
 
 } // namespace
 
-PassReader::PassReader(const LogLine& line) {
+PassReader::PassReader(const LogLine& line, std::size_t titles) : limit(titles) {
     pass.firstLine = line.number;
     pass.lastLine = line.number;
-    pass.lines.push_back(toProvingLine(line));
+    noteOfPass(line);
 }
 
-PassTitle& PassReader::title() {
-    return pass.omittedTitles > 0 || pass.titles.empty() ? omitted : pass.titles.back();
+Pass PassReader::finish() {
+    endTitle();
+    return std::move(pass);
 }
 
-bool PassReader::isAt(std::string_view binaryName) const {
-    return pass.omittedTitles == 0 && !pass.titles.empty() && pass.titles.back().binaryName == binaryName;
+void PassReader::pressReadMore(const LogLine& line) {
+    pass.isReadMore = true;
+    noteOfPass(line);
 }
 
-void PassReader::beginTitle(const LogLine& line) {
-    if (pass.titles.size() == kMaximumTitles) {
-        ++pass.omittedTitles;
-        omitted = {};
+void PassReader::endTitle() {
+    if (!title) {
+        return;
+    }
+    ++pass.counts[title->outcome];
+    if (pass.titles.size() < limit) {
+        pass.titles.push_back(std::move(*title));
     } else {
-        pass.titles.emplace_back().binaryName = behindLast(line.value, "', binary name: '");
+        ++pass.omittedTitles;
+    }
+    title.reset();
+}
+
+void PassReader::noteOfPass(const LogLine& line) {
+    if (pass.lines.size() < kMaximumLines) {
+        pass.lines.push_back(toProvingLine(line));
     }
 }
 
 void PassReader::note(const LogLine& line) {
-    auto& lines = pass.titles.empty() ? pass.lines : title().lines;
-    if (lines.size() < kMaximumLines) {
-        lines.push_back(toProvingLine(line));
+    pass.lastLine = line.number;
+    if (!title) {
+        noteOfPass(line);
+    } else if (title->lines.size() < kMaximumLines) {
+        title->lines.push_back(toProvingLine(line));
     }
 }
 
 bool PassReader::feed(const LogLine& line) {
+    const auto come = [this](TitleOutcome outcome) {
+        if (title) {
+            title->outcome = outcome;
+        }
+    };
     switch (line.kind) {
     case LineKind::Publisher:
-        beginTitle(line);
+        endTitle();
+        title.emplace().binaryName = behindLast(line.value, "', binary name: '");
         break;
     case LineKind::ConfigSkipped:
-        title().outcome = TitleOutcome::NotFound;
+        come(TitleOutcome::NotFound);
+        break;
+    case LineKind::ConditionForbids:
+    case LineKind::ConditionMissing:
+        come(TitleOutcome::Condition);
+        break;
+    case LineKind::NotLoaded:
+        come(TitleOutcome::NotLoaded);
         break;
     case LineKind::NothingToOptimize:
-        title().outcome = TitleOutcome::NothingToDo;
+        // Unless a line before told why.
+        if (title && title->outcome == TitleOutcome::CutOff) {
+            come(TitleOutcome::NothingToDo);
+        }
         break;
     case LineKind::Optimized:
-        title().titleName = line.value;
-        title().outcome = TitleOutcome::Patched;
+        come(TitleOutcome::Patched);
+        if (title) {
+            title->titleName = line.value;
+        }
         break;
     case LineKind::PatchFailed:
-        title().outcome = TitleOutcome::Failed;
+        come(TitleOutcome::Failed);
         break;
     case LineKind::NoOptimalResolution:
         pass.hasNoLowerResolution = true;
         break;
     case LineKind::ToastRefused:
         pass.isToastRefused = true;
-        pass.lines.push_back(toProvingLine(line));
+        noteOfPass(line);
         return true;
     case LineKind::BulkPassBegins:
     case LineKind::CurrentDisplay:
@@ -83,9 +116,6 @@ bool PassReader::feed(const LogLine& line) {
     case LineKind::ConfigNotFound:
     case LineKind::RegistryOpenFailed:
     case LineKind::NotOptimal:
-    case LineKind::NotLoaded:
-    case LineKind::ConditionForbids:
-    case LineKind::ConditionMissing:
     case LineKind::SettingNotWritten:
     case LineKind::MarkerSet:
     case LineKind::MarkerFailed:
@@ -94,7 +124,6 @@ bool PassReader::feed(const LogLine& line) {
     default:
         return false;
     }
-    pass.lastLine = line.number;
     note(line);
     return true;
 }

@@ -1,6 +1,7 @@
 #include "tools/log/Proof.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace brisk::logbook {
 
@@ -8,6 +9,7 @@ namespace {
 
 constexpr std::size_t kLongestText = 600; // bytes
 constexpr std::size_t kLinesOfAKind = 8;
+constexpr std::size_t kMaximumOmitted = 100;
 
 // Does not cut through a character of UTF-8.
 std::string_view shorten(std::string_view text) {
@@ -40,6 +42,8 @@ void Proof::add(const LogLine& line) {
     }
     if (kind.lines.size() < kLinesOfAKind) {
         kind.lines.push_back(toProvingLine(line));
+    } else if (kind.omitted.size() < kMaximumOmitted) {
+        kind.omitted.insert(std::hash<std::string_view>()(text));
     }
 }
 
@@ -52,6 +56,11 @@ const std::vector<ProvingLine>& Proof::of(LineKind kind) const {
 std::uint64_t Proof::count(LineKind kind) const {
     const auto found = kept.find(kind);
     return found == kept.end() ? 0 : found->second.count;
+}
+
+std::size_t Proof::omitted(LineKind kind) const {
+    const auto found = kept.find(kind);
+    return found == kept.end() ? 0 : found->second.omitted.size();
 }
 
 std::vector<ProvingLine> Proof::select(const std::vector<LineKind>& kinds) const {

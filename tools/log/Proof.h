@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,9 @@ public:
     // How often the kind came.
     std::uint64_t count(LineKind kind) const;
 
+    // How many further texts of the kind there were; beyond a hundred they are not told apart any more.
+    std::size_t omitted(LineKind kind) const;
+
     // The lines of some kinds, in the log's order.
     std::vector<ProvingLine> select(const std::vector<LineKind>& kinds) const;
 
@@ -38,6 +42,7 @@ private:
     struct Kind {
         std::vector<ProvingLine> lines;
         std::uint64_t count = 0;
+        std::set<std::size_t> omitted; // the texts' hashes
     };
     std::map<LineKind, Kind> kept;
 };

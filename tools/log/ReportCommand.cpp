@@ -1,10 +1,11 @@
 #include "tools/log/ReportCommand.h"
 
+#include "tools/console/Paths.h"
+#include "tools/log/ExitCodes.h"
 #include "tools/log/LogFile.h"
 #include "tools/log/LogReader.h"
 #include "tools/log/Redaction.h"
 #include "tools/log/ReportPage.h"
-#include "tools/log/WhyOptions.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -20,7 +21,8 @@ constexpr std::uint64_t kWholeLog = 20'000; // lines; of a longer one only those
 constexpr std::uint64_t kAround = 5;
 constexpr std::size_t kMaximumGames = 500;
 constexpr std::size_t kMaximumRuns = 500;
-constexpr std::size_t kLongestLine = 2000; // bytes
+constexpr std::size_t kMaximumTitles = 5000; // of passes over all games
+constexpr std::size_t kLongestLine = 2000;   // bytes
 
 class Collector final : public VerdictSink {
 public:
@@ -36,6 +38,7 @@ public:
         shown += games.size();
         if (content.runs.size() < kMaximumRuns || !games.empty()) {
             content.runs.push_back({session, std::move(games)});
+            limitTitles(content.runs.back().session);
         }
         games.clear();
     }
@@ -44,11 +47,21 @@ public:
     std::uint64_t offers = 0;
 
 private:
+    void limitTitles(Session& session) {
+        for (Pass& pass : session.passes) {
+            const std::size_t kept = std::min(pass.titles.size(), kMaximumTitles - titles);
+            pass.omittedTitles += pass.titles.size() - kept;
+            pass.titles.resize(kept);
+            titles += kept;
+        }
+    }
+
     std::vector<Game> games;
     std::size_t shown = 0;
+    std::size_t titles = 0; // shown
 };
 
-void readLines(const std::string& path, ReportContent& content) {
+void readLines(LogFile& log, const Redaction* redaction, ReportContent& content) {
     std::set<std::uint64_t> wanted;
     if (content.lineCount > kWholeLog) {
         for (const std::uint64_t line : findProvingLines(content)) {
@@ -59,39 +72,52 @@ void readLines(const std::string& path, ReportContent& content) {
     }
     LineReader reader([&](std::string_view line, std::uint64_t number, bool /*isWhole*/) {
         if (content.lineCount <= kWholeLog || wanted.contains(number)) {
-            if (line.ends_with('\r')) {
-                line.remove_suffix(1);
-            }
-            content.lines.emplace(number, line.substr(0, kLongestLine));
+            line = line.substr(0, kLongestLine);
+            content.lines.emplace(number, redaction ? redaction->apply(line) : std::string(line));
         }
     });
-    readLog(path, reader);
+    log.read(reader);
+}
+
+// Also by another name of it.
+bool isSameFile(const std::string& one, const std::string& other) {
+    std::error_code error;
+    return std::filesystem::equivalent(fromUtf8(one), fromUtf8(other), error);
 }
 
 } // namespace
 
 int runReport(const ReportOptions& options) {
+    LogFile log(options.log, true);
     Redaction redaction;
+    if (options.redacts) {
+        redaction.learn(options.output);
+        learnNames(log, redaction);
+    }
     const auto shown = [&](const std::string& text) { return options.redacts ? redaction.apply(text) : text; };
-    Collector collector;
-    LogReader reader(collector);
-    if (!readLog(options.log, reader)) {
-        std::cerr << "brisklog: " << shown(options.log) << ": cannot be read\n";
+    const auto fail = [&shown](const std::string& path, const char* fault) {
+        std::cerr << "brisklog: " << shown(path) << ": " << fault << '\n';
         return kUnreadable;
+    };
+    if (!log.isStandardInput() && isSameFile(options.log, options.output)) {
+        return fail(options.output, "is the log itself, and the page would replace it");
+    }
+    Collector collector;
+    LogReader reader(collector, 0, options.redacts ? &redaction : nullptr);
+    if (!log.read(reader)) {
+        return fail(options.log, "cannot be read");
     }
     if (reader.sessionCount() == 0) {
         std::cerr << "brisklog: there is no session of the service in it\n";
         return kNoSession;
     }
-    collector.content.log = options.log;
+    collector.content.log = shown(options.log);
     collector.content.lineCount = reader.lineCount();
-    readLines(options.log, collector.content);
-    std::ofstream file(std::filesystem::path(std::u8string(options.output.begin(), options.output.end())),
-                       std::ios::binary);
-    file << shown(makePage(collector.content));
+    readLines(log, options.redacts ? &redaction : nullptr, collector.content);
+    std::ofstream file(fromUtf8(options.output), std::ios::binary);
+    file << makePage(collector.content);
     if (!file.flush()) {
-        std::cerr << "brisklog: " << shown(options.output) << ": cannot be written\n";
-        return kUnreadable;
+        return fail(options.output, "cannot be written");
     }
     return collector.offers > 0 ? kOffered : kNotOffered;
 }

@@ -74,7 +74,10 @@ std::string showPass(const Pass& pass) {
         text += "<tr><td>" + escape(title.binaryName) + "</td><td>" + codeOf(title.outcome) + "</td><td>" +
                 (title.lines.empty() ? "" : std::to_string(title.lines.front().line)) + "</td></tr>\n";
     }
-    return text + "</tbody></table>\n";
+    text += "</tbody></table>\n";
+    return pass.omittedTitles == 0 ? text
+                                   : text + "<p>" + std::to_string(pass.omittedTitles) +
+                                         " more titles are left out. All of them: " + countsOf(pass) + ".</p>\n";
 }
 
 std::string showHead(const Session& session) {
@@ -95,6 +98,9 @@ std::string showRun(const ReportContent::Run& run, const ReportContent& content,
         (session.version.empty() ? "" : ", Brisk " + escape(session.version)) +
         (session.beginTime.empty() ? "" : ", " + escape(session.beginTime)) + "</h2>\n" +
         toMarkup(explain(session), content) + "<p>" + escape(explainSource(session)) + "</p>\n" + showHead(session);
+    for (const auto& [name, value] : session.head) {
+        text += name == "warning" ? "<p>The recording warns: " + escape(value) + "</p>\n" : "";
+    }
     for (const Pass& pass : session.passes) {
         text += showPass(pass);
     }

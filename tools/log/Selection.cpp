@@ -16,7 +16,7 @@ bool isSame(std::string_view one, std::string_view other) {
 }
 
 bool isNumber(const std::string& text) {
-    const std::size_t begin = text.starts_with("0x") ? 2 : 0;
+    const std::size_t begin = text.starts_with("0x") || text.starts_with("0X") ? 2 : 0;
     return text.size() > begin &&
            text.find_first_not_of(begin == 0 ? "0123456789" : "0123456789abcdefABCDEF", begin) == std::string::npos;
 }

@@ -1,6 +1,5 @@
 #include "tools/log/Session.h"
 
-#include <algorithm>
 #include <array>
 
 namespace brisk::logbook {
@@ -18,25 +17,31 @@ const char* codeOf(FrameRateSource source) {
 }
 
 const char* codeOf(TitleOutcome outcome) {
-    static constexpr std::array kCodes{"patched", "nothing-to-do", "failed", "not-found", "cut-off"};
+    static constexpr std::array kCodes{"patched", "nothing-to-do", "condition", "not-loaded",
+                                       "failed",  "not-found",     "cut-off"};
     return kCodes[static_cast<std::size_t>(outcome)];
 }
 
 const char* outcomeOf(const Pass& pass) {
-    const auto has = [&pass](TitleOutcome outcome) {
-        return std::any_of(pass.titles.begin(), pass.titles.end(),
-                           [outcome](const PassTitle& title) { return title.outcome == outcome; });
-    };
+    const auto has = [&pass](TitleOutcome outcome) { return pass.counts.contains(outcome); };
     if (pass.hasNoLowerResolution) {
         return "no-lower-resolution";
     }
-    if (has(TitleOutcome::CutOff)) {
+    if (pass.isCutOff || has(TitleOutcome::CutOff)) {
         return "cut-off";
     }
     if (has(TitleOutcome::Failed)) {
         return "failed";
     }
     return has(TitleOutcome::Patched) ? "patched" : "nothing-to-do";
+}
+
+std::string countsOf(const Pass& pass) {
+    std::string text;
+    for (const auto& [outcome, count] : pass.counts) {
+        text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + codeOf(outcome);
+    }
+    return text;
 }
 
 } // namespace brisk::logbook

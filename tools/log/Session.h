@@ -31,9 +31,9 @@ enum class FrameRateSource { Unknown, Library, RefreshRate, Parameter };
 // "unknown", "vendor-library", "refresh-rate", "fps-parameter".
 const char* codeOf(FrameRateSource source);
 
-enum class TitleOutcome { Patched, NothingToDo, Failed, NotFound, CutOff };
+enum class TitleOutcome { Patched, NothingToDo, Condition, NotLoaded, Failed, NotFound, CutOff };
 
-// "patched", "nothing-to-do", "failed", "not-found", "cut-off".
+// "patched", "nothing-to-do", "condition", "not-loaded", "failed", "not-found", "cut-off".
 const char* codeOf(TitleOutcome outcome);
 
 // A title of a pass over all games.
@@ -50,14 +50,18 @@ struct Pass {
     std::uint64_t lastLine = 0;
     bool hasNoLowerResolution = false; // and so nothing was tried
     bool isToastRefused = false;
-    bool isReadMore = false; // the player pressed it
-    std::vector<PassTitle> titles;
+    bool isReadMore = false;                      // the player pressed it
+    bool isCutOff = false;                        // nothing tells that it went to its end
+    std::vector<PassTitle> titles;                // the first ones of the session's passes
+    std::map<TitleOutcome, std::uint64_t> counts; // of all titles
     std::uint64_t omittedTitles = 0;
     std::vector<ProvingLine> lines; // of the pass as a whole
 };
 
 // "patched", "nothing-to-do", "no-lower-resolution", "failed", "cut-off".
 const char* outcomeOf(const Pass& pass);
+// "2 patched, 1 not-found": all its titles.
+std::string countsOf(const Pass& pass);
 
 // One run of the service. The games go their own way (VerdictSink.h).
 struct Session {

@@ -2,10 +2,11 @@
 
 #include "tools/log/LineTable.h"
 #include "tools/log/LineValues.h"
+#include "tools/log/Parameters.h"
+
+#include "base/ParameterPatterns.h"
 
 #include <algorithm>
-#include <array>
-#include <sstream>
 #include <utility>
 
 namespace brisk::logbook {
@@ -14,33 +15,16 @@ namespace {
 
 constexpr std::size_t kMaximumUnknownLines = 20;
 constexpr std::size_t kMaximumPasses = 200;
+constexpr std::size_t kMaximumTitles = 1000; // of all passes
+constexpr std::size_t kMaximumHead = 2000;
 constexpr std::string_view kFront = "Brisk : ";
 
 std::string_view withoutFront(std::string_view text) {
     return text.starts_with(kFront) ? text.substr(kFront.size()) : text;
 }
 
-struct ParameterName {
-    const char* flag;
-    const char* name;
-};
-constexpr ParameterName kParameters[] = {ParameterName{"-nw", "NumberOfIntervalsForWarming"},
-                                         ParameterName{"-nt", "NumberOfIntervalsForTracking"},
-                                         ParameterName{"-nn", "NumberOfIntervalsForNotTracking"},
-                                         ParameterName{"-nv", "NumberOfTrackingIntervalsToBeValid"},
-                                         ParameterName{"-fps", "fpsOverride"},
-                                         ParameterName{"-log", "logToFile"}};
-
-void readCommandLine(const std::string& commandLine, std::map<std::string, std::string>& parameters) {
-    std::istringstream words(commandLine);
-    std::string word;
-    while (words >> word) {
-        const auto* known = std::find_if(std::begin(kParameters), std::end(kParameters),
-                                         [&word](const ParameterName& parameter) { return word == parameter.flag; });
-        if (std::string value; known != std::end(kParameters) && words >> value) {
-            parameters.emplace(word, value);
-        }
-    }
+bool isOfCommandLine(LineKind kind) {
+    return kind >= LineKind::FirstParameter && kind <= LineKind::ParameterSet;
 }
 
 bool isOfStart(LineKind kind) {
@@ -51,9 +35,9 @@ bool isOfStart(LineKind kind) {
 
 SessionReader::SessionReader(VerdictSink& sink, std::uint64_t number, const LogLine& first)
     : games([this](const Game& game) { output.onDecision(session, game); }), output(sink),
-      phase(first.kind == LineKind::FirstParameter ? Phase::CommandLine
-            : isOfStart(first.kind)                ? Phase::Start
-                                                   : Phase::Running) {
+      phase(isOfCommandLine(first.kind) ? Phase::CommandLine
+            : isOfStart(first.kind)     ? Phase::Start
+                                        : Phase::Running) {
     session.number = number;
     session.firstLine = first.number;
     session.lastLine = first.number;
@@ -79,13 +63,17 @@ void SessionReader::count(const Game& game) {
     }
 }
 
-void SessionReader::takeHead(std::vector<std::pair<std::string, std::string>> head) {
-    session.head = std::move(head);
-    for (const auto& [name, value] : session.head) {
-        if (name == "command line") {
-            readCommandLine(value, session.parameters);
-        }
+void SessionReader::takeHead(const std::string& name, const std::string& value) {
+    if (session.head.size() < kMaximumHead) {
+        session.head.emplace_back(name, value);
     }
+    if (name == "command line") {
+        session.parameters.merge(readParameters(value));
+    }
+}
+
+bool SessionReader::mayFollowStart(LineKind kind) {
+    return kind != LineKind::Finished && kind <= LineKind::Error;
 }
 
 void SessionReader::feed(const LogLine& line) {
@@ -130,6 +118,9 @@ void SessionReader::close() {
 void SessionReader::end(SessionEnd how) {
     session.end = how;
     isClosed = true;
+    if (isPassOpen && !pass->isTold() && (how == SessionEnd::CutOff || how == SessionEnd::Error)) {
+        pass->cutOff();
+    }
     endPass();
     games.close();
     for (ProvingLine& press : games.takeLoosePresses()) {
@@ -164,8 +155,8 @@ void SessionReader::fail(const LogLine& line) {
 }
 
 void SessionReader::setParameter(const LogLine& line) {
-    for (const ParameterName& parameter : kParameters) {
-        const std::string_view name = before(line.value, " to ");
+    const std::string_view name = before(line.value, " to ");
+    for (const ParameterPattern& parameter : kParameterPatterns) {
         if (name == parameter.name) {
             session.parameters[parameter.flag] = line.value.substr(std::min(line.value.size(), name.size() + 4));
         }
@@ -218,8 +209,7 @@ bool SessionReader::feedPass(const LogLine& line) {
         return false;
     }
     if (line.kind == LineKind::PressReadMore) {
-        pass->pass.isReadMore = true;
-        pass->pass.lines.push_back(toProvingLine(line));
+        pass->pressReadMore(line);
         return true;
     }
     if (!isPassOpen) {
@@ -239,7 +229,8 @@ void SessionReader::endPass() {
         return;
     }
     if (session.passes.size() < kMaximumPasses) {
-        session.passes.push_back(std::move(pass->pass));
+        session.passes.push_back(pass->finish());
+        keptTitles += session.passes.back().titles.size();
     } else {
         ++session.omittedPasses;
     }
@@ -255,7 +246,7 @@ void SessionReader::feedRunning(const LogLine& line) {
     if (line.kind == LineKind::BulkPass) {
         games.endHandler();
         endPass();
-        pass.emplace(line);
+        pass.emplace(line, kMaximumTitles - keptTitles);
         isPassOpen = true;
         return;
     }

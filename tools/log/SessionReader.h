@@ -5,7 +5,9 @@
 #include "tools/log/Session.h"
 #include "tools/log/VerdictSink.h"
 
+#include <cstddef>
 #include <optional>
+#include <string>
 
 namespace brisk::logbook {
 
@@ -25,8 +27,10 @@ public:
     bool isOver() const { return isClosed; }
     // Whether all that has come is about the command line.
     bool isBeforeStart() const { return phase == Phase::CommandLine && !isClosed; }
-    // What a recording says in front of the session.
-    void takeHead(std::vector<std::pair<std::string, std::string>> head);
+    // What a recording says in front of the session, or later within it.
+    void takeHead(const std::string& name, const std::string& value);
+    // Whether the line can stand where nothing but the start line, or lines about the command line, has come.
+    static bool mayFollowStart(LineKind kind);
     // A game of this session is being handed over.
     void count(const Game& game);
 
@@ -52,6 +56,7 @@ private:
     bool isClosed = false;
     std::optional<PassReader> pass;
     bool isPassOpen = false;         // its handler's lines may still come
+    std::size_t keptTitles = 0;      // of all passes
     std::optional<ProvingLine> last; // an unknown line: an error's text if nothing follows
     bool isLastWhole = false;
 };

@@ -6,6 +6,11 @@ namespace {
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
+// Of UTF-16 without a mark: every other byte is zero.
+bool alternates(std::string_view text, std::size_t zero) {
+    return text[zero] == '\0' && text[zero + 2] == '\0' && text[1 - zero] != '\0' && text[3 - zero] != '\0';
+}
+
 void appendUtf8(std::string& text, std::uint32_t character) {
     const auto append = [&text](std::uint32_t byte) { text += static_cast<char>(static_cast<unsigned char>(byte)); };
     if (character < 0x80) {
@@ -35,13 +40,14 @@ std::string_view TextDecoder::decode(std::string_view bytes) {
         return decodeUnits(bytes);
     }
     front += bytes;
-    if (front.size() < kUtf8Mark.size()) {
+    if (front.size() < 4) {
         return {};
     }
     const std::string_view text = front;
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
-        encoding = text.front() == '\xFF' ? Encoding::LittleEndian : Encoding::BigEndian;
-        return decodeUnits(text.substr(2));
+    const bool hasMark = text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF");
+    if (hasMark || alternates(text, 0) || alternates(text, 1)) {
+        encoding = text.front() == '\xFF' || alternates(text, 1) ? Encoding::LittleEndian : Encoding::BigEndian;
+        return decodeUnits(text.substr(hasMark ? 2 : 0));
     }
     encoding = Encoding::Bytes;
     return text.substr(text.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0);

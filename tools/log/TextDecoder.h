@@ -6,7 +6,8 @@
 
 namespace brisk::logbook {
 
-// Bytes of a log, as some viewers save it: with a byte order mark, or as UTF-16. Whatever has no mark is left as it is.
+// Bytes of a log, as some viewers save it: with a byte order mark, or as UTF-16, which is known without a mark, too,
+// where the first two characters are ASCII. Whatever else has no mark is left as it is.
 class TextDecoder {
 public:
     // The decoded bytes; they last until the next call.

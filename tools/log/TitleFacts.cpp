@@ -98,10 +98,15 @@ DatabaseFacts readDatabaseFacts(const std::string& path, std::string text) {
             facts.ids.push_back(*title.id);
         }
     });
+    const auto fault = [&](std::size_t offset, const std::string& message) {
+        const workbench::Place place = source.placeOf(offset);
+        facts.fault =
+            "line " + std::to_string(place.line) + ", column " + std::to_string(place.column) + ": " + message;
+    };
     if (outcome.fault) {
-        const workbench::Place place = source.placeOf(outcome.fault->offset);
-        facts.fault = "line " + std::to_string(place.line) + ", column " + std::to_string(place.column) + ": " +
-                      outcome.fault->message;
+        fault(outcome.fault->offset, outcome.fault->message);
+    } else if (outcome.rootType != nlohmann::json::value_t::array) {
+        fault(outcome.rootBegin, "a database is an array of titles");
     }
     return facts;
 }

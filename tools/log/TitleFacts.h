@@ -35,7 +35,7 @@ struct TitleFacts {
 struct DatabaseFacts {
     std::vector<TitleFacts> titles;
     std::vector<std::uint32_t> ids;   // that the service knows, in the file's order
-    std::optional<std::string> fault; // what is wrong where the file cannot be read to its end
+    std::optional<std::string> fault; // what is wrong, with its place, where the service would not read it all
 
     // The title of an executable; null when there is none.
     const TitleFacts* find(const std::string& binaryName) const;

@@ -129,6 +129,12 @@ void writePass(JsonWriter& json, const Pass& pass) {
     }
     json.endArray();
     json.member("omittedTitles", pass.omittedTitles);
+    json.key("titleCounts");
+    json.beginObject();
+    for (const auto& [outcome, count] : pass.counts) {
+        json.member(codeOf(outcome), count);
+    }
+    json.endObject();
     write(json, "lines", pass.lines);
     json.endObject();
 }

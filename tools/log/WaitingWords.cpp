@@ -8,12 +8,19 @@ namespace {
 
 using enum LineKind;
 
-std::string ticksOf(const Game& game) {
-    std::uint64_t ticks = 0;
-    for (const Phase& phase : game.timeline.phases) {
-        ticks += phase.state == State::Waiting ? phase.ticks : 0;
-    }
-    return counted(ticks, "tick");
+// Windows' errors.
+constexpr std::uint64_t kKeyNotThere = 2;
+constexpr std::uint64_t kAccessDenied = 5;
+
+// "12 ticks", "3 of 12 ticks": those that came to something, of all in which the game was looked for.
+std::string ticksOf(const Game& game, TickOutcome outcome) {
+    const std::uint64_t all = game.allTicks();
+    const std::uint64_t some = game.ticksOf(outcome);
+    return (some == all ? "" : std::to_string(some) + " of ") + counted(all, "tick");
+}
+
+std::string andMore(std::size_t omitted) {
+    return omitted == 0 ? "" : " and " + std::to_string(omitted) + " more";
 }
 
 Explanation explainUnknownId(const Game& game) {
@@ -26,16 +33,17 @@ Explanation explainUnknownId(const Game& game) {
 }
 
 Explanation explainNoForeground(const Game& game) {
-    if (game.stage == WaitingStage::NoTick) {
+    if (game.allTicks() == 0) {
         return {"The game ended before the service looked for it even once: it looks once a second.",
                 "Let the host announce the game when its window opens, and its end when the game has ended.",
                 game.proof.select({AppStarted, Waiting, AppFinished, NotNative, NoOptimalResolution, TooFewSamples})};
     }
-    return {"In " + ticksOf(game) +
+    return {"In " + ticksOf(game, TickOutcome::NoWindow) +
                 " the service found no window in the foreground at all, so the game never was there.",
             "Look whether the game opened a window on the desktop of the service's user, and whether the screen was "
             "locked.",
-            game.proof.select({AppStarted, Window, AppFinished, NotNative, NoOptimalResolution, TooFewSamples})};
+            game.proof.select(
+                {AppStarted, Window, OtherProcess, AppFinished, NotNative, NoOptimalResolution, TooFewSamples})};
 }
 
 Explanation explainOtherProcess(const Game& game) {
@@ -45,12 +53,14 @@ Explanation explainOtherProcess(const Game& game) {
         others += (others.empty() ? "" : ", ") + std::string(other) +
                   (line.times > 1 ? " (" + counted(line.times, "time") + ")" : "");
     }
-    return {"Another process was in the foreground whenever the service looked: the announced one is " +
+    return {"Another process was in the foreground in " + ticksOf(game, TickOutcome::OtherProcess) +
+                ": the announced one is " +
                 std::string(behindLast(before(game.proof.of(OtherProcess).front().text, " instead of"), "PID ")) +
-                ", and it found " + others + ".",
+                ", and the service found " + others + andMore(game.proof.omitted(OtherProcess)) + ".",
             "If the announced process is a launcher, the host has to announce the game's own process, once that runs. "
             "Otherwise look which program covers the game.",
-            game.proof.select({AppStarted, OtherProcess, AppFinished, NotNative, NoOptimalResolution, TooFewSamples})};
+            game.proof.select(
+                {AppStarted, OtherProcess, Window, AppFinished, NotNative, NoOptimalResolution, TooFewSamples})};
 }
 
 std::string pathsOf(const Game& game) {
@@ -61,14 +71,28 @@ std::string pathsOf(const Game& game) {
             paths += (paths.empty() ? "" : ", ") + ("'" + std::string(quoted) + "'");
         }
     }
-    return paths;
+    return paths + andMore(game.proof.omitted(CheckingPath) + game.proof.omitted(CheckingRegistry));
+}
+
+// The error with which a key could not be opened that is there; nothing where keys were not there.
+std::string refusalOf(const Game& game) {
+    for (const ProvingLine& line : game.proof.of(RegistryOpenFailed)) {
+        const auto error = readNumberBehind(line.text, "Error ");
+        if (error && *error != kKeyNotThere) {
+            return "error " + std::to_string(*error) + (*error == kAccessDenied ? ", access is denied" : "");
+        }
+    }
+    return {};
 }
 
 Explanation explainNotSupported(const Game& game) {
     const std::vector<LineKind> kinds{AppStarted,       NoFileProperties, Publisher,     CheckingPath,
                                       CheckingRegistry, ConfigNotFound,   ConfigSkipped, RegistryOpenFailed,
                                       NotLoaded,        Needed,           AppFinished};
-    const std::string found = "The executable is '" + game.binaryName + "' of '" + game.publisher + "'.";
+    const std::string found = (game.ticksOf(TickOutcome::NotSupported) == game.allTicks()
+                                   ? std::string()
+                                   : "In " + ticksOf(game, TickOutcome::NotSupported) + ": ") +
+                              "The executable is '" + game.binaryName + "' of '" + game.publisher + "'.";
     if (game.proof.has(NotLoaded)) {
         return {"The game's configuration was there when the game began and could not be read at its end (looked at: " +
                     pathsOf(game) + ").",
@@ -76,6 +100,12 @@ Explanation explainNotSupported(const Game& game) {
                 game.proof.select(kinds)};
     }
     if (const std::string paths = pathsOf(game); !paths.empty()) {
+        if (const std::string refusal = refusalOf(game); !refusal.empty()) {
+            return {found + " The title fits, but Windows did not open a key of its configuration (" + refusal +
+                        "). Looked at: " + paths + ".",
+                    "Look who may read and write that key of the registry: the service opens it as its user.",
+                    game.proof.select(kinds)};
+        }
         return {found + " The title fits, but its configuration is not on this machine. Looked at: " + paths + ".",
                 "Look where the game keeps its settings on this machine, and start it once so that it writes them. If "
                 "they lie elsewhere, \"config_locations\" of the title has to name the place.",
@@ -89,7 +119,8 @@ Explanation explainNotSupported(const Game& game) {
 }
 
 Explanation explainNotOpened(const Game& game) {
-    return {"Windows did not let the service look into the game's process, in " + ticksOf(game) + ".",
+    return {"Windows did not let the service look into the game's process, in " +
+                ticksOf(game, TickOutcome::NotOpened) + ".",
             "Look whether the game runs as administrator, or whether its protection against cheating keeps other "
             "programs out. The service needs no rights that its user does not have; such a game gets no offer.",
             game.proof.select({AppStarted, NoFileName, ConfigSkipped, OpenProcessFailed, Publisher, AppFinished})};

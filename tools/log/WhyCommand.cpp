@@ -1,7 +1,9 @@
+#include "tools/log/WhyCommand.h"
+
+#include "tools/log/ExitCodes.h"
 #include "tools/log/LogFile.h"
 #include "tools/log/LogReader.h"
 #include "tools/log/WhyJson.h"
-#include "tools/log/WhyOptions.h"
 #include "tools/log/WhyText.h"
 
 #include <iostream>
@@ -20,12 +22,12 @@ public:
 };
 
 // How many sessions the logs hold; those that cannot be read hold none.
-std::uint64_t countSessions(const std::vector<std::string>& logs) {
+std::uint64_t countSessions(std::vector<LogFile>& logs) {
     std::uint64_t sessions = 0;
     NoOutput none;
-    for (const std::string& log : logs) {
+    for (LogFile& log : logs) {
         LogReader reader(none, sessions);
-        if (readLog(log, reader)) {
+        if (log.read(reader)) {
             sessions = reader.sessionCount();
         }
     }
@@ -35,43 +37,54 @@ std::uint64_t countSessions(const std::vector<std::string>& logs) {
 std::unique_ptr<WhyOutput> makeOutput(const WhyOptions& options, const Selection& selection,
                                       const DatabaseFacts* facts) {
     if (options.format == "json") {
-        return std::make_unique<WhyJson>(std::cout, selection, facts, options.redacts);
+        return std::make_unique<WhyJson>(std::cout, selection, facts);
     }
-    return std::make_unique<WhyText>(std::cout, selection, facts, options.redacts, options.hasColours);
+    return std::make_unique<WhyText>(std::cout, selection, facts, options.hasColours);
 }
 
-int fail(const WhyOptions& options, const std::string& path, const std::string& fault) {
-    Redaction redaction;
-    std::cerr << "brisklog: " << (options.redacts ? redaction.apply(path) : path) << ": " << fault << '\n';
+int fail(const std::string& what, const std::string& fault) {
+    std::cerr << "brisklog: " << what << ": " << fault << '\n';
     return kUnreadable;
 }
 
 } // namespace
 
 int runWhy(const WhyOptions& options) {
+    std::vector<LogFile> logs;
+    for (const std::string& log : options.logs) {
+        logs.emplace_back(log, options.isLastOnly || options.redacts);
+    }
+    Redaction redaction;
+    if (options.redacts) {
+        redaction.learn(options.database);
+        for (LogFile& log : logs) {
+            learnNames(log, redaction);
+        }
+    }
+    const auto shown = [&](const std::string& path) { return options.redacts ? redaction.apply(path) : path; };
     std::optional<DatabaseFacts> facts;
     if (!options.database.empty()) {
         auto text = readWholeFile(options.database);
         if (!text) {
-            return fail(options, options.database, "cannot be read");
+            return fail(shown(options.database), "cannot be read");
         }
         facts = readDatabaseFacts(options.database, std::move(*text));
         if (facts->fault) {
-            fail(options, options.database, *facts->fault);
+            return fail(shown(options.database), *facts->fault);
         }
     }
     Selection selection = options.selection;
     if (options.isLastOnly) {
-        selection.session = countSessions(options.logs);
+        selection.session = countSessions(logs);
     }
     const auto output = makeOutput(options, selection, facts ? &*facts : nullptr);
     bool isReadable = true;
     std::uint64_t sessions = 0;
-    for (const std::string& log : options.logs) {
-        output->beginLog(log);
-        LogReader reader(*output, sessions);
-        if (!readLog(log, reader)) {
-            fail(options, log, "cannot be read");
+    for (LogFile& log : logs) {
+        output->beginLog(shown(log.path()));
+        LogReader reader(*output, sessions, options.redacts ? &redaction : nullptr);
+        if (!log.read(reader)) {
+            fail(shown(log.path()), "cannot be read");
             isReadable = false;
             continue;
         }

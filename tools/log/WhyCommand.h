@@ -17,13 +17,7 @@ struct WhyOptions {
     bool hasColours = false;
 };
 
-// Exit codes of `why`.
-inline constexpr int kOffered = 0;
-inline constexpr int kNotOffered = 1;
-inline constexpr int kUnreadable = 2;
-inline constexpr int kNoSession = 3;
-
-// Prints a verdict for every game of the logs; the exit code.
+// Prints a verdict for every game of the logs; the exit code (ExitCodes.h).
 int runWhy(const WhyOptions& options);
 
 } // namespace brisk::logbook

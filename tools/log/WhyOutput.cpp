@@ -15,8 +15,4 @@ void WhyOutput::onSession(const Session& session) {
     }
 }
 
-void WhyOutput::print(const std::string& text) {
-    out << (isRedacting ? redaction.apply(text) : text);
-}
-
 } // namespace brisk::logbook

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "tools/log/LogReader.h"
-#include "tools/log/Redaction.h"
 #include "tools/log/Selection.h"
 #include "tools/log/VerdictSink.h"
 
@@ -14,8 +13,8 @@ namespace brisk::logbook {
 class WhyOutput : public VerdictSink {
 public:
     // The options' database is null where none was given. Everything has to outlive the output.
-    WhyOutput(std::ostream& stream, const Selection& wanted, const DatabaseFacts* facts, bool redacts)
-        : out(stream), selection(wanted), database(facts), isRedacting(redacts) {}
+    WhyOutput(std::ostream& stream, const Selection& wanted, const DatabaseFacts* facts)
+        : out(stream), selection(wanted), database(facts) {}
 
     void beginLog(const std::string& path) { log = path; }
     virtual void endLog(const LogReader& reader) = 0;
@@ -29,8 +28,7 @@ public:
 protected:
     virtual void printGame(const Session& session, const Game& game) = 0;
     virtual void printSession(const Session& session) = 0;
-    // Everything that is printed goes through here.
-    void print(const std::string& text);
+    void print(const std::string& text) { out << text; }
 
     std::string log;
     const DatabaseFacts* facts() const { return database; }
@@ -39,8 +37,6 @@ private:
     std::ostream& out;
     const Selection& selection;
     const DatabaseFacts* database;
-    bool isRedacting;
-    Redaction redaction;
 };
 
 } // namespace brisk::logbook

@@ -43,6 +43,10 @@ std::string toText(const Pass& pass) {
             }
         }
     }
+    if (pass.omittedTitles > 0) {
+        text += "    " + std::to_string(pass.omittedTitles) +
+                " more titles are left out here. All of them: " + countsOf(pass) + ".\n";
+    }
     return text;
 }
 
@@ -93,8 +97,14 @@ void WhyText::printGame(const Session& session, const Game& game) {
 void WhyText::printSession(const Session& session) {
     open(session);
     std::string text;
+    for (const auto& [name, value] : session.head) {
+        text += name == "warning" ? "  The recording warns: " + printable(value) + "\n" : "";
+    }
     for (const Pass& pass : session.passes) {
         text += toText(pass);
+    }
+    if (session.omittedPasses > 0) {
+        text += "  " + std::to_string(session.omittedPasses) + " more passes over all games are left out here.\n";
     }
     for (const ProvingLine& press : session.loosePresses) {
         text += "  An answer to an offer that the log does not have:\n" + toText(press, "    ");

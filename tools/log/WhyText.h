@@ -8,8 +8,8 @@ namespace brisk::logbook {
 // For reading, with colours on request.
 class WhyText final : public WhyOutput {
 public:
-    WhyText(std::ostream& stream, const Selection& wanted, const DatabaseFacts* facts, bool redacts, bool hasColours)
-        : WhyOutput(stream, wanted, facts, redacts), colours(hasColours) {}
+    WhyText(std::ostream& stream, const Selection& wanted, const DatabaseFacts* facts, bool hasColours)
+        : WhyOutput(stream, wanted, facts), colours(hasColours) {}
 
     void endLog(const LogReader& reader) override;
     void finish() override {}

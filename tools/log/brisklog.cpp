@@ -2,7 +2,7 @@
 #include "tools/console/Program.h"
 #include "tools/log/RecordCommand.h"
 #include "tools/log/ReportCommand.h"
-#include "tools/log/WhyOptions.h"
+#include "tools/log/WhyCommand.h"
 
 #include <CLI/CLI.hpp>
 

@@ -39,12 +39,15 @@ TEST(LineSplitter, LeavesTheServicesNameInAPathAlone) {
 }
 
 TEST(LineSplitter, FindsTimeAndProcessInFrontOfALine) {
-    LineSplitter().split("00000012\t1.23456789\t[4711] Brisk : finished", 3, true, [](const LogLine& line) {
+    std::size_t lines = 0;
+    LineSplitter().split("00000012\t1.23456789\t[4711] Brisk : finished", 3, true, [&lines](const LogLine& line) {
+        ++lines;
         EXPECT_EQ(line.time, "1.23456789");
         EXPECT_EQ(line.processId, 4711u);
         EXPECT_EQ(line.text, "Brisk : finished");
         EXPECT_EQ(line.kind, LineKind::Finished);
     });
+    EXPECT_EQ(lines, 1u);
 }
 
 TEST(LogReader, ErrorThatNobodyKnowsIsTheLastLine) {
@@ -76,7 +79,6 @@ TEST(LogReader, LineOfAnyLengthIsRead) {
 }
 
 TEST(LogReader, ParametersOfACaptureAreKnown) {
-    std::string next;
     struct Sink : VerdictSink {
         std::string words;
         std::map<std::string, std::string> parameters;

@@ -1,7 +1,7 @@
 // Pages of the kept logs: well-formed, whole without anything else, and with the log's numbers.
 #include "support/TemporaryFolder.h"
-#include "support/TextFiles.h"
 #include "tools/log/ReportCommand.h"
+#include "tools/log/StoredLogs.h"
 #include "tools/log/Verdicts.h"
 
 #include <gmock/gmock.h>
@@ -24,7 +24,7 @@ std::string toPathText(const std::filesystem::path& path) {
 class ReportPageTest : public ::testing::Test {
 protected:
     std::string pageOf(const std::string& name, int exitCode, bool redacts = false) {
-        const auto log = std::filesystem::path(BRISK_LOGS) / (name + ".log");
+        const auto log = placeOfLog(name);
         EXPECT_EQ(logbook::runReport({toPathText(log), toPathText(page()), redacts}), exitCode) << name;
         return readFile(page());
     }
@@ -107,7 +107,7 @@ TEST_F(ReportPageTest, NumbersAreThoseOfTheLog) {
     EXPECT_EQ(findAll(page, R"re((<circle class="rejected"))re").size(), 2u);
     EXPECT_THAT(page, HasSubstr("2 samples count, 2 do not. The average is 39."));
     // The log itself, each line with its number.
-    const Lines lines = splitLines(readFile(std::filesystem::path(BRISK_LOGS) / "rejected-samples.log"));
+    const Lines lines = splitLines(logOf("rejected-samples"));
     for (std::size_t line = 0; line < lines.size(); ++line) {
         EXPECT_THAT(page, HasSubstr("<li id=\"l" + std::to_string(line + 1) + "\"><span class=\"number\">" +
                                     std::to_string(line + 1) + "</span>" + lines[line].substr(0, 5)));
@@ -137,9 +137,9 @@ TEST_F(ReportPageTest, UnreadableAndForeignFilesHaveTheirExitCodes) {
     EXPECT_EQ(logbook::runReport({toPathText(folder / "none.log"), toPathText(page()), false}), 2);
     writeFile(folder / "foreign.log", "nothing of ours\n");
     EXPECT_EQ(logbook::runReport({toPathText(folder / "foreign.log"), toPathText(page()), false}), 3);
-    EXPECT_EQ(logbook::runReport({toPathText(std::filesystem::path(BRISK_LOGS) / "unknown-id.log"),
-                                  toPathText(folder / "none" / "report.html"), false}),
-              2);
+    EXPECT_EQ(
+        logbook::runReport({toPathText(placeOfLog("unknown-id")), toPathText(folder / "none" / "report.html"), false}),
+        2);
 }
 
 } // namespace

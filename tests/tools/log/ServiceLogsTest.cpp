@@ -30,7 +30,7 @@ protected:
     void check(const std::string& name, const std::string& log) const {
         ASSERT_TRUE(expectedVerdicts().contains(name)) << name;
         EXPECT_THAT(verdictsOf(log), ElementsAreArray(expectedVerdicts().at(name)));
-        const std::filesystem::path kept = std::filesystem::path(BRISK_LOGS) / (name + ".log");
+        const std::filesystem::path kept = place(BRISK_LOGS) / (name + ".log");
         if (std::getenv("BRISK_RENEW_LOGS")) {
             writeFile(kept, generalized(log));
         }
@@ -54,7 +54,6 @@ protected:
         replace("0xABC", "0x11c");
         replace("found [0-9]+ display modes", "found 60 display modes");
         replace("aspect ratio: -?nan.*", "aspect ratio: -nan(ind)");
-        // A dying game may be found in the foreground for a tick or two more, or not.
         return log;
     }
 

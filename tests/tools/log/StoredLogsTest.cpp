@@ -1,5 +1,5 @@
 // Verdicts from the logs that the service wrote, whole and in every state in which logs reach a supporter.
-#include "support/TextFiles.h"
+#include "tools/log/StoredLogs.h"
 #include "tools/log/Verdicts.h"
 
 #include <gmock/gmock.h>
@@ -10,10 +10,6 @@ namespace brisk::testing {
 namespace {
 
 using ::testing::ElementsAreArray;
-
-std::string logOf(const std::string& name) {
-    return readFile(std::filesystem::path(BRISK_LOGS) / (name + ".log"));
-}
 
 class StoredLogsTest : public ::testing::TestWithParam<std::string> {
 protected:
@@ -146,7 +142,7 @@ INSTANTIATE_TEST_SUITE_P(Logs, StoredLogsTest, ::testing::ValuesIn(names()),
 
 TEST(StoredLogs, EveryKeptLogHasItsVerdictAndEveryVerdictItsLog) {
     std::vector<std::string> kept;
-    for (const auto& entry : std::filesystem::directory_iterator(BRISK_LOGS)) {
+    for (const auto& entry : std::filesystem::directory_iterator(place(BRISK_LOGS))) {
         kept.push_back(entry.path().stem().string());
     }
     EXPECT_THAT(kept, ::testing::UnorderedElementsAreArray(names()));
