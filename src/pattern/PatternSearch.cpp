@@ -14,6 +14,10 @@ using Kind = PatternStep::Kind;
 // Of a longer needed text its beginning will do, and costs less where a text is made to repeat it.
 constexpr std::size_t kNeededLength = 32;
 
+// How far a byte that no match has before its needed text is looked for: a name is shorter, and where nearly all bytes
+// may stand there it is not worth more.
+constexpr std::size_t kFurthestBefore = 256;
+
 } // namespace
 
 PatternSearch::PatternSearch(const PatternTree& tree) : program(programOf(tree)) {
@@ -71,6 +75,17 @@ void PatternSearch::findLeadingRepetition() {
     beginningWithoutLines = beginningAt(without);
 }
 
+// A match that begins before this place and has its needed text at `end` or behind would have a byte in between that
+// none has there.
+std::size_t PatternSearch::firstPlaceBefore(std::string_view text, std::size_t place, std::size_t end) const {
+    const std::size_t furthest = end - std::min(end - place, kFurthestBefore);
+    std::size_t first = end;
+    while (first > furthest && needed.bytesBefore[static_cast<unsigned char>(text[first - 1])]) {
+        --first;
+    }
+    return first > furthest ? first : place;
+}
+
 bool PatternSearch::find(PatternMatcher& matcher, std::string_view text, std::size_t place,
                          std::size_t& placesTried) const {
     matcher.resetCosts();
@@ -86,14 +101,18 @@ bool PatternSearch::find(PatternMatcher& matcher, std::string_view text, std::si
             const std::size_t nearest = place + needed.before.minimum;
             if (neededAt < nearest || neededAt == 0) {
                 neededAt = nearest < text.size() ? findText(text, needed.text, nearest) : std::string_view::npos;
-            }
-            if (neededAt == std::string_view::npos) {
-                return false;
+                if (neededAt == std::string_view::npos) {
+                    return false;
+                }
+                place = firstPlaceBefore(text, place, neededAt);
             }
             if (needed.before.maximum < neededAt) {
                 place = std::max(place, neededAt - needed.before.maximum);
             }
             last = neededAt - needed.before.minimum;
+            if (place > last) {
+                continue;
+            }
         }
         const bool isWithinLines = place < linesFrom;
         const Beginning& begin = isWithinLines ? beginningWithoutLines : beginning;

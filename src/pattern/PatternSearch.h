@@ -36,6 +36,7 @@ private:
 
     void findLeadingRepetition();
     Beginning beginningAt(std::uint32_t step) const;
+    std::size_t firstPlaceBefore(std::string_view text, std::size_t place, std::size_t end) const;
 
     PatternProgram program;
     NeededText needed;

@@ -35,6 +35,24 @@ Beginning either(const Beginning& left, const Beginning& right) {
             left.emptyWithoutGuard || right.emptyWithoutGuard};
 }
 
+// The bytes that a match may have before what it has for the node.
+ByteSet bytesBefore(const PatternTree& tree, std::size_t node) {
+    ByteSet bytes;
+    for (std::size_t index = 0; index < node; ++index) {
+        const PatternNode& before = tree.nodes[index];
+        if (before.kind == Kind::text) {
+            for (const char byte : tree.textOf(before)) {
+                bytes.set(static_cast<unsigned char>(byte));
+            }
+        } else if (before.kind == Kind::set) {
+            bytes |= tree.setOf(before);
+        } else if (before.kind == Kind::backReference) {
+            bytes.set();
+        }
+    }
+    return bytes;
+}
+
 Beginning beginningOfRepetition(const PatternNode& repetition, const Beginning& round) {
     const Beginning nothing{{}, {}, false, true};
     if (repetition.maximum == 0) {
@@ -93,7 +111,9 @@ NeededText neededText(const PatternTree& tree) {
     const auto lengths = lengthsOf(tree);
     const auto places = placesOf(tree, lengths);
     NeededText longest;
+    std::size_t longestFrom = 0; // the node that it begins with
     NeededText current;
+    std::size_t currentFrom = 0;
     std::vector<bool> endsRun(tree.nodes.size() + 1); // whether more rounds may stand before this node
     for (std::size_t index = 0; index < tree.nodes.size();) {
         const PatternNode& node = tree.nodes[index];
@@ -105,10 +125,12 @@ NeededText neededText(const PatternTree& tree) {
         if (node.kind == Kind::text) {
             if (current.text.empty()) {
                 current.before = places[index].before;
+                currentFrom = index;
             }
             current.text += tree.textOf(node);
             if (current.text.size() > longest.text.size()) {
                 longest = current;
+                longestFrom = currentFrom;
             }
         } else if (node.kind == Kind::sequence || (node.kind == Kind::group && !hasAlternatives)) {
             ++index;
@@ -122,6 +144,7 @@ NeededText neededText(const PatternTree& tree) {
         }
         index = end;
     }
+    longest.bytesBefore = bytesBefore(tree, longestFrom);
     return longest;
 }
 

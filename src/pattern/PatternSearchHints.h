@@ -23,6 +23,7 @@ PatternBeginning beginningOf(const PatternTree& tree);
 struct NeededText {
     std::string text;
     PatternLengths before;
+    ByteSet bytesBefore; // nothing else stands there
 
     bool operator==(const NeededText&) const = default;
 };

@@ -178,12 +178,13 @@ TEST(PatternAnalysisTest, BeginningIsGuardedByALineStartOrABoundary) {
 
 TEST(PatternAnalysisTest, LongestTextThatEveryMatchHasIsTold) {
     const auto needed = [](const std::string& pattern) { return neededText(parsePattern(pattern)); };
-    EXPECT_EQ(needed("((?:^|\\n)Width=)(\\d+)()"), (NeededText{"Width=", {0, 1}}));
-    EXPECT_EQ(needed("(\\nWid\\bth)(=(?=1))\\d+"), (NeededText{"\nWidth=", {0, 0}}));
-    EXPECT_EQ(needed("(\\[A\\][^\\[]*\\nWidth=)(\\d+)()"), (NeededText{"\nWidth=", {3, kUnbounded}}));
-    EXPECT_EQ(needed("(?:Windowed|Width)\\d{2,4}px?"), (NeededText{"p", {7, 12}}));
-    EXPECT_EQ(needed("x(?:abc)+de"), (NeededText{"xabc", {0, 0}}));
-    EXPECT_EQ(needed("(?:abc)?d|e"), (NeededText{"", {0, 0}}));
+    EXPECT_EQ(needed("((?:^|\\n)Width=)(\\d+)()"), (NeededText{"Width=", {0, 1}, bytes("\n")}));
+    EXPECT_EQ(needed("(\\nWid\\bth)(=(?=1))\\d+"), (NeededText{"\nWidth=", {0, 0}, {}}));
+    EXPECT_EQ(needed("(\\[A\\][^\\[]*\\nWidth=)(\\d+)()"), (NeededText{"\nWidth=", {3, kUnbounded}, ByteSet().set()}));
+    EXPECT_EQ(needed("(?:Windowed|Width)\\d{2,4}px?"), (NeededText{"p", {7, 12}, bytes("WindowedWidth0123456789")}));
+    EXPECT_EQ(needed("x(?:abc)+de"), (NeededText{"xabc", {0, 0}, {}}));
+    EXPECT_EQ(needed("([AB])\\1*c+Width"), (NeededText{"Width", {2, kUnbounded}, ByteSet().set()}));
+    EXPECT_EQ(needed("(?:abc)?d|e"), (NeededText{"", {0, 0}, {}}));
 }
 
 } // namespace

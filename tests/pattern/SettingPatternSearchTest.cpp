@@ -47,6 +47,18 @@ TEST(SettingPatternSearchTest, TextThatEveryMatchNeedsIsLookedForFirst) {
     EXPECT_EQ(placesTried("([a-z]Width=)(\\d+)()", text), 0);
 }
 
+TEST(SettingPatternSearchTest, PlacesBeforeAByteThatNoneHasBeforeItsNeededTextAreSkipped) {
+    const std::string text = lines(1000) + "NoWidth\nMaxWidth=a\nMinWidth=5\n" + lines(10);
+    EXPECT_EQ(placesTried("([A-Z]\\w+Width=)(\\d+)()", text), 2);
+    // Right behind such a byte nothing is long enough.
+    EXPECT_EQ(placesTried("(\\w+Width=)(\\d+)()", "a b c d Width=5 e f"), 0);
+    EXPECT_EQ(placesTried("([^;\\n]+Width=)(\\d+)()", lines(100) + ";Width=5\n; Width=5"), 1);
+    // It is looked for nearby only.
+    const std::string far = std::string(1000, 'a') + "Width=";
+    EXPECT_THAT(SettingPattern("([A-Z]?a+Width=)(5)").search("; " + far + '5'),
+                Optional(ElementsAre(far + '5', far, "5")));
+}
+
 TEST(SettingPatternSearchTest, TextThatEveryMatchNeedsAndThatIsMissingEndsTheSearch) {
     EXPECT_EQ(placesTried("(\\nWidth=)(\\d+)()", lines(1000)), 0);
     EXPECT_EQ(placesTried("((?:.|\\n)*Width=)(\\d+)()", lines(1000)), 0);
