@@ -54,9 +54,9 @@ TEST(SettingPatternSearchTest, PlacesBeforeAByteThatNoneHasBeforeItsNeededTextAr
     EXPECT_EQ(placesTried("(\\w+Width=)(\\d+)()", "a b c d Width=5 e f"), 0);
     EXPECT_EQ(placesTried("([^;\\n]+Width=)(\\d+)()", lines(100) + ";Width=5\n; Width=5"), 1);
     // It is looked for nearby only.
-    const std::string far = std::string(1000, 'a') + "Width=";
-    EXPECT_THAT(SettingPattern("([A-Z]?a+Width=)(5)").search("; " + far + '5'),
-                Optional(ElementsAre(far + '5', far, "5")));
+    const std::string distant = std::string(1000, 'a') + "Width=";
+    EXPECT_THAT(SettingPattern("([A-Z]?a+Width=)(5)").search("; " + distant + '5'),
+                Optional(ElementsAre(distant + '5', distant, "5")));
 }
 
 TEST(SettingPatternSearchTest, TextThatEveryMatchNeedsAndThatIsMissingEndsTheSearch) {
