@@ -2,7 +2,8 @@
 // BriskHost.h; what can be seen of it and of its log, brisklog's library tells. Texts go in and out as UTF-8.
 #include "BriskHost.h"
 #include "base/WindowsHandles.h"
-#include "tools/console/Console.h"
+#include "tools/console/Paths.h"
+#include "tools/console/Program.h"
 #include "tools/log/Follow.h"
 #include "tools/log/JsonWriter.h"
 #include "tools/log/ServiceFacts.h"
@@ -105,7 +106,7 @@ int postNumbers(UINT message, const Arguments& arguments) {
 }
 
 int sendTitleInfo(const std::string& fileName) {
-    std::ifstream file(std::filesystem::path(std::u8string(fileName.begin(), fileName.end())), std::ios::binary);
+    std::ifstream file(brisk::fromUtf8(fileName), std::ios::binary);
     std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
     if (!file || text.size() > std::numeric_limits<DWORD>::max()) {
         return fail("cannot read '" + fileName + "'");
@@ -299,10 +300,9 @@ std::string toUtf8(const wchar_t* text) {
 } // namespace
 
 int wmain(int argc, wchar_t** argv) {
-    const brisk::Console console;
     Arguments arguments;
     for (int index = 1; index < argc; ++index) {
         arguments.push_back(toUtf8(argv[index]));
     }
-    return run(arguments);
+    return brisk::runProgram("briskhost", [&arguments](const brisk::Console&) { return run(arguments); });
 }

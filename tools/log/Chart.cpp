@@ -107,22 +107,15 @@ private:
     std::string samples() const {
         std::string points;
         std::string marks;
-        std::size_t phase = 0;
-        double inPhase = 0;
         for (const SampleGroup& group : game.timeline.samples) {
-            if (group.phase != phase) {
-                phase = group.phase;
-                inPhase = 0;
-            }
-            const double begin = phase < course.size() ? course[phase].begin : 0;
-            const double middle = x(begin + inPhase + static_cast<double>(group.count) / 2);
+            const double begin = group.phase < course.size() ? course[group.phase].begin : 0;
+            const double middle = x(begin + static_cast<double>(group.tick) + static_cast<double>(group.count) / 2);
             points += (points.empty() ? "" : " ") + shortNumber(middle) + "," + shortNumber(y(group.mean()));
             if (group.rejected > 0) {
                 marks += "<circle class=\"rejected\"" + attribute("cx", middle) +
                          attribute("cy", y(group.lowest < kLowestFps ? group.lowest : group.highest)) +
                          " r=\"4\"><title>line " + std::to_string(group.line) + ": does not count</title></circle>\n";
             }
-            inPhase += static_cast<double>(group.count);
         }
         return (points.empty() ? "" : "<polyline class=\"fps\" points=\"" + points + "\"/>\n") + marks;
     }

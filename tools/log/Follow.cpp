@@ -1,11 +1,13 @@
 #include "tools/log/Follow.h"
 
+#include "tools/console/Paths.h"
 #include "tools/log/Explanation.h"
 #include "tools/log/LogReader.h"
 
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace brisk::logbook {
@@ -55,20 +57,25 @@ private:
 } // namespace
 
 int follow(const std::string& path, std::ostream& out, const std::function<bool()>& pause) {
-    const std::filesystem::path log(std::u8string(path.begin(), path.end()));
+    const std::filesystem::path log = fromUtf8(path);
     if (!std::ifstream(log)) {
         return 2;
     }
     FollowOutput output(out);
-    LogReader reader(output);
+    std::optional<LogReader> reader(std::in_place, output);
     std::vector<char> block(1 << 16);
     std::streamoff done = 0;
     do {
         // Opened anew each time: a stream that was at the end does not see on every system what is appended.
-        std::ifstream file(log, std::ios::binary);
+        std::ifstream file(log, std::ios::binary | std::ios::ate);
+        if (file && file.tellg() < done) {
+            // The log was deleted and has begun anew.
+            reader.emplace(output);
+            done = 0;
+        }
         file.seekg(done);
         while (file.read(block.data(), static_cast<std::streamsize>(block.size())), file.gcount() > 0) {
-            reader.feed({block.data(), static_cast<std::size_t>(file.gcount())});
+            reader->feed({block.data(), static_cast<std::size_t>(file.gcount())});
             done += file.gcount();
         }
         output.flush();

@@ -2,6 +2,7 @@
 
 #include "tools/log/LineValues.h"
 
+#include <memory>
 #include <utility>
 
 namespace brisk::logbook {
@@ -18,15 +19,16 @@ std::optional<bool> readBool(std::string_view text) {
 }
 
 // Of a game of which the log has a part of its end alone.
-Game makeOrphan(const LogLine& line) {
-    Game game;
+std::unique_ptr<Game> makeOrphan(const LogLine& line) {
+    auto orphan = std::make_unique<Game>();
+    Game& game = *orphan;
     game.firstLine = line.number;
     game.beginTime = line.time;
     game.isAccepted = true;
     game.isWarmed = true;
     game.isTracked = true;
     game.isFinished = true;
-    return game;
+    return orphan;
 }
 
 } // namespace
@@ -69,6 +71,9 @@ bool GameReader::feedEnd(const LogLine& line) {
 bool GameReader::feedJudgement(const LogLine& line) {
     // What follows an answer is the answer's.
     if (tracked || (judged && judged->answer != Answer::None)) {
+        return false;
+    }
+    if (!judged && (line.kind < LineKind::LibraryDisplayFailed || line.kind > LineKind::Refusals)) {
         return false;
     }
     if (!judged && !orphan) {

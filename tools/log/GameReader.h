@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <vector>
 
 namespace brisk::logbook {
@@ -63,11 +63,11 @@ private:
     std::function<void(const Game&)> onDecision;
     // In the order of announcements. Their places in memory stay.
     std::deque<Entry> games;
-    Game* announced = nullptr;  // nothing has been said of it yet
-    Game* tracked = nullptr;    // between its announcement and its end
-    Game* judged = nullptr;     // the lines of its end are being read
-    std::optional<Game> orphan; // lines of an end whose game no line has told of
-    Game* answerable = nullptr; // its offer may be answered
+    Game* announced = nullptr;    // nothing has been said of it yet
+    Game* tracked = nullptr;      // between its announcement and its end
+    Game* judged = nullptr;       // the lines of its end are being read
+    std::unique_ptr<Game> orphan; // lines of an end whose game no line has told of
+    Game* answerable = nullptr;   // its offer may be answered
     ProvingLine finishLine;
     bool isFinishing = false;
     bool hasFileName = true; // of the tick

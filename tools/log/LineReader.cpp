@@ -26,6 +26,7 @@ void LineReader::finish() {
 }
 
 void LineReader::take(std::string_view bytes) {
+    hasReturns = hasReturns || bytes.find('\r') != std::string_view::npos;
     while (!bytes.empty()) {
         const void* found = std::memchr(bytes.data(), '\n', bytes.size());
         const std::size_t size =
@@ -46,6 +47,10 @@ void LineReader::take(std::string_view bytes) {
 
 // What stands before an LF, or before the end of the file.
 void LineReader::takeLine(std::string_view text, bool isWhole) {
+    if (!hasReturns) {
+        emit(text, isWhole);
+        return;
+    }
     while (text.ends_with('\r')) {
         text.remove_suffix(1);
     }

@@ -47,6 +47,7 @@ private:
     TextDecoder decoder;
     std::string rest; // the front of a line whose end has not come
     std::uint64_t number = 0;
+    bool hasReturns = false;   // there has been a CR
     bool isWithinLine = false; // a part of the line has been given
     bool isSkipping = false;   // up to the line's end
 };

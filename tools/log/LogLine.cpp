@@ -40,8 +40,15 @@ std::size_t findName(std::string_view text, std::size_t from) {
     return std::string_view::npos;
 }
 
+bool isBlank(char byte) {
+    return byte == ' ' || byte == '\t' || byte == '\r';
+}
+
 std::string_view withoutBlanks(std::string_view text) {
-    return text.substr(0, text.find_last_not_of(" \t\r") + 1);
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 bool isKnown(LineKind kind) {
@@ -82,7 +89,7 @@ LogLine readWithoutName(std::string_view text, bool isWhole) {
 } // namespace
 
 void LineSplitter::split(std::string_view text, std::uint64_t number, bool isWhole, const Handler& handle) {
-    if (text.find_first_not_of(" \t\r") == std::string_view::npos) {
+    if (std::all_of(text.begin(), text.end(), isBlank)) {
         return;
     }
     // Nearly every line of a log that is none of a capture.

@@ -43,7 +43,10 @@ void Proof::add(const LogLine& line) {
     if (kind.lines.size() < kLinesOfAKind) {
         kind.lines.push_back(toProvingLine(line));
     } else if (kind.omitted.size() < kMaximumOmitted) {
-        kind.omitted.insert(std::hash<std::string_view>()(text));
+        const std::size_t hash = std::hash<std::string_view>()(text);
+        if (std::find(kind.omitted.begin(), kind.omitted.end(), hash) == kind.omitted.end()) {
+            kind.omitted.push_back(hash);
+        }
     }
 }
 

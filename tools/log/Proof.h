@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -42,7 +41,7 @@ private:
     struct Kind {
         std::vector<ProvingLine> lines;
         std::uint64_t count = 0;
-        std::set<std::size_t> omitted; // the texts' hashes
+        std::vector<std::size_t> omitted; // the texts' hashes
     };
     std::map<LineKind, Kind> kept;
 };

@@ -35,8 +35,15 @@ void Timeline::tick(bool isAway) {
 }
 
 void Timeline::sample(double fps, bool isRejected, std::uint64_t line) {
+    const SampleGroup one{line,
+                          1,
+                          isRejected ? 1U : 0U,
+                          fps,
+                          fps,
+                          fps,
+                          phases.empty() ? 0 : phases.size() - 1,
+                          phases.empty() ? 0 : phases.back().ticks};
     tick(false);
-    const SampleGroup one{line, 1, isRejected ? 1U : 0U, fps, fps, fps, phases.empty() ? 0 : phases.size() - 1};
     if (!samples.empty() && samples.back().count < groupSize) {
         merge(samples.back(), one);
         return;

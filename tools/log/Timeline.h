@@ -28,7 +28,8 @@ struct SampleGroup {
     double sum = 0;
     double lowest = 0;
     double highest = 0;
-    std::size_t phase = 0; // of the first
+    std::size_t phase = 0;  // of the first
+    std::uint64_t tick = 0; // of the first, within its phase
 
     double mean() const { return sum / static_cast<double>(count); }
 };

@@ -1,8 +1,13 @@
 // brisklog: reads the service's log for those who support its users.
 #include "tools/console/Program.h"
+#include "tools/log/ExitCodes.h"
 #include "tools/log/RecordCommand.h"
 #include "tools/log/ReportCommand.h"
 #include "tools/log/WhyCommand.h"
+
+#include <iostream>
+#include <string>
+#include <string_view>
 
 #include <CLI/CLI.hpp>
 
@@ -15,7 +20,11 @@ void addWhy(CLI::App& app, WhyOptions& why, std::uint64_t& session) {
     command->add_option("LOG", why.logs, "logs of the service, or captures of the debugger output")->required();
     CLI::Option* number =
         command->add_option("--session", session, "only this session, counted from 1 through all the logs")
-            ->type_name("N");
+            ->type_name("N")
+            ->check([](const std::string& text) {
+                const bool isNumber = text != "0" && text.find_first_not_of("0123456789") == std::string::npos;
+                return std::string(isNumber ? "" : "sessions are counted from 1");
+            });
     command->add_flag("--last", why.isLastOnly, "only the last session")->excludes(number);
     command->add_option("--game", why.selection.game, "only games of this id or name")->type_name("ID|NAME");
     command->add_option("--database", why.database, "the service's title database, to compare with")->type_name("FILE");
@@ -63,6 +72,11 @@ int run(int argc, char** argv, const brisk::Console& console) {
 #ifdef _WIN32
     RecordOptions record;
     addRecord(program, record);
+#else
+    if (argc > 1 && std::string_view(argv[1]) == "record") {
+        std::cerr << "brisklog: record is for Windows, where the service runs\n";
+        return kUnreadable;
+    }
 #endif
     if (const auto exitCode = brisk::readCommandLine(program, argc, argv)) {
         return *exitCode;

@@ -1,5 +1,7 @@
 // `brisklog why` and `brisklog report` as commands: what they read, write, hide and refuse.
 #include "support/TemporaryFolder.h"
+#include "tools/console/Program.h"
+#include "tools/log/Follow.h"
 #include "tools/log/ReportCommand.h"
 #include "tools/log/StoredLogs.h"
 #include "tools/log/WhyCommand.h"
@@ -115,6 +117,38 @@ TEST_F(LogCommandTest, GameIsFoundByItsHexadecimalId) {
     for (const char* id : {"0x3e9", "0X3E9", "1001"}) {
         EXPECT_EQ(why({.logs = {log}, .selection = {{}, id}}).exitCode, 0) << id;
     }
+}
+
+TEST_F(LogCommandTest, OutputThatCannotBeWrittenIsNoSuccess) {
+    struct : std::streambuf {
+    } full; // takes nothing
+    std::ostringstream error;
+    const Replaced out(std::cout, &full);
+    const Replaced other(std::cerr, error.rdbuf());
+    const int exitCode = runProgram("brisklog", [](const Console& /*console*/) {
+        std::cout << "a verdict";
+        return 0;
+    });
+    EXPECT_EQ(exitCode, 2);
+    EXPECT_EQ(error.str(), "brisklog: the standard output cannot be written\n");
+}
+
+TEST_F(LogCommandTest, LogThatBeginsAnewIsFollowedFromItsFront) {
+    const std::string log = put("x.log", repeated(logOf("unknown-id"), 3));
+    std::ostringstream out;
+    std::vector<std::string> steps{logOf("unknown-id"), before(logOf("unknown-id"), "Brisk : onAppStarted")};
+    EXPECT_EQ(logbook::follow(log, out,
+                              [&] {
+                                  if (steps.empty()) {
+                                      return false;
+                                  }
+                                  writeFile(folder / "x.log", steps.back());
+                                  steps.pop_back();
+                                  return true;
+                              }),
+              0);
+    EXPECT_THAT(out.str(), ::testing::StartsWith("game 1002: no offer, unknown-id. "));
+    EXPECT_THAT(out.str(), HasSubstr("\nThe service has ended: normal. "));
 }
 
 class RedactionCommandTest : public LogCommandTest {

@@ -114,6 +114,24 @@ TEST_F(ReportPageTest, NumbersAreThoseOfTheLog) {
     }
 }
 
+TEST_F(ReportPageTest, SampleBehindATickOutOfTheForegroundStandsAtItsOwnTick) {
+    const auto xOf = [this](const std::string& text) {
+        writeFile(folder / "x.log", text);
+        logbook::runReport({toPathText(folder / "x.log"), toPathText(page()), false});
+        std::vector<double> places;
+        for (const std::string& x : findAll(readFile(page()), R"re((?:points="| )([\d.]+),[\d.]+)re")) {
+            places.push_back(std::stod(x));
+        }
+        return places;
+    };
+    const std::string log = extended(logOf("offer-configured"), "Brisk : FPS = 40",
+                                     "Brisk : foreground window doesn't belong to tracked process.\n");
+    const auto places = xOf(log);
+    ASSERT_GE(places.size(), 3u);
+    // The second stands two ticks behind the first, the third one behind the second.
+    EXPECT_NEAR(places[1] - places[0], 2 * (places[2] - places[1]), 0.1);
+}
+
 TEST_F(ReportPageTest, LimitAndAverageStandBesideTheFrameRates) {
     const std::string page = pageOf("offer-configured", 0);
     EXPECT_THAT(page, HasSubstr(">an offer needs less than 51</text>")); // 0.85 of 60

@@ -1,6 +1,7 @@
 // The service's own logs: every verdict from a log that it has just written, which is the one in `logs`, too. With
 // BRISK_RENEW_LOGS in the environment the test writes those anew.
 #include "service/GameFixture.h"
+#include "support/Places.h"
 #include "support/Processes.h"
 #include "support/kestrel/KestrelStandinControl.h"
 #include "tools/log/Verdicts.h"
