@@ -54,9 +54,16 @@ protected:
         return {exitCode, out.str(), error.str()};
     }
 
-    static Outcome why(const logbook::WhyOptions& options, const std::string& input = "") {
+    // Runs `why` on the log, "-" for the input, with the options that the function sets.
+    template <class Set>
+    static Outcome why(const std::string& log, const Set& set, const std::string& input = "") {
+        logbook::WhyOptions options;
+        options.logs = {log};
+        set(options);
         return run([&options] { return logbook::runWhy(options); }, input);
     }
+    static void setNothing(logbook::WhyOptions& /*options*/) {}
+    static void redact(logbook::WhyOptions& options) { options.redacts = true; }
 
     Outcome report(const std::string& log, const std::string& output, bool redacts = false,
                    const std::string& input = "") const {
@@ -89,19 +96,22 @@ TEST_F(LogCommandTest, ReportDoesNotReplaceItsLog) {
 
 TEST_F(LogCommandTest, StandardInputIsReadAsOftenAsItIsNeeded) {
     const std::string log = logOf("unknown-id") + logOf("offer-configured");
-    const Outcome last = why({.logs = {"-"}, .isLastOnly = true}, log);
+    const Outcome last = why("-", [](logbook::WhyOptions& options) { options.isLastOnly = true; }, log);
     EXPECT_EQ(last.exitCode, 0);
     EXPECT_THAT(last.out, HasSubstr("-: session 2"));
     EXPECT_THAT(last.out, Not(HasSubstr("session 1")));
-    EXPECT_EQ(why({.logs = {"-"}}, log).exitCode, 0);
-    EXPECT_EQ(why({.logs = {"-"}, .redacts = true}, log).exitCode, 0);
+    EXPECT_EQ(why("-", setNothing, log).exitCode, 0);
+    EXPECT_EQ(why("-", redact, log).exitCode, 0);
     EXPECT_EQ(report("-", path("page.html"), false, log).exitCode, 0);
     EXPECT_THAT(readFile(folder / "page.html"), HasSubstr("<li id=\"l10\">"));
 }
 
 TEST_F(LogCommandTest, DatabaseThatCannotBeReadToItsEndIsRefusedWithItsPlace) {
     const std::string log = put("x.log", logOf("unknown-id"));
-    const auto answer = [&](const std::string& text) { return why({.logs = {log}, .database = put("db.json", text)}); };
+    const auto answer = [&](const std::string& text) {
+        const std::string database = put("db.json", text);
+        return why(log, [&database](logbook::WhyOptions& options) { options.database = database; });
+    };
     const Outcome malformed = answer("[\n {\"id\": 1,");
     EXPECT_EQ(malformed.exitCode, 2);
     EXPECT_THAT(malformed.error, HasSubstr("db.json: line 2, column "));
@@ -115,7 +125,8 @@ TEST_F(LogCommandTest, DatabaseThatCannotBeReadToItsEndIsRefusedWithItsPlace) {
 TEST_F(LogCommandTest, GameIsFoundByItsHexadecimalId) {
     const std::string log = put("x.log", logOf("offer-configured"));
     for (const char* id : {"0x3e9", "0X3E9", "1001"}) {
-        EXPECT_EQ(why({.logs = {log}, .selection = {{}, id}}).exitCode, 0) << id;
+        const auto select = [id](logbook::WhyOptions& options) { options.selection.game = id; };
+        EXPECT_EQ(why(log, select).exitCode, 0) << id;
     }
 }
 
@@ -156,8 +167,12 @@ protected:
     // What `why` prints, as text and as JSON, and the page; the JSON has to be JSON.
     std::string hidden(const std::string& text) const {
         const std::string log = put("x.log", text);
-        std::string all = why({.logs = {log}, .redacts = true}).out;
-        const std::string json = why({.logs = {log}, .redacts = true, .format = "json"}).out;
+        std::string all = why(log, redact).out;
+        const auto redactJson = [](logbook::WhyOptions& options) {
+            options.redacts = true;
+            options.format = "json";
+        };
+        const std::string json = why(log, redactJson).out;
         EXPECT_TRUE(nlohmann::json::accept(json)) << json;
         report(log, path("page.html"), true);
         const std::string page = readFile(folder / "page.html");
