@@ -198,7 +198,7 @@ int followLog(const std::string& log) {
 int printJsonStatus() {
     brisk::logbook::JsonWriter json;
     json.beginObject();
-    const auto processId = brisk::logbook::findService();
+    const auto processId = brisk::logbook::findServiceProcess();
     json.member("running", processId.has_value());
     if (processId) {
         const brisk::logbook::ServiceFacts service = brisk::logbook::readServiceFacts(*processId);

@@ -1,11 +1,11 @@
 #include "tools/log/RecordCommand.h"
 
+#include "tools/console/Paths.h"
 #include "tools/log/DebugOutput.h"
 #include "tools/log/RecordHead.h"
 #include "tools/log/StartedProgram.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 
@@ -84,20 +84,20 @@ int fail(const std::string& reason) {
 } // namespace
 
 int runRecord(const RecordOptions& options) {
+    // What the file holds is given up only once there is something to record.
     std::ofstream file;
     if (!options.output.empty()) {
-        file.open(std::filesystem::path(std::u8string(options.output.begin(), options.output.end())), std::ios::binary);
+        file.open(fromUtf8(options.output), std::ios::binary | std::ios::app);
         if (!file) {
             return fail(options.output + ": cannot be written");
         }
     }
-    std::ostream& out = options.output.empty() ? std::cout : file;
     DebugOutput output;
-    Recorder recorder(out);
     UniqueHandle process;
+    StartedProgram started;
     std::uint32_t processId = 0;
     if (options.command.empty()) {
-        const auto running = findService();
+        const auto running = findServiceProcess();
         if (!running) {
             return fail("no service is running; give the command line of one behind --");
         }
@@ -106,22 +106,28 @@ int runRecord(const RecordOptions& options) {
         if (!process) {
             return fail("the service's process cannot be opened, error " + std::to_string(GetLastError()));
         }
-        const ServiceFacts service = readServiceFacts(processId);
-        out << makeHead(service);
-        recorder.warn("the service ran already: its lines up to here are not recorded");
-        warnOfFile(service, recorder);
     } else {
         // Its first lines come at once: the head is made before it runs.
-        StartedProgram started = startSuspended(options.command);
+        started = startSuspended(options.command);
         processId = started.processId;
-        const ServiceFacts service = readServiceFacts(processId);
-        out << makeHead(service);
-        warnOfFile(service, recorder);
-        out.flush();
-        ResumeThread(started.thread.get());
         process = std::move(started.process);
     }
+    if (file.is_open()) {
+        file.close();
+        file.open(fromUtf8(options.output), std::ios::binary);
+    }
+    std::ostream& out = options.output.empty() ? std::cout : file;
+    Recorder recorder(out);
+    const ServiceFacts service = readServiceFacts(processId);
+    out << makeHead(service);
+    if (options.command.empty()) {
+        recorder.warn("the service ran already: its lines up to here are not recorded");
+    }
+    warnOfFile(service, recorder);
     out.flush();
+    if (started.thread) {
+        ResumeThread(started.thread.get());
+    }
     record(output, processId, process.get(), recorder);
     return out ? 0 : fail("the recording could not be written to its end");
 }

@@ -59,7 +59,7 @@ std::string readCommandLine(std::uint32_t processId) {
 
 } // namespace
 
-std::optional<std::uint32_t> findService() {
+std::optional<std::uint32_t> findServiceProcess() {
     const HWND window = FindWindowA(BRISK_WINDOW_CLASS, nullptr);
     DWORD processId = 0;
     if (!window || GetWindowThreadProcessId(window, &processId) == 0) {

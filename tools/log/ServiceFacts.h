@@ -18,7 +18,7 @@ struct ServiceFacts {
 };
 
 // The process of the service's window; nothing where there is none.
-std::optional<std::uint32_t> findService();
+std::optional<std::uint32_t> findServiceProcess();
 
 ServiceFacts readServiceFacts(std::uint32_t processId);
 
