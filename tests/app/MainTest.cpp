@@ -16,12 +16,11 @@ namespace brisk {
 namespace {
 
 using testing::bulkPassLines;
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 using testing::kDisplay;
 using testing::Lines;
 using testing::operator+;
-using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
-using ::testing::IsEmpty;
 using testing::parameterLines;
 using testing::startLines;
 
@@ -306,7 +305,9 @@ TEST_F(MainTest, ExceptionOfAHandlerEndsTheServiceWithItsTextAndOne) {
 }
 
 TEST_F(MainTest, WhatIsNoStandardExceptionIsNotCaught) {
-    GetModuleFileNameAFault.intercept([](HMODULE, char*, DWORD) -> DWORD { throw 5; });
+    GetModuleFileNameAFault.intercept([](HMODULE, char*, DWORD) -> DWORD {
+        throw 5; // NOLINT(hicpp-exception-baseclass): on purpose
+    });
     EXPECT_THROW(start(), int);
     EXPECT_THAT(recordAfterParameters(), ElementsAre(testing::startedLine()));
 }

@@ -12,12 +12,12 @@
 namespace brisk {
 namespace {
 
-using testing::kDisplay;
-using testing::Lines;
-using testing::operator+;
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
+using testing::kDisplay;
+using testing::Lines;
+using testing::operator+;
 
 class ServiceWindowTest : public testing::StartUpFixture {
 protected:

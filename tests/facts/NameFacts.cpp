@@ -63,7 +63,7 @@ Answer moduleNameSpelling() {
 
 Answer companyName() {
     std::string company;
-    while (company.size() < 3 * 480) {
+    while (company.size() < std::size_t{3} * 480) {
         company += "\xE6\xB8\xB8\xE6\x88\x8F";
     }
     const std::string read = getFileProperties(versionSample("long-characters")).companyName;

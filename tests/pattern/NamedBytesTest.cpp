@@ -99,7 +99,7 @@ TEST(NamedBytesTest, ClassesAreTheStandardLibrarys) {
         for (unsigned upper = 0; upper < 1u << name.size(); ++upper) {
             std::string mixed = name;
             for (std::size_t place = 0; place < name.size(); ++place) {
-                mixed[place] = toByte(static_cast<std::size_t>(name[place]) - (upper >> place & 1) * 0x20);
+                mixed[place] = toByte(static_cast<std::size_t>(name[place]) - (upper >> place & 1) * std::size_t{0x20});
             }
             check(mixed);
         }

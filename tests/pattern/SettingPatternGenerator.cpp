@@ -7,8 +7,8 @@ namespace brisk {
 
 namespace {
 
-constexpr int maximumDepth = 2;
-constexpr int maximumLoops = 2;
+constexpr int kMaximumDepth = 2;
+constexpr int kMaximumLoops = 2;
 
 struct Quantifier {
     const char* text;
@@ -17,7 +17,7 @@ struct Quantifier {
     bool isCounted;
 };
 
-constexpr Quantifier quantifiers[] = {
+constexpr Quantifier kQuantifiers[] = {
     {"*", true, true, false},      {"+", false, true, false},      {"?", true, false, false},
     {"*?", true, true, false},     {"+?", false, true, false},     {"??", true, false, false},
     {"{0,1}", true, false, false}, {"{0}", true, false, false},    {"{1,}", false, true, false},
@@ -29,7 +29,7 @@ constexpr Quantifier quantifiers[] = {
 } // namespace
 
 std::string SettingPatternGenerator::pattern() {
-    return alternatives(maximumDepth).pattern;
+    return alternatives(kMaximumDepth).pattern;
 }
 
 SettingPatternGenerator::Piece SettingPatternGenerator::alternatives(int depth) {
@@ -123,9 +123,9 @@ SettingPatternGenerator::Piece SettingPatternGenerator::backReference() {
 
 SettingPatternGenerator::Piece SettingPatternGenerator::quantified(const Piece& piece) {
     while (true) {
-        const Quantifier& quantifier = quantifiers[below(below(2) == 0 ? 6 : std::size(quantifiers))];
+        const Quantifier& quantifier = kQuantifiers[below(below(2) == 0 ? 6 : std::size(kQuantifiers))];
         const int loops = piece.loops + (!quantifier.isLoop ? 0 : piece.canBeEmpty ? 2 : 1);
-        if ((quantifier.isCounted && piece.canBeEmpty) || (quantifier.isLoop && loops > maximumLoops)) {
+        if ((quantifier.isCounted && piece.canBeEmpty) || (quantifier.isLoop && loops > kMaximumLoops)) {
             continue;
         }
         return {piece.pattern + quantifier.text, piece.canBeEmpty || quantifier.mayBeNone, loops};
@@ -133,10 +133,10 @@ SettingPatternGenerator::Piece SettingPatternGenerator::quantified(const Piece& 
 }
 
 std::string SettingPatternGenerator::text() {
-    constexpr std::string_view bytes("aaabbc1=\n\r -_.<\0\xC3\xFF", 18);
+    constexpr std::string_view kBytes("aaabbc1=\n\r -_.<\0\xC3\xFF", 18);
     std::string text;
     for (std::size_t length = below(9); length > 0; --length) {
-        text += bytes[below(below(3) > 0 ? 6 : bytes.size())];
+        text += kBytes[below(below(3) > 0 ? 6 : kBytes.size())];
     }
     return text;
 }

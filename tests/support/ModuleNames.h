@@ -34,7 +34,8 @@ inline DWORD giveNameAsWindows(const std::string& name, char* buffer, DWORD size
         SetLastError(ERROR_INSUFFICIENT_BUFFER);
         return 0;
     }
-    std::strcpy(buffer, narrow.c_str());
+    narrow.copy(buffer, narrow.size());
+    buffer[narrow.size()] = '\0';
     return narrow.size() < name.size() ? size : size - 1 - left;
 }
 

@@ -29,7 +29,7 @@ public:
         if (!std::filesystem::exists(file)) {
             return {};
         }
-        const Lines lines = splitLines(readFile(file));
+        Lines lines = splitLines(readFile(file));
         std::filesystem::remove(file);
         return lines;
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdlib>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,7 @@ inline int wineVersion() {
     using GetVersion = const char* (*)();
     const auto getVersion = reinterpret_cast<GetVersion>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version")));
-    return std::atoi(getVersion());
+    return std::stoi(getVersion());
 }
 
 // Called in the constructor or in the set-up of a test. Skips the test and answers false where this is not Wine.

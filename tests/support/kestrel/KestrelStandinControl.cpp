@@ -19,7 +19,7 @@ std::filesystem::path kestrelFolder() {
 }
 
 std::filesystem::path kestrelFolderWithout(const std::string& entryPoint) {
-    const std::filesystem::path folder = kFolders / ("without-" + entryPoint);
+    std::filesystem::path folder = kFolders / ("without-" + entryPoint);
     if (!std::filesystem::exists(folder / kLibraryFile)) {
         throw std::invalid_argument("no stand-in without " + entryPoint);
     }
@@ -51,7 +51,7 @@ std::vector<std::string> KestrelStandin::takeRecord() {
     if (!std::filesystem::exists(file)) {
         return {};
     }
-    const std::vector<std::string> lines = testing::splitLines(testing::readFile(file));
+    std::vector<std::string> lines = testing::splitLines(testing::readFile(file));
     std::filesystem::remove(file);
     return lines;
 }

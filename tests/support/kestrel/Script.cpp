@@ -25,25 +25,25 @@ void addFrames(std::vector<std::int32_t>& frames, const std::string& item) {
 }
 
 bool isCall(const std::string& name) {
-    static constexpr std::array calls{"KestrelQueryFullVersion",
-                                      "KestrelQueryVersion",
-                                      "KestrelInitialize",
-                                      "KestrelInitializeWithIncompatibleDriver",
-                                      "KestrelInitializeWithCallerTarn",
-                                      "KestrelTerminate",
-                                      "SystemServices.GetDesktopServices",
-                                      "SystemServices.GetPerformanceMonitoringServices",
-                                      "PerformanceMonitoringServices.GetCurrentFps",
-                                      "Fps.GetFps",
-                                      "DesktopServices.GetDesktops",
-                                      "DesktopList.At",
-                                      "Desktop.GetTopLeft",
-                                      "Desktop.GetType",
-                                      "Desktop.GetDisplays",
-                                      "DisplayList.At",
-                                      "Display.GetNativeResolution",
-                                      "Display.GetRefreshRate"};
-    for (const char* call : calls) {
+    static constexpr std::array kCalls{"KestrelQueryFullVersion",
+                                       "KestrelQueryVersion",
+                                       "KestrelInitialize",
+                                       "KestrelInitializeWithIncompatibleDriver",
+                                       "KestrelInitializeWithCallerTarn",
+                                       "KestrelTerminate",
+                                       "SystemServices.GetDesktopServices",
+                                       "SystemServices.GetPerformanceMonitoringServices",
+                                       "PerformanceMonitoringServices.GetCurrentFps",
+                                       "Fps.GetFps",
+                                       "DesktopServices.GetDesktops",
+                                       "DesktopList.At",
+                                       "Desktop.GetTopLeft",
+                                       "Desktop.GetType",
+                                       "Desktop.GetDisplays",
+                                       "DisplayList.At",
+                                       "Display.GetNativeResolution",
+                                       "Display.GetRefreshRate"};
+    for (const char* call : kCalls) {
         if (name == call) {
             return true;
         }

@@ -17,8 +17,9 @@ public:
 
     // Counts one call; S_OK, or the failure to answer it with.
     HRESULT next(std::string_view call);
-    // Replaces all rules and counts anew. Throws std::runtime_error for a rule that means nothing and changes nothing.
-    void set(std::string_view rules);
+    // Replaces all rules and counts anew; rules are parted by commas. Throws std::runtime_error for a rule that means
+    // nothing and changes nothing.
+    void set(std::string_view text);
     // What was wrong with kFailVariable; empty where nothing was.
     const std::string& environmentError() const { return badEnvironment; }
 

@@ -46,8 +46,8 @@ public:
     }
 
     // The delivery of an event to the handlers that are attached now; keeps them and what it is given alive.
-    std::function<EventResult()> delivery(std::shared_ptr<ComReference<abi::IToastNotification>> sender,
-                                          std::shared_ptr<ComReference<typename Handler::Arguments>> arguments) {
+    std::function<EventResult()> delivery(const std::shared_ptr<ComReference<abi::IToastNotification>>& sender,
+                                          const std::shared_ptr<ComReference<typename Handler::Arguments>>& arguments) {
         std::vector<Attached> attached;
         std::lock_guard lock(mutex);
         for (const auto& [token, handler] : handlers) {

@@ -27,7 +27,7 @@ void startThread(std::function<void()> body) {
     if (thread == 0) {
         throw std::runtime_error("a thread cannot be started");
     }
-    function.release();
+    static_cast<void>(function.release()); // the thread has it
     CloseHandle(reinterpret_cast<HANDLE>(thread));
 }
 

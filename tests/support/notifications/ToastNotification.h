@@ -22,8 +22,8 @@ struct IOwnNotification : IInspectable {
 // Windows.UI.Notifications.ToastNotification.
 class ToastNotification : public ComObject<abi::IToastNotification, IOwnNotification> {
 public:
-    // `document` is kept, `number` names the notification in record and commands.
-    ToastNotification(abi::IXmlDocument* document, unsigned number);
+    // `content` is kept, `itsNumber` names the notification in record and commands.
+    ToastNotification(abi::IXmlDocument* content, unsigned itsNumber);
 
     HRESULT STDMETHODCALLTYPE get_Content(abi::IXmlDocument** content) override;
     HRESULT STDMETHODCALLTYPE put_ExpirationTime(abi::IReferenceDateTime* time) override;

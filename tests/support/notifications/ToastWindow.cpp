@@ -268,8 +268,8 @@ private:
 
 } // namespace
 
-ToastWindow::ToastWindow(unsigned number, std::shared_ptr<const ToastContent> content, const std::wstring& application,
-                         ToastReactions reactions)
+ToastWindow::ToastWindow(unsigned number, const std::shared_ptr<const ToastContent>& content,
+                         const std::wstring& application, ToastReactions reactions)
     : closeRequest(std::make_shared<UniqueHandle>(CreateEventW(nullptr, TRUE, FALSE, nullptr))) {
     startThread([request = closeRequest, number, content, application, reactions] {
         Toast(number, content, application, reactions).run(request->get());

@@ -21,7 +21,7 @@ struct ToastReactions {
 // written to the record once it is drawn.
 class ToastWindow {
 public:
-    ToastWindow(unsigned number, std::shared_ptr<const ToastContent> content, const std::wstring& application,
+    ToastWindow(unsigned number, const std::shared_ptr<const ToastContent>& content, const std::wstring& application,
                 ToastReactions reactions);
     ToastWindow(const ToastWindow&) = delete;
     ToastWindow& operator=(const ToastWindow&) = delete;
