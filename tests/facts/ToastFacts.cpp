@@ -1,13 +1,15 @@
 // Toasts on the screen. Whoever sits there is asked to press and to look; the shortcut that Windows wants for it lies
 // in a folder of its own in the Start menu and is removed in the end.
 #include "Facts.h"
-#include "OwnProcess.h"
 
 #include "toast/ShellShortcut.h"
 #include "toast/WinToast.h"
 
-#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <filesystem>
 #include <iostream>
+#include <memory>
 #include <mutex>
 
 namespace brisk::facts {
@@ -17,29 +19,34 @@ namespace {
 using namespace WinToastLib;
 
 constexpr wchar_t kName[] = L"Brisk windows-facts";
-constexpr DWORD kPatience = 60'000;
+constexpr std::chrono::seconds kPatience{60};
 
-// The first event of a toast.
-struct Event {
-    std::atomic<bool> came = false;
-    std::string text = "nothing within a minute";
-
+// The first event of a toast. Set on any thread.
+class Event {
+public:
     void set(const std::string& what) {
-        if (!came.exchange(true)) {
-            text = what;
+        {
+            const std::lock_guard lock(mutex);
+            if (text.empty()) {
+                text = what;
+            }
         }
+        came.notify_all();
     }
-    std::string wait(DWORD milliseconds = kPatience) {
-        waitUntil([this] { return came.load(); }, milliseconds);
-        Sleep(100); // the text is written behind the flag
-        return text;
+    std::string wait(std::chrono::seconds patience = kPatience) {
+        std::unique_lock lock(mutex);
+        return came.wait_for(lock, patience, [this] { return !text.empty(); }) ? text : "nothing in time";
     }
+
+private:
+    std::mutex mutex;
+    std::condition_variable came;
+    std::string text;
 };
 
+// Lives as long as Windows may call it, which may be longer than its toast is waited for.
 class Recorder : public IWinToastHandler {
 public:
-    Recorder(Event& pressed, Event& dismissed) : activation(pressed), end(dismissed) {}
-
     void toastActivated(int actionIndex) override { activation.set("button " + std::to_string(actionIndex)); }
     void toastActivated() override { activation.set("body"); }
     void toastDismissed(ToastDismissalReason reason) override {
@@ -48,21 +55,19 @@ public:
     void toastFailed() override { end.set("failed"); }
     void toastCompleted(std::function<void()>) override {}
 
-private:
-    Event& activation;
-    Event& end;
+    Event activation;
+    Event end;
 };
 
 struct Toast {
-    Event activation;
-    Event end;
+    std::shared_ptr<Recorder> events = std::make_shared<Recorder>();
     std::int64_t id;
 
     explicit Toast(const std::wstring& body) {
         ToastTemplate toast;
         toast.texts = {L"Brisk windows-facts", L"A question", body};
         toast.actions = {L"First", L"Second", L"Third"};
-        id = WinToast::instance().showToast(toast, std::make_shared<Recorder>(activation, end));
+        id = WinToast::instance().showToast(toast, events);
     }
     Toast(const Toast&) = delete;
     Toast& operator=(const Toast&) = delete;
@@ -129,7 +134,7 @@ Answer buttons() {
     for (const char* const label : {"First", "Second", "Third"}) {
         Toast toast(L"Press the button that the console names.");
         say(std::string("Press \"") + label + "\" on the toast.");
-        seen += (seen.empty() ? "" : ", ") + toast.activation.wait();
+        seen += (seen.empty() ? "" : ", ") + toast.events->activation.wait();
     }
     return holdsIf(seen == "button 0, button 1, button 2", seen);
 }
@@ -140,7 +145,7 @@ Answer body() {
     }
     Toast toast(L"Click here, beside the buttons.");
     say("Click the toast beside its buttons.");
-    const std::string seen = toast.activation.wait();
+    const std::string seen = toast.events->activation.wait();
     return holdsIf(seen == "body", seen);
 }
 
@@ -150,7 +155,7 @@ Answer afterDismissal() {
     }
     Toast toast(L"Close this toast by its cross.");
     say("Close the toast by its cross.");
-    const std::string seen = toast.end.wait();
+    const std::string seen = toast.events->end.wait();
     if (seen != "dismissed 0") {
         return holdsIf(false, seen);
     }
@@ -158,7 +163,7 @@ Answer afterDismissal() {
         return holdsIf(true, seen + ", not in the notification centre");
     }
     say("Press \"Second\" there.");
-    const std::string pressed = toast.activation.wait();
+    const std::string pressed = toast.events->activation.wait();
     return holdsIf(pressed == "button 1", seen + ", kept in the notification centre, " + pressed);
 }
 
@@ -167,7 +172,7 @@ Answer largeToast() {
         return noIdentity();
     }
     Toast toast(std::wstring(6'000, L'x'));
-    const std::string seen = toast.id < 0 ? "refused at once" : toast.end.wait(10'000);
+    const std::string seen = toast.id < 0 ? "refused at once" : toast.events->end.wait(std::chrono::seconds(10));
     return holdsIf(seen == "refused at once" || seen == "failed", seen);
 }
 
