@@ -84,6 +84,10 @@ inline void waitForEnd(HANDLE process) {
 inline Outcome runProgram(
     const std::filesystem::path& program, const std::wstring& arguments,
     const std::function<void()>& meanwhile = [] {}) {
+    // What outlives the program, as a console's host, does not keep this one's own output open: the self-test's report,
+    // to which nobody else could write.
+    SetHandleInformation(GetStdHandle(STD_OUTPUT_HANDLE), HANDLE_FLAG_INHERIT, 0);
+    SetHandleInformation(GetStdHandle(STD_ERROR_HANDLE), HANDLE_FLAG_INHERIT, 0);
     // Wine starts its desktop for the first who asks, and a desktop started by the program would keep its pipes open.
     GetDesktopWindow();
     Pipe output;

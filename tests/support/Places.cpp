@@ -1,20 +1,38 @@
 #include "support/Places.h"
 
 #ifdef _WIN32
+#include <array>
+#include <stdexcept>
+
 #include <windows.h>
 #endif
 
 namespace brisk::testing {
 
-std::filesystem::path place(const std::filesystem::path& whenBuilt) {
 #ifdef _WIN32
-    wchar_t folder[MAX_PATH] = L"";
-    const DWORD length = GetEnvironmentVariableW(L"BRISK_TESTS_FOLDER", folder, MAX_PATH);
-    if (length > 0 && length < MAX_PATH) {
-        return folder / whenBuilt.lexically_relative(BRISK_CHECKOUT);
+namespace {
+
+std::filesystem::path checkout() {
+    std::array<wchar_t, 32 * 1024> program{};
+    GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
+    const std::wstring path = std::filesystem::path(program.data()).generic_wstring();
+    const std::size_t build = path.rfind(L"/" BRISK_BUILD_FOLDER L"/");
+    if (build == std::wstring::npos) {
+        throw std::runtime_error("a test program has to lie below the folder of its build");
+    }
+    return path.substr(0, build);
+}
+
+} // namespace
+#endif
+
+std::filesystem::path place(const std::filesystem::path& fromCheckout) {
+#ifdef _WIN32
+    if (fromCheckout.is_relative()) {
+        return checkout() / fromCheckout;
     }
 #endif
-    return whenBuilt;
+    return fromCheckout;
 }
 
 } // namespace brisk::testing

@@ -5,8 +5,8 @@
 
 namespace brisk::testing {
 
-// A file of the checkout or of the build, by its place when the tests were built. Where BRISK_TESTS_FOLDER is in the
-// environment, that folder stands for the checkout: the self-test's programs run on another machine.
-std::filesystem::path place(const std::filesystem::path& whenBuilt);
+// A file of the checkout or of the build, by its path from the checkout's folder on: the folder is the one in which the
+// running program lies, here or wherever the self-test was unpacked. A whole path stays as it is.
+std::filesystem::path place(const std::filesystem::path& fromCheckout);
 
 } // namespace brisk::testing

@@ -1,4 +1,6 @@
-// The host of docs/host-interface.md, built from examples/host/, against a window of the service's class.
+// The host of docs/host-interface.md, built from examples/host/, against a window of the service's class and, to end
+// it, against the service.
+#include "service/ServiceFixture.h"
 #include "support/ConsoleProgram.h"
 #include "support/Places.h"
 #include "support/TextFiles.h"
@@ -69,8 +71,23 @@ TEST_F(HostExample, RefusesAGameThatIsNotThere) {
     EXPECT_EQ(host(L"42").exitCode, 2u);
 }
 
-TEST_F(HostExample, EndsTheServiceAndWaitsForItsProcess) {
-    EXPECT_EQ(testing::runProgram(testing::place(BRISK_EXAMPLE_QUIT), L""), (Outcome{0, "", ""}));
+Outcome quit() {
+    return testing::runProgram(testing::place(BRISK_EXAMPLE_QUIT), L"");
+}
+
+TEST_F(HostExample, HasNothingToEndWhereNoServiceRuns) {
+    EXPECT_EQ(quit(), (Outcome{0, "", ""}));
+}
+
+class QuitExample : public testing::ServiceFixture {};
+
+TEST_F(QuitExample, EndsTheServiceAndWaitsForItsProcess) {
+    testing::Service service(R"([{"config_type": "txt", "id": 7, "binary_name": "game.exe"}])");
+    service.startAndWait();
+    EXPECT_EQ(quit(), (Outcome{0, "", ""}));
+    EXPECT_FALSE(service.isRunning());
+    EXPECT_EQ(service.waitForEnd(), 0u);
+    EXPECT_EQ(service.log().back(), "Brisk : finished");
 }
 
 } // namespace
