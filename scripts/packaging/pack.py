@@ -3,6 +3,7 @@
 
 import hashlib
 import os
+import re
 import sys
 import time
 
@@ -13,7 +14,6 @@ import parts
 root, dist, version, commit, moment = sys.argv[1:]
 moment = int(moment)
 created = time.strftime("%Y-%m-%dT%H:%M:%SZ", time.gmtime(moment))
-sources = parts.all_sources(root)
 
 
 def read(path):
@@ -39,10 +39,16 @@ def tree_files(paths):
     return {path: read(path) for path in paths}
 
 
+def images_of(documents):
+    """The pictures that the documents show, by their paths in the tree."""
+    return sorted({os.path.normpath(os.path.join(os.path.dirname(document), target)) for document in documents
+                   for target in re.findall(r"!\[[^\]]*\]\(([^)]*)\)", read(document).decode())})
+
+
 def finish(name, files, kinds):
     """Adds the notices and the bill of materials, and writes the archive."""
     if kinds:
-        used = parts.linked(kinds, sources)
+        used = parts.linked(kinds)
         notices = parts.notices(used)
         files["NOTICES.txt"] = crlf(notices) if name.endswith(".zip") else notices
         base = name.removesuffix(".zip").removesuffix(".tar.gz")
@@ -58,7 +64,7 @@ def built(folder):
 documents = ["README.md", "CHANGELOG.md", "CONTRIBUTING.md", *below("docs", ".md")]
 examples = below("examples")
 title_examples = [path for path in examples if not path.startswith("examples/host/")]
-images = below("docs/images", ".png")
+images = images_of(documents)
 schema = "docs/titles_db.schema.json"
 
 # The service and its tools.
@@ -66,33 +72,32 @@ programs = built("build/release")
 finish(f"brisk-{version}-windows-x64.zip", {
     **programs, **tree_files(title_examples), **tree_files([*images, schema]), "include/BriskHost.h": read("include/BriskHost.h"),
     **pages.pages(root, documents, [*title_examples, *images, schema, "include/BriskHost.h"]),
-}, ["windows", "libraries"])
+}, ["windows", "json", "cli", "dtl"])
 
 # For those who write a host.
 host_documents = ["docs/host-interface.md", "docs/log.md", "docs/security.md", "CHANGELOG.md"]
 host_examples = [path for path in examples if path.startswith("examples/host/")]
 finish(f"brisk-hostkit-{version}.zip", {
     "include/BriskHost.h": read("include/BriskHost.h"), "briskhost.exe": programs["briskhost.exe"],
-    **tree_files(host_examples),
-    **pages.pages(root, host_documents, ["include/BriskHost.h"]),
-}, ["windows"])
+    **tree_files([*host_examples, *images_of(host_documents)]),
+    **pages.pages(root, host_documents, ["include/BriskHost.h", *host_examples, *images_of(host_documents)]),
+}, ["windows", "json"])
 
 # For those who write title databases, on Linux.
-title_documents = ["docs/title-database.md", "docs/title-rules.md", "docs/text-files.md", "docs/log.md", "CHANGELOG.md"]
+title_documents = ["docs/title-database.md", "docs/title-tool.md", "docs/title-ci.md", "docs/title-rules.md",
+                   "docs/text-files.md", "docs/log.md", "CHANGELOG.md"]
 finish(f"brisktitles-{version}-linux-x64.tar.gz", {
-    **{name: read("build/release-linux/" + name) for name in ("brisktitles", "brisklog")
-       if os.path.exists(os.path.join(root, "build/release-linux", name))},
-    **tree_files([*title_examples, schema]), **pages.pages(root, title_documents, [*title_examples, schema]),
-}, ["linux", "libraries"])
+    **{name: read("build/release-linux/" + name) for name in ("brisktitles", "brisklog")},
+    **tree_files([*title_examples, schema, *images_of(title_documents)]),
+    **pages.pages(root, title_documents, [*title_examples, schema, *images_of(title_documents)]),
+}, ["linux", "json", "cli", "dtl"])
 
-# The tests, in the folders of the checkout, for a Windows machine.
+# The tests, in the folders of the checkout, for a Windows machine: as write-selftest left them.
 selftest = below("build/selftest")
 finish(f"brisk-selftest-{version}.zip", {
     **{os.path.relpath(path, "build/selftest"): read(path) for path in selftest},
-    **tree_files([*title_examples, *host_examples, "docs/title-rules.md", "docs/host-interface.md", "docs/windows-facts.md",
-                  schema, *below("fuzz/corpus")]),
     **pages.pages(root, ["docs/windows-facts.md"]),
-}, ["windows", "libraries", "tests"])
+}, ["windows", "json", "cli", "dtl", "tests"])
 
 # For debuggers.
 finish(f"brisk-{version}-symbols.zip", {

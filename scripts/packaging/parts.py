@@ -13,11 +13,9 @@ LINKED = {
         (["mingw-w64-x86-64-dev"], "MinGW-w64's runtime and winpthreads", "NOASSERTION"),
     ],
     "linux": [(["libstdc++-*-dev"], "GCC's runtime: libstdc++, libgcc", "GPL-3.0-or-later WITH GCC-exception-3.1")],
-    "libraries": [
-        (["nlohmann-json3-dev"], "JSON for Modern C++ (headers)", "MIT"),
-        (["libcli11-dev"], "CLI11: command lines of the tools (headers)", "BSD-3-Clause"),
-        (["libdtl-dev"], "dtl: differences of texts (headers)", "BSD-3-Clause"),
-    ],
+    "json": [(["nlohmann-json3-dev"], "JSON for Modern C++ (headers)", "MIT")],
+    "cli": [(["libcli11-dev"], "CLI11: command lines of the tools (headers)", "BSD-3-Clause")],
+    "dtl": [(["libdtl-dev"], "dtl: differences of texts (headers)", "BSD-3-Clause")],
     "tests": [(["googletest"], "GoogleTest, in the test programs", "BSD-3-Clause")],
 }
 
@@ -34,13 +32,10 @@ def installed(patterns):
     return None
 
 
-def linked(kinds, sources):
-    """Parts of the kinds; `sources` is the text of all sources, for a part counts only where it is used."""
+def linked(kinds):
     parts = []
     for kind in kinds:
         for patterns, what, licence in LINKED[kind]:
-            if patterns == ["libdtl-dev"] and "<dtl/" not in sources:
-                continue
             found = installed(patterns)
             if not found:
                 raise SystemExit(f"package: none of {', '.join(patterns)} is installed")
@@ -101,14 +96,3 @@ def bill(name, version, commit, created, parts, files):
                           for one, kind, other in relations],
     }
     return (json.dumps(document, indent=1) + "\n").encode()
-
-
-def all_sources(root):
-    text = []
-    for folder in ("src", "tools"):
-        for place, _, names in os.walk(os.path.join(root, folder)):
-            for name in names:
-                if name.endswith((".cpp", ".h")):
-                    with open(os.path.join(place, name), encoding="utf-8") as file:
-                        text.append(file.read())
-    return "\n".join(text)
