@@ -18,7 +18,7 @@ template <class Output, class... Options>
 std::string printed(std::string_view log, std::size_t piece, Options... options) {
     std::ostringstream text;
     const Selection all;
-    Output output(text, all, nullptr, false, options...);
+    Output output(text, all, nullptr, options...);
     output.beginLog("brisk.log");
     LogReader reader(output);
     for (std::size_t at = 0; at < log.size(); at += piece) {

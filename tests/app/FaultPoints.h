@@ -26,6 +26,7 @@ BRISK_FAULT_POINT("advapi32.dll", RegSetValueExA)
 BRISK_FAULT_POINT("advapi32.dll", RegDeleteTreeA)
 
 // Named events only: the C++ runtime makes nameless ones, too, as many as it likes.
+// NOLINTNEXTLINE(readability-identifier-naming): as BRISK_FAULT_POINT names them
 inline constinit brisk::faults::FaultPoint<decltype(::CreateEventA)> CreateEventAFault{"kernel32.dll", "CreateEventA"};
 
 namespace brisk::faults {
