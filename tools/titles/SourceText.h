@@ -28,7 +28,12 @@ public:
 private:
     std::string givenPath;
     std::string content;
+    // How many characters begin before an offset.
+    std::size_t charactersBefore(std::size_t offset) const;
+
     std::vector<std::size_t> lineBegins;
+    // Before each block of bytes: a database may be a single line, and a place in it is asked for with every finding.
+    std::vector<std::size_t> charactersBeforeBlock;
 };
 
 // How many characters of UTF-8 begin in the text.

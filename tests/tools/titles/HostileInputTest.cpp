@@ -1,10 +1,12 @@
 // Huge, deep and hopeless input ends in findings, in the time that its size asks for.
 #include "tools/titles/DatabaseCheck.h"
 #include "tools/titles/DatabaseTitles.h"
+#include "tools/titles/FindingOutput.h"
 #include "tools/titles/PreviewFindings.h"
 #include "tools/titles/ProfileFiles.h"
 
 #include <set>
+#include <sstream>
 #include <string>
 
 #include <gmock/gmock.h>
@@ -54,6 +56,23 @@ TEST(HostileInput, DatabaseThatIsOneHugeTextHasNoFurtherFault) {
     std::string database = titleWith("(\\\\nW=)(\\\\w+)()");
     database.insert(database.find("\"A\"") + 2, std::string(kHuge, 'a'));
     EXPECT_THAT(rulesOf(database), ::testing::IsEmpty());
+}
+
+// What is said costs no more in one line than in many.
+TEST(HostileInput, DatabaseInOneLineIsPrintedInTime) {
+    std::string database = "[";
+    for (int title = 0; title < 20'000; ++title) {
+        database += (title > 0 ? R"(,{"unknown)" : R"({"unknown)") + std::to_string(title) +
+                    R"(":"and a text of some length"})";
+    }
+    const SourceText source("titles_db.json", database + "]");
+    std::size_t size = 0;
+    for (const Finding& finding : checkDatabase(source).findings) {
+        std::ostringstream out;
+        printFinding(out, source, finding, false);
+        size += out.str().size();
+    }
+    EXPECT_GT(size, 20'000'000U);
 }
 
 TEST(HostileInput, HopelessPatternIsCalledOne) {
