@@ -57,6 +57,19 @@ std::vector<SourceText> readTitleFiles(const std::vector<std::string>& titles) {
     return sources;
 }
 
+// The database must not take the place of what it is made of, whatever the path is spelled like or links to.
+void refuseSource(const std::string& output, const std::vector<std::string>& titles) {
+    if (toPath(output).filename() == "title.json") {
+        throw std::runtime_error(output + " is the name of a title's own file; the database needs another one");
+    }
+    for (const std::string& title : titles) {
+        std::error_code error;
+        if (std::filesystem::equivalent(toPath(output), toPath(title + "/title.json"), error)) {
+            throw std::runtime_error(output + " is " + title + "/title.json, which would be lost");
+        }
+    }
+}
+
 // Golden cases that do not come out as expected.
 std::vector<GoldenResult> runCases(const std::vector<std::string>& titles) {
     std::vector<GoldenResult> failed;
@@ -81,6 +94,7 @@ void write(const std::string& path, const std::string& bytes) {
 
 int runBuild(const BuildOptions& options) {
     const std::vector<std::string> titles = findTitles(options.folder);
+    refuseSource(options.output, titles);
     const std::vector<SourceText> sources = readTitleFiles(titles);
     const DatabaseBuild build = buildDatabase(sources);
     const bool isJson = options.format == "json";

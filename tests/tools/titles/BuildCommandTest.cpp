@@ -1,6 +1,9 @@
+#include "support/Places.h"
 #include "support/TextFiles.h"
 #include "tools/titles/CommandLine.h"
 #include "tools/titles/Commands.h"
+
+#include <map>
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -103,6 +106,39 @@ TEST_F(BuildCommandTest, CaseThatFailsKeepsTheDatabaseFromBeingWritten) {
     EXPECT_EQ(answer.code, 1);
     EXPECT_THAT(answer.out, ::testing::EndsWith("0 errors, 0 warnings, 1 failure, 1 title: nothing is written\n"));
     EXPECT_FALSE(fs::exists(folder / "db.json"));
+}
+
+TEST_F(BuildCommandTest, TitlesAreNeverOverwritten) {
+    write("titles/1/title.json", titleOf("a.exe", 1));
+    const std::string before = testing::readFile(folder / "titles/1/title.json");
+    fs::create_hard_link(folder / "titles/1/title.json", folder / "link.json");
+    for (const std::string& output :
+         {in("titles/1/title.json"), in("titles/../titles/1/./title.json"), in("titles/2/title.json")}) {
+        EXPECT_EQ(runCommand(addBuild, {"build", in("titles"), "-o", output}),
+                  (Answer{2, "",
+                          "brisktitles: " + output +
+                              " is the name of a title's own file; the database needs another one\n"}));
+    }
+    EXPECT_EQ(
+        runCommand(addBuild, {"build", in("titles"), "-o", in("link.json")}),
+        (Answer{2, "",
+                "brisktitles: " + in("link.json") + " is " + in("titles/1/title.json") + ", which would be lost\n"}));
+    EXPECT_EQ(testing::readFile(folder / "titles/1/title.json"), before);
+}
+
+TEST_F(BuildCommandTest, ExamplesAreTheDatabaseOfTheExamples) {
+    const fs::path examples = testing::place(BRISK_EXAMPLES);
+    fs::create_directories(folder);
+    EXPECT_EQ(runCommand(addBuild, {"build", examples.generic_string(), "-o", in("titles_db.json")}).code, 0);
+    std::map<std::string, nlohmann::json> built;
+    std::map<std::string, nlohmann::json> written;
+    for (const auto& title : nlohmann::json::parse(testing::readFile(folder / "titles_db.json"))) {
+        built[title.at("binary_name")] = title;
+    }
+    for (const auto& title : nlohmann::json::parse(testing::readFile(examples / "titles_db.json"))) {
+        written[title.at("binary_name")] = title;
+    }
+    EXPECT_EQ(built, written);
 }
 
 TEST_F(BuildCommandTest, WhatCannotBeReadIsSaid) {
