@@ -124,7 +124,7 @@ JsonFault diagnoseNumber(std::string_view text, std::size_t begin) {
     if (at + 1 < text.size() && text[at] == '0' && (isDigit(text[at + 1]) || text[at + 1] == 'x')) {
         return {begin, kSyntax,
                 text[at + 1] == 'x' ? "JSON has no hexadecimal numbers; write a decimal one"
-                                    : "a number may not begin with 0"};
+                                    : "a number has no leading zeros"};
     }
     return {begin, kSyntax, "this is no JSON number; write digits, as 1920, -1 or 0.5"};
 }
@@ -145,6 +145,55 @@ JsonFault diagnoseWord(std::string_view text, std::size_t begin) {
         return {begin, kSyntax, "write null instead of " + word};
     }
     return {begin, kSyntax, "a text stands in quotation marks: \"" + word + "\""};
+}
+
+// Where the text begins whose closing quotation mark stands in front of `end`. No text goes over a line's end.
+std::size_t beginOfText(std::string_view text, std::size_t end) {
+    const std::size_t line = text.rfind('\n', end - 1);
+    std::size_t begin = end;
+    bool isInside = false;
+    for (std::size_t at = line == std::string_view::npos ? 0 : line + 1; at < end; ++at) {
+        if (text[at] == '\\' && isInside) {
+            ++at;
+        } else if (text[at] == '"') {
+            isInside = !isInside;
+            begin = isInside ? at : begin;
+        }
+    }
+    return begin;
+}
+
+// Characters that look like others. Nothing for the rest.
+const char* describeLookalike(std::string_view text) {
+    struct Lookalike {
+        std::string_view bytes;
+        const char* message;
+    };
+    static constexpr char kQuote[] = "this is a typographic quotation mark; a text stands in straight ones, \"";
+    static constexpr char kBlank[] =
+        "this only looks like a blank: it is another character (no-break space); write a blank";
+    static constexpr Lookalike kLookalikes[] = {
+        {"\xE2\x80\x98", kQuote},
+        {"\xE2\x80\x99", kQuote},
+        {"\xE2\x80\x9A", kQuote},
+        {"\xE2\x80\x9C", kQuote},
+        {"\xE2\x80\x9D", kQuote},
+        {"\xE2\x80\x9E", kQuote},
+        {"\xC2\xAB", kQuote},
+        {"\xC2\xBB", kQuote},
+        {"\xC2\xA0", kBlank},
+        {"\xE2\x80\xAF", kBlank},
+        {"\xE2\x80\x89", kBlank},
+        {"\xE3\x80\x80", kBlank},
+        {"\xEF\xBB\xBF", "a byte-order mark may stand at the beginning of the file only, and once"},
+        {"\xE2\x80\x8B", "an invisible character (zero-width space) stands here; take it away"},
+    };
+    for (const Lookalike& each : kLookalikes) {
+        if (text.starts_with(each.bytes)) {
+            return each.message;
+        }
+    }
+    return nullptr;
 }
 
 const char* bracketsName(char opening) {
@@ -213,6 +262,9 @@ JsonFault diagnoseJson(std::string_view text, const JsonPosition& position) {
     if (static_cast<unsigned char>(byte) >= 0x80 && characterLength(text.substr(at)) == 0) {
         return encodingFault(at);
     }
+    if (const char* message = describeLookalike(text.substr(at))) {
+        return {at, kSyntax, message};
+    }
     if (position.isAfterRoot) {
         return {at, kSyntax, "the database has ended before this; nothing may follow"};
     }
@@ -227,6 +279,19 @@ JsonFault diagnoseJson(std::string_view text, const JsonPosition& position) {
         return {position.cursor, kSyntax,
                 std::string("this ") + bracketsName(position.container) + " is not closed: '" +
                     (position.container == '{' ? '}' : ']') + "' is missing here"};
+    }
+    // Letters right behind a text: the quotation mark that seems to close it opens or belongs to something else.
+    const bool isBehindText = position.cursor > 0 && text[position.cursor - 1] == '"';
+    if (isBehindText && at == position.cursor && (isLetter(byte) || isDigit(byte) || byte == '_')) {
+        return {
+            beginOfText(text, position.cursor), kSyntax,
+            "this text is not closed where it should be: a quotation mark is missing at its end, or one inside of it "
+            "is not written \\\""};
+    }
+    if (byte == ':' && position.container == '[' && isBehindText && !position.isAfterKey && !separator) {
+        const std::size_t key = beginOfText(text, position.cursor);
+        const std::size_t last = text.find_last_not_of(" \t\r\n", key == 0 ? 0 : key - 1);
+        return {text[last] == ',' ? last : key, kSyntax, "this array is not closed: ']' is missing here"};
     }
     if (byte == ',' || byte == ':') {
         return {at, kSyntax,

@@ -79,6 +79,28 @@ private:
         return std::min(end + 1, text.size());
     }
 
+    // Digits behind a leading 0 are no part of the number.
+    std::size_t endOfNumber(std::size_t at) const {
+        const auto skipDigits = [&] { at = std::min(text.find_first_not_of("0123456789", at), text.size()); };
+        const auto takes = [&](std::string_view signs) {
+            const bool isNext = at < text.size() && signs.find(text[at]) != std::string_view::npos;
+            at += isNext ? 1U : 0U;
+            return isNext;
+        };
+        takes("-");
+        if (!takes("0")) {
+            skipDigits();
+        }
+        if (takes(".")) {
+            skipDigits();
+        }
+        if (takes("eE")) {
+            takes("+-");
+            skipDigits();
+        }
+        return at;
+    }
+
     bool addScalar(json value, std::size_t length) {
         const std::size_t begin = skip();
         const Type type = value.type();
@@ -88,7 +110,7 @@ private:
     template <class Number>
     bool addNumber(Number value) {
         const std::size_t begin = skip();
-        const std::size_t end = std::min(text.find_first_not_of("+-0123456789.eE", begin), text.size());
+        const std::size_t end = endOfNumber(begin);
         json number = value;
         const Type type = number.type();
         return add(JsonValue{std::move(number), type, begin, end, {}, {}});

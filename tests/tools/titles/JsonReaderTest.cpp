@@ -50,7 +50,7 @@ TEST(JsonFaults, WordsNumbersAndTextsAreExplained) {
     EXPECT_EQ(faultOf("[{'a': 1}]"), "1:3 a text stands in double quotation marks, not in single ones");
     EXPECT_EQ(faultOf("[{\"a\": txt}]"), "1:8 a text stands in quotation marks: \"txt\"");
     EXPECT_EQ(faultOf("[{\"a\": 0x10}]"), "1:8 JSON has no hexadecimal numbers; write a decimal one");
-    EXPECT_EQ(faultOf("[{\"a\": 010}]"), "1:8 a number may not begin with 0");
+    EXPECT_EQ(faultOf("[{\"a\": 010}]"), "1:8 a number has no leading zeros");
     EXPECT_EQ(faultOf("[{\"a\": \"(\\d+)\"}]"),
               "1:10 JSON has no escape '\\d'; a backslash itself is written twice: \"\\\\d\"");
     EXPECT_EQ(faultOf("[{\"a\": \"b\n\"}]"),
@@ -60,6 +60,36 @@ TEST(JsonFaults, WordsNumbersAndTextsAreExplained) {
     EXPECT_EQ(faultOf("[] []"), "1:4 the database has ended before this; nothing may follow");
     EXPECT_EQ(faultOf("/* games */ []"), "1:1 JSON has no comments; the service does not start with one");
     EXPECT_EQ(faultOf(""), "1:1 the file is empty; a database is an array of titles: []");
+}
+
+TEST(JsonFaults, NumberWithLeadingZerosIsNamedWhateverFollows) {
+    EXPECT_EQ(faultOf("[{\"id\": 01, \"x\": 1}]"), "1:9 a number has no leading zeros");
+    EXPECT_EQ(faultOf("[{\"id\": 007 }]"), "1:9 a number has no leading zeros");
+    EXPECT_EQ(faultOf("[{\"id\": -01, \"x\": 1}]"), "1:9 a number has no leading zeros");
+}
+
+TEST(JsonFaults, TextThatIsNotClosedIsShownAtItsBeginning) {
+    constexpr char kUnclosed[] =
+        "this text is not closed where it should be: a quotation mark is missing at its end, or "
+        "one inside of it is not written \\\"";
+    EXPECT_EQ(faultOf("[{\"a\": \"One, \"publisher\": \"P\"}]"), std::string("1:8 ") + kUnclosed);
+    EXPECT_EQ(faultOf("[{\n \"patch_if: [ {\"key\": 1} ]}]"), std::string("2:2 ") + kUnclosed);
+    EXPECT_EQ(faultOf("[{\"a\": \"the \"best\" one\"}]"), std::string("1:8 ") + kUnclosed);
+}
+
+TEST(JsonFaults, ArrayThatIsNotClosedBeforeAKeyIsNamed) {
+    EXPECT_EQ(faultOf("[{\"a\": [ 1, 2, \"b\": 3}]"), "1:14 this array is not closed: ']' is missing here");
+}
+
+TEST(JsonFaults, LookalikesOfQuotesAndBlanksAreNamed) {
+    EXPECT_EQ(faultOf("[{\xE2\x80\x9C"
+                      "a\xE2\x80\x9D: 1}]"),
+              "1:3 this is a typographic quotation mark; a text stands in straight ones, \"");
+    EXPECT_EQ(faultOf("[{\"a\":\xC2\xA0"
+                      "1}]"),
+              "1:7 this only looks like a blank: it is another character (no-break space); write a blank");
+    EXPECT_EQ(faultOf("\xEF\xBB\xBF\xEF\xBB\xBF[]"),
+              "1:2 a byte-order mark may stand at the beginning of the file only, and once");
 }
 
 TEST(JsonFaults, ByteOrderMarkIsNoFault) {
@@ -130,6 +160,34 @@ TEST(FindingOutput, ShowsTheSourceLineWithACaretBelowThePlace) {
         "db.json:2:7: error[element-type]: a title is an object, {...}; the service skips anything else in silence\n"
         "    \t\"\xC3\xBC\", 5\n"
         "    \t     ^\n");
+}
+
+TEST(FindingOutput, ShowsOfALongLineWhatIsAroundThePlace) {
+    const std::string json = "[" + std::string(1000, ' ') + "5," + std::string(1000, ' ') + "6]";
+    EXPECT_THAT(printed(json),
+                ::testing::HasSubstr(
+                    "db.json:1:1002: error[element-type]: a title is an object, {...}; the service skips "
+                    "anything else in silence\n    " +
+                    std::string(80, ' ') + "5," + std::string(78, ' ') + "\n    " + std::string(80, ' ') + "^\n"));
+}
+
+TEST(FindingOutput, KeepsToALineWhateverATextHolds) {
+    const std::string text =
+        printed(R"([{"config_type": "txt", "a\n\u001b[31m)" + std::string(5000, 'x') + R"(": 1}])");
+    const std::string first = text.substr(0, text.find('\n'));
+    EXPECT_THAT(text, ::testing::Not(::testing::HasSubstr("\x1B")));
+    EXPECT_THAT(text, ::testing::HasSubstr("error[unknown-key]: \"a??[31mxxx"));
+    for (std::istringstream lines(text); lines.good();) {
+        std::string line;
+        std::getline(lines, line);
+        EXPECT_LT(line.size(), 800U);
+    }
+}
+
+TEST(FindingOutput, PathIsAReferenceInSarif) {
+    const SourceText source("my titles\\100% #1.json", "[]");
+    const auto result = toSarifResult(source, {"no-title", Severity::Error, 0, 1, "none", std::nullopt});
+    EXPECT_EQ(result["locations"][0]["physicalLocation"]["artifactLocation"]["uri"], "my%20titles/100%25%20%231.json");
 }
 
 TEST(DatabaseCheck, FindsNoErrorAndNoWarningInTheExamples) {
