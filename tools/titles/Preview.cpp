@@ -6,11 +6,27 @@
 #include "tools/titles/PreviewPasses.h"
 #include "tools/titles/TextMode.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <utility>
 
 namespace brisk::workbench {
 
 namespace {
+
+// The path under which this machine opens the file: a location has the backslashes of Windows.
+std::string pathOf(const PreviewFile& file) {
+    if (std::filesystem::path::preferred_separator == '\\') {
+        return file.location;
+    }
+    if (!file.real.empty()) {
+        const std::u8string real = file.real.u8string();
+        return {real.begin(), real.end()};
+    }
+    std::string path = file.location;
+    std::replace(path.begin(), path.end(), '\\', '/');
+    return path;
+}
 
 // Fills in what does not depend on where the settings are kept; false when there is nothing more to look at.
 bool begin(TitlePreview& preview, PreviewAdapter& adapter, const std::string& appDirectory, const Display& display,
@@ -64,21 +80,26 @@ const char* nameOf(Verdict verdict) {
 TitlePreview previewText(TextPreviewAdapter& adapter, const std::string& appDirectory, const Display& display) {
     TitlePreview preview;
     LogCapture log;
-    if (!begin(preview, adapter, appDirectory, display, log)) {
+    const bool isFound = begin(preview, adapter, appDirectory, display, log);
+    if (!isFound && preview.passes.front().verdict == Verdict::notFound && adapter.source.open) {
+        attempt([&] { adapter.openFiles(); });
+        log.take();
+    }
+    for (const PreviewFile& file : adapter.files) {
+        preview.files.push_back({pathOf(file), file.isReadable, file.isWritable, {}, file.real});
+    }
+    if (!isFound) {
         return preview;
     }
     const ResolutionValues values = resolutionsOf(display);
-    for (const PreviewFile& file : adapter.files) {
-        preview.files.push_back({file.location, file.isReadable, file.isWritable, {}, file.real});
-    }
     if (const PreviewFile* file = adapter.fileToRead()) {
-        preview.readLocation = file->location;
+        preview.readLocation = pathOf(*file);
         preview.before = preview.after = file->bytes;
         preview.text = readAsText(file->bytes);
         preview.traits = findTraits(file->bytes);
     }
     if (const PreviewFile* file = adapter.fileToWrite()) {
-        preview.writtenLocation = file->location;
+        preview.writtenLocation = pathOf(*file);
     }
     runPasses(preview, adapter, values, log);
 
@@ -97,7 +118,11 @@ TitlePreview previewRegistry(RegistryPreviewAdapter& adapter, const Display& dis
     TitlePreview preview;
     preview.isRegistry = true;
     LogCapture log;
-    if (!begin(preview, adapter, {}, display, log)) {
+    const bool isFound = begin(preview, adapter, {}, display, log);
+    if (!adapter.configLocations.empty()) {
+        preview.files.push_back({adapter.configLocations.front(), isFound, isFound, {}, {}});
+    }
+    if (!isFound) {
         return preview;
     }
     preview.readLocation = preview.writtenLocation = adapter.configLocations.front();

@@ -86,8 +86,9 @@ struct TitlePreview {
     std::string textAfterFields;
     std::optional<TextTraits> traits;
     std::vector<ConditionPreview> conditions;
-    std::vector<FieldPreview> fields; // in the order in which the service takes them
-    std::vector<PassPreview> passes;  // until nothing changes
+    std::vector<FieldPreview> fields;     // in the order in which the service takes them
+    std::vector<PassPreview> passes;      // until nothing changes
+    std::vector<std::string> differAgain; // keys of fields that differ after the first pass; known where one is created
     bool settles = true;
 };
 

@@ -32,7 +32,10 @@ public:
             file = filesIn(options.profile, options.gameFolder);
         }
         if (!options.registry.empty()) {
-            registry = readRegistryExport(readInput(options.registry));
+            registry = readRegistryExport(readInput(options.registry), [this](std::size_t line) {
+                std::cerr << "brisktitles: " << options.registry << ':' << line
+                          << ": nothing that an export has; it is passed over, and its value counts as missing\n";
+            });
             if (!registry) {
                 throw std::runtime_error(options.registry + " is no exported registry file");
             }

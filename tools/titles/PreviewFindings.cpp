@@ -162,10 +162,12 @@ private:
         if (isRewritten() && !preview.fields.empty() &&
             std::none_of(preview.fields.begin(), preview.fields.end(), changes)) {
             addAtKey(Severity::Error, "nothing-matches", preview.fields.front().key,
-                     "nothing in the file is changed, and the player is told that it was adjusted");
+                     std::string(preview.before == preview.after ? "nothing in the file" : "no setting of the file") +
+                         " is changed, and the player is told that it was adjusted");
             return;
         }
         if (preview.settles) {
+            checkSecondPass();
             return;
         }
         if (preview.readLocation != preview.writtenLocation && !preview.passes.back().changes) {
@@ -176,6 +178,25 @@ private:
         for (const FieldPreview& field : preview.fields) {
             if (field.differsAtLast) {
                 addUnsettled(field);
+            }
+        }
+    }
+
+    // A created number is the field's own, and the next adjustment sets the resolution: no other setting is to change
+    // again.
+    void checkSecondPass() {
+        if (preview.passes.size() < 2 || preview.passes[1].verdict != Verdict::adjusted || !preview.passes[1].changes) {
+            return;
+        }
+        const auto again = [this](const std::string& key) {
+            return std::find(preview.differAgain.begin(), preview.differAgain.end(), key) != preview.differAgain.end();
+        };
+        for (const FieldPreview& field : preview.fields) {
+            const bool isResolution = field.field.value.empty() && !field.field.meta.empty();
+            if (again(field.key) && !(isResolution && field.outcome == FieldOutcome::created)) {
+                addAtKey(Severity::Error, "adjusted-again", field.key,
+                         "what is written is not what is read, and the next adjustment writes over it: with it goes "
+                         "what stands behind it in the file");
             }
         }
     }

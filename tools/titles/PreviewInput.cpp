@@ -90,6 +90,9 @@ std::vector<Display> chooseDisplays(const PreviewOptions& options) {
         display.lower = std::nullopt;
     } else if (!options.lower.empty()) {
         display.lower = takeSize(options.lower, "--lower");
+        if (display.lower->width > display.native.width || display.lower->height > display.native.height) {
+            throw std::runtime_error("--lower " + options.lower + " is larger than the display");
+        }
     }
     return {display};
 }

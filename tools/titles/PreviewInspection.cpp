@@ -76,9 +76,11 @@ private:
                                (write.key != preview.key || preview.isMissing);
         if (!isCreated) {
             preview.wanted = write.text;
-            preview.outcome = preview.matches.count == 0 && !hasChanged ? FieldOutcome::missing
-                              : hasChanged                              ? FieldOutcome::changes
-                                                                        : FieldOutcome::isRight;
+            // Settings that are written before may hide it from its key.
+            const bool isHidden = preview.matches.count == 0 || (preview.differs && !preview.end);
+            preview.outcome = hasChanged ? FieldOutcome::changes
+                              : isHidden ? FieldOutcome::missing
+                                         : FieldOutcome::isRight;
             return;
         }
         preview.wanted = preview.field.value.empty() ? std::to_string(preview.field.intValue) : preview.field.value;
@@ -121,6 +123,9 @@ void inspectAll(TitlePreview& preview, const PreviewAdapter& title, PreviewAdapt
     }
     for (const auto& [key, field] : title.configFields) {
         preview.fields.push_back(inspection.inspect(key, field));
+        if (preview.fields.back().end && preview.passes.front().verdict == Verdict::ends) {
+            preview.fields.back().outcome = FieldOutcome::ends;
+        }
     }
 }
 

@@ -3,7 +3,7 @@
 #include "tools/titles/PreviewWords.h"
 
 #include <algorithm>
-#include <functional>
+#include <set>
 #include <string_view>
 
 namespace brisk::workbench {
@@ -42,9 +42,10 @@ std::string describeAllowed(const PatchCondition& condition) {
 
 void printLocations(std::ostream& out, const TitlePreview& preview) {
     for (const PreviewFile& file : preview.files) {
-        const char* state = file.isReadable   ? (file.isWritable ? "a file" : "a file that cannot be written")
-                            : file.isWritable ? "not there; would be created"
-                                              : "not there";
+        const char* state = preview.isRegistry ? (file.isReadable ? "a key" : "not there, or no right to it")
+                            : file.isReadable  ? (file.isWritable ? "a file" : "a file that cannot be written")
+                            : file.isWritable  ? "not there; would be created"
+                                               : "not there";
         out << "  location " << file.location << ": " << state << '\n';
     }
     if (preview.isFound && preview.readLocation != preview.writtenLocation) {
@@ -138,7 +139,14 @@ void printMatrix(std::ostream& out, const std::vector<Display>& displays, const 
                                    ? describeOutcome(preview.fields[field], preview.isRegistry)
                                    : "nothing happens");
         }
-        if (std::adjacent_find(outcomes.begin(), outcomes.end(), std::not_equal_to<>()) == outcomes.end()) {
+        // Where there is nothing at all to happen, the verdict has said so.
+        std::set<std::string> different;
+        for (std::size_t at = 0; at < previews.size(); ++at) {
+            if (field < previews[at].fields.size()) {
+                different.insert(outcomes[at]);
+            }
+        }
+        if (different.size() < 2) {
             continue;
         }
         out << "  setting " << inQuotes(fullest->fields[field].key) << '\n';

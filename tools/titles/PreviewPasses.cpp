@@ -4,7 +4,9 @@
 #include "titles/TitleSettings.h"
 #include "tools/titles/LineDiff.h"
 
+#include <algorithm>
 #include <exception>
+#include <map>
 #include <utility>
 
 namespace brisk::workbench {
@@ -21,6 +23,26 @@ bool differs(PreviewAdapter& adapter, const ResolutionValues& values, LogCapture
     adapter.patchConditions = conditions;
     log.take();
     return result;
+}
+
+// The keys of the fields that differ. Looked for only where a setting may have been created, which is where a title
+// that settles may need a second adjustment.
+std::vector<std::string> keysThatDiffer(PreviewAdapter& adapter, const ResolutionValues& values, LogCapture& log) {
+    const std::map<std::string, ConfigField> fields = adapter.configFields;
+    std::vector<std::string> keys;
+    if (std::none_of(fields.begin(), fields.end(), [](const auto& field) { return !field.second.createKey.empty(); })) {
+        return keys;
+    }
+    for (const auto& [key, field] : fields) {
+        adapter.configFields = {{key, field}};
+        attempt([&, &name = key] {
+            if (differs(adapter, values, log)) {
+                keys.push_back(name);
+            }
+        });
+    }
+    adapter.configFields = fields;
+    return keys;
 }
 
 // The service's check and, if that asks for it, its rewrite.
@@ -52,6 +74,9 @@ void runPasses(TitlePreview& preview, PreviewAdapter& adapter, const ResolutionV
     std::string before = adapter.snapshot();
     const std::size_t limit = 2 * before.size() + kGrowth;
     while (preview.passes.size() < kPasses && before.size() < limit) {
+        if (preview.passes.size() == 1) {
+            preview.differAgain = keysThatDiffer(adapter, values, log);
+        }
         PassPreview pass = runPass(adapter, values, log);
         std::string after = adapter.snapshot();
         pass.changes = after != before;

@@ -52,11 +52,15 @@ std::string describeOutcome(const FieldPreview& field, bool isRegistry) {
         return isRegistry
                    ? "created as " + inQuotes(field.createdText)
                    : "created at line " + std::to_string(field.createdLine) +
-                         (field.created.count > 1 ? " and " + std::to_string(field.created.count - 1) + " more places"
+                         (field.created.count > 1 ? " and " + std::to_string(field.created.count - 1) +
+                                                        (field.created.count == 2 ? " more place" : " more places")
                                                   : "") +
                          " as " + inQuotes(field.createdText);
     case FieldOutcome::missing:
-        return "nothing happens, wanted " + inQuotes(field.wanted);
+        return (field.matches.count > 0
+                    ? "nothing happens: a setting that is written before hides it from its key, wanted "
+                    : "nothing happens, wanted ") +
+               inQuotes(field.wanted);
     case FieldOutcome::ends:
         break;
     }

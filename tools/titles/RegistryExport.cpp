@@ -104,7 +104,8 @@ std::optional<RegistryValue> readValue(std::string_view text, bool isWide) {
     std::uint32_t number = 0;
     if (text.starts_with("dword:")) {
         text.remove_prefix(6);
-        if (std::from_chars(text.data(), text.data() + text.size(), number, 16).ec != std::errc()) {
+        const auto read = std::from_chars(text.data(), text.data() + text.size(), number, 16);
+        if (read.ec != std::errc() || read.ptr != text.data() + text.size()) {
             return std::nullopt;
         }
         std::string data;
@@ -129,10 +130,15 @@ std::optional<RegistryValue> readValue(std::string_view text, bool isWide) {
 }
 
 // Lines, those that end in a backslash joined with the next one.
-std::vector<std::string> splitLines(std::string_view text) {
-    std::vector<std::string> lines;
+struct ExportLine {
+    std::string text;
+    std::size_t number;
+};
+
+std::vector<ExportLine> splitLines(std::string_view text) {
+    std::vector<ExportLine> lines;
     bool continues = false;
-    while (!text.empty()) {
+    for (std::size_t number = 1; !text.empty(); ++number) {
         const std::size_t end = text.find('\n');
         std::string_view line = trimmed(text.substr(0, end));
         text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
@@ -141,31 +147,35 @@ std::vector<std::string> splitLines(std::string_view text) {
             line.remove_suffix(1);
         }
         if (continues) {
-            lines.back() += line;
+            lines.back().text += line;
         } else {
-            lines.emplace_back(line);
+            lines.push_back({std::string(line), number});
         }
         continues = isContinued;
     }
     return lines;
 }
 
-void readLine(std::string_view line, bool isWide, RegistryKey& key) {
+// False for what no export has.
+bool readLine(std::string_view line, bool isWide, RegistryKey& key) {
     std::optional<std::string> name = std::string();
     if (line.starts_with('"')) {
         name = takeQuoted(line);
     } else if (line.starts_with('@')) {
         line.remove_prefix(1);
     } else {
-        return;
+        return line.empty() || line.starts_with(';');
     }
     line = trimmed(line);
     if (!name || !line.starts_with('=')) {
-        return;
+        return false;
     }
-    if (auto value = readValue(trimmed(line.substr(1)), isWide)) {
+    const std::string_view text = trimmed(line.substr(1));
+    auto value = readValue(text, isWide);
+    if (value) {
         key[*name] = std::move(*value);
     }
+    return value || text == "-";
 }
 
 std::string inQuotationMarks(std::string_view text) {
@@ -194,29 +204,31 @@ bool IgnoringCase::operator()(std::string_view one, std::string_view other) cons
                                         [](char a, char b) { return lowered(a) < lowered(b); });
 }
 
-std::optional<RegistryKeys> readRegistryExport(std::string_view bytes) {
+std::optional<RegistryKeys> readRegistryExport(std::string_view bytes,
+                                               const std::function<void(std::size_t)>& onFault) {
     std::string text;
     if (bytes.starts_with("\xFF\xFE")) {
         text = utf8OfUtf16(bytes.substr(2));
     } else {
         text = bytes.substr(bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0);
     }
-    const std::vector<std::string> lines = splitLines(text);
-    const bool isWide = !lines.empty() && lines.front() == kHead5;
-    if (!isWide && (lines.empty() || lines.front() != kHead4)) {
+    const std::vector<ExportLine> lines = splitLines(text);
+    const bool isWide = !lines.empty() && lines.front().text == kHead5;
+    if (!isWide && (lines.empty() || lines.front().text != kHead4)) {
         return std::nullopt;
     }
     RegistryKeys keys;
     RegistryKey* key = nullptr;
-    for (std::string_view line : lines) {
+    for (const ExportLine& each : lines) {
+        const std::string_view line = each.text;
         if (line.starts_with('[') && line.ends_with(']')) {
             const std::string path(line.substr(1, line.size() - 2));
             key = path.starts_with('-') ? nullptr : &keys[path];
             for (std::size_t end = path.find('\\'); key && end != std::string::npos; end = path.find('\\', end + 1)) {
                 keys.try_emplace(path.substr(0, end));
             }
-        } else if (key) {
-            readLine(line, isWide, *key);
+        } else if (key && !readLine(line, isWide, *key) && onFault) {
+            onFault(each.number);
         }
     }
     return keys;

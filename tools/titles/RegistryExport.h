@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -28,8 +30,10 @@ constexpr std::uint32_t kRegistryNumber = 4; // REG_DWORD
 
 // What a file that Windows' registry editor exported holds: UTF-16 with a byte-order mark ("Windows Registry Editor
 // Version 5.00"), the same as UTF-8, or "REGEDIT4". Keys above the named ones exist, too. Nothing when it is none of
-// these; lines that say nothing are passed over.
-std::optional<RegistryKeys> readRegistryExport(std::string_view bytes);
+// these; other lines are passed over.
+// `onFault` hears the numbers of the lines, from 1, that can be read as nothing an export has.
+std::optional<RegistryKeys> readRegistryExport(std::string_view bytes,
+                                               const std::function<void(std::size_t)>& onFault = {});
 
 // A key's values, one a line, as an export has them: "ScreenWidth"=dword:00000780.
 std::string describe(const RegistryKey& key);

@@ -25,12 +25,16 @@ bool TextPreviewAdapter::findConfig(const std::string& appDirectory) {
     if (!source.open || !findFirstLocation(configLocations, appDirectory, source.lookup)) {
         return false;
     }
+    openFiles();
+    hasFiles = true;
+    return true;
+}
+
+void TextPreviewAdapter::openFiles() {
     files.clear();
     for (const std::string& location : configLocations) {
         files.push_back(source.open(location));
     }
-    hasFiles = true;
-    return true;
 }
 
 bool TextPreviewAdapter::loadConfig() {

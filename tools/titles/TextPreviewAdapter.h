@@ -39,6 +39,8 @@ public:
     bool setIntValue(const std::string& key, std::int32_t number) override;
     std::int32_t getIntValue(const std::string& key, std::int32_t defaultNumber) override;
     std::string getValue(const std::string& key, const std::string& defaultText) override;
+    // Reads what stands at the locations.
+    void openFiles();
     KeyMatches findMatches(const std::string& key) const override;
     std::string snapshot() const override;
 

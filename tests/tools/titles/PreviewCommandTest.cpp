@@ -4,6 +4,7 @@
 #include "CommandFixture.h"
 #include "tools/titles/MachineFiles.h"
 
+#include <algorithm>
 #include <map>
 #include <string>
 
@@ -72,8 +73,14 @@ TEST_F(PreviewCommandTest, SaysWhereAnotherFileIsWrittenThanIsRead) {
     options.gameFolder = in("game");
     options.titles = {"alpha.exe"};
     EXPECT_EQ(run(), 0) << complaint;
-    EXPECT_THAT(printed, ::testing::HasSubstr("READ from " + in("game") + "\\a.ini, but WRITTEN to " + in("profile") +
-                                              "\\AppData\\Local\\Alpha\\a.ini\n"));
+    // Paths are those of the machine.
+    std::string written = in("profile") + "\\AppData\\Local\\Alpha\\a.ini";
+    std::string read = in("game") + "\\a.ini";
+    if (std::filesystem::path::preferred_separator == '/') {
+        std::replace(written.begin(), written.end(), '\\', '/');
+        std::replace(read.begin(), read.end(), '\\', '/');
+    }
+    EXPECT_THAT(printed, ::testing::HasSubstr("READ from " + read + ", but WRITTEN to " + written + "\n"));
 }
 
 TEST_F(PreviewCommandTest, WritesTheAdjustedBytesToTheOutputAlone) {

@@ -43,6 +43,24 @@ TEST(RegistryExportTest, OfOldWindowsIsRead) {
     EXPECT_EQ(describe(keys->at("HKEY_LOCAL_MACHINE\\A")), "\"Text\"=\"ab\"\n");
 }
 
+TEST(RegistryExportTest, LinesThatNoExportHasAreTold) {
+    std::vector<std::size_t> faults;
+    const auto keys = readRegistryExport("Windows Registry Editor Version 5.00\r\n"
+                                         "; a comment\r\n"
+                                         "[HKEY_CURRENT_USER\\A]\r\n"
+                                         "\"Version\"=dword:zz\r\n"
+                                         "\"Bytes\"=hex:01,\\\r\n"
+                                         "  02\r\n"
+                                         "\"Gone\"=-\r\n"
+                                         "\"Width=1\r\n"
+                                         "garbage\r\n"
+                                         "\r\n",
+                                         [&faults](std::size_t line) { faults.push_back(line); });
+    ASSERT_TRUE(keys);
+    EXPECT_EQ(describe(keys->at("HKEY_CURRENT_USER\\A")), "\"Bytes\"=hex(3):01,02\n");
+    EXPECT_THAT(faults, ::testing::ElementsAre(4, 8, 9));
+}
+
 TEST(RegistryExportTest, IsRefusedWhenItIsSomethingElse) {
     EXPECT_FALSE(readRegistryExport("[HKEY_CURRENT_USER\\A]\r\n\"Width\"=dword:00000001\r\n"));
     EXPECT_FALSE(readRegistryExport(""));

@@ -56,6 +56,19 @@ TEST_F(TestCommandTest, EachVerdictIsExpectedAsItIs) {
                        "1 title, 5 cases, 0 failures\n");
 }
 
+TEST_F(TestCommandTest, CaseThatIsAdjustedTwiceIsNeverAccepted) {
+    write("titles/Alpha/title.json", R"j([{"config_type": "txt", "title_name": "Alpha", "binary_name": "alpha.exe",
+  "config_locations": ["%LOCALAPPDATA%\\Alpha\\a.ini"],
+  "config_fields": [{"key": "(\\nMode=)([^\\n]*)()", "value": "Q", "create_key": "(\\n\\[V\\]\\n)()()",
+                     "create_value": "Mode=*"}]}])j");
+    write("titles/Alpha/one/" + std::string(kSettings), "[A]\r\n[V]\r\nWidth=3\r\n");
+    options.accepts = true;
+    EXPECT_EQ(run(), 1);
+    EXPECT_THAT(printed, ::testing::HasSubstr("does not settle: what is written is not what is read, and the next "
+                                              "adjustment writes over it"));
+    EXPECT_THAT(std::filesystem::exists(folder / "titles/Alpha/one/after"), false);
+}
+
 TEST_F(TestCommandTest, AnotherVerdictAndOtherBytesAreFailures) {
     writeCase("one", R"j({"expectation": "untouched"})j", "[A]\r\nVersion=3\r\nWidth=1\r\n");
     EXPECT_EQ(run(), 1);
