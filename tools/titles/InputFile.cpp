@@ -1,6 +1,7 @@
 #include "tools/titles/InputFile.h"
 
 #include "base/TextEncoding.h"
+#include "tools/titles/RegistryExport.h"
 
 #include <filesystem>
 #include <fstream>
@@ -30,6 +31,18 @@ std::string readInput(const std::string& path) {
         return std::move(*bytes);
     }
     throw std::runtime_error("cannot read " + path);
+}
+
+std::string readSettingsFile(const std::string& path) {
+    std::string bytes = readInput(path);
+    if (readRegistryExport(bytes)) {
+        throw std::runtime_error(path + " is an exported registry: a registry title has no expressions, its \"key\" is "
+                                        "the name of a value");
+    }
+    if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) {
+        throw std::runtime_error(path + " is UTF-16, in which the service finds no setting");
+    }
+    return bytes;
 }
 
 } // namespace brisk::workbench

@@ -40,14 +40,7 @@ FileLine splitLine(const std::string& argument) {
 }
 
 SourceText readSettings(const std::string& path) {
-    const auto bytes = readInputFile(path);
-    if (!bytes) {
-        throw std::runtime_error("cannot read " + path);
-    }
-    if (bytes->starts_with("\xFF\xFE") || bytes->starts_with("\xFE\xFF")) {
-        throw std::runtime_error(path + " is UTF-16, in which the service finds no setting");
-    }
-    return {path, readAsText(*bytes)};
+    return {path, readAsText(readSettingsFile(path))};
 }
 
 // The settings on the line that are meant, and what they are to be.
@@ -90,11 +83,19 @@ int printProposals(const SourceText& source, std::size_t line, const KeyOptions&
     const std::string text(source.text());
     const std::size_t begin = static_cast<std::size_t>(source.line(line).data() - source.text().data());
     const std::size_t end = begin + source.line(line).size();
-    const Choice choice =
-        choose(text,
-               findSettings(text, [&](const std::string& /*name*/, std::size_t valueBegin,
-                                      std::size_t) { return valueBegin >= begin && valueBegin <= end; }),
-               options);
+    // A file may be a single line. Each key costs searches through all of it.
+    constexpr std::size_t kMost = 50;
+    constexpr std::size_t kLargeText = 1'000'000;
+    constexpr std::size_t kMostOfLargeText = 2;
+    const std::size_t most = text.size() > kLargeText ? kMostOfLargeText : kMost;
+    std::size_t count = 0;
+    const auto isMeant = [&](const std::string& /*name*/, std::size_t valueBegin, std::size_t valueEnd) {
+        return valueBegin >= begin && valueBegin <= end &&
+               (!options.hasValue || count < most ||
+                std::string_view(text).substr(valueBegin, valueEnd - valueBegin) == options.value) &&
+               ++count <= (options.hasValue ? 2 * most : most);
+    };
+    const Choice choice = choose(text, findSettings(text, isMeant), options);
     Json keys = Json::array();
     Json complaints = Json::array();
     const bool isText = options.format == "text";
@@ -130,6 +131,9 @@ int printProposals(const SourceText& source, std::size_t line, const KeyOptions&
             }
         }
     }
+    if (count > most) {
+        complain(begin, "there are more settings on this line than are shown; --value chooses one");
+    }
     if (choice.places.empty()) {
         complain(begin, "no setting stands on this line, or it is a comment");
     }
@@ -145,7 +149,7 @@ Findings checkSpelling(const SourceText& spelling) {
     const DatabaseCheck check = checkDatabase(SourceText("", front + std::string(spelling.text()) + "}]}]"));
     Findings findings;
     for (Finding finding : check.findings) {
-        if (finding.rule.starts_with("pattern-")) {
+        if (finding.rule.starts_with("pattern-") || finding.rule == "carriage-return") {
             finding.begin -= front.size();
             finding.end -= front.size();
             findings.push_back(std::move(finding));

@@ -58,7 +58,9 @@ bool isComplainedOf(Json field) {
     const DatabaseCheck check =
         checkDatabase(SourceText("", database.dump(-1, ' ', false, Json::error_handler_t::replace)));
     return std::any_of(check.findings.begin(), check.findings.end(), [](const Finding& finding) {
-        return finding.severity != Severity::Note && finding.rule.starts_with("pattern-");
+        return finding.severity != Severity::Note &&
+               (finding.rule.starts_with("pattern-") || finding.rule == "carriage-return" ||
+                finding.rule == "value-not-found");
     });
 }
 
@@ -85,6 +87,9 @@ std::vector<std::string> notesFor(const KeyProposal& proposal, ValueKind kind) {
         notes.emplace_back("a fraction is a text for the service: write the value as the game does, to the digit");
     }
     const Json& value = proposal.field["value"];
+    if (value.is_string() && value.get_ref<const std::string&>().find('$') != std::string::npos) {
+        notes.emplace_back("'$' may have a meaning in a value, and `check` refuses it then: see dollar-in-value");
+    }
     if (value.is_string() && value.get_ref<const std::string&>().empty()) {
         notes.emplace_back("the setting is empty, and an empty text counts as missing; fill in \"value\"");
     }
@@ -133,6 +138,10 @@ std::optional<KeyProposal> proposeKey(const std::string& text, const SettingPlac
         }
         proposal.field = fieldOf(proposal.key, place, proposal.value, kind, wanted);
         proposal.notes = notesFor(proposal, kind);
+        if (!isStrict) {
+            proposal.notes.emplace_back("another setting here differs from this one in the form of its value alone: a "
+                                        "player who has another value there gets both of them changed");
+        }
         if (!isComplainedOf(proposal.field)) {
             return proposal;
         }

@@ -1,5 +1,6 @@
 #include "tools/titles/PatternText.h"
 #include "tools/titles/SettingPlace.h"
+#include "tools/titles/ValueForm.h"
 
 #include <algorithm>
 #include <optional>
@@ -30,7 +31,7 @@ bool isBlank(char byte) {
     return byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
 }
 
-// Names first, then whatever else tells elements apart.
+// Names first, then other words that tell elements apart.
 bool isIdentifying(std::string_view name) {
     std::string small;
     for (const char letter : name) {
@@ -153,12 +154,27 @@ private:
                         : "");
     }
 
+    // Whether an attribute's value is no setting itself, which another player has otherwise: a number, or on and off.
+    bool mayBePinned(const Attribute& attribute) const {
+        return isIdentifying(attribute.name) ||
+               kindOf(text.substr(attribute.begin, attribute.end - attribute.begin)) == ValueKind::text;
+    }
+
+    // What stands in front of an element that begins its line, as no element in a comment does. Nothing elsewhere.
+    std::optional<std::string> lineBegin(std::size_t at) const {
+        const std::size_t last = text.find_last_not_of(" \t", at == 0 ? 0 : at - 1);
+        if (at == 0 || last == npos || text[last] != '\n') {
+            return std::nullopt;
+        }
+        return "\\n" + blanksLike(text.substr(last + 1, at - last - 1));
+    }
+
     // Start tags of this element up to a place behind one of its attributes, the most telling one first.
     std::vector<std::string> tagsWithAttribute(const Element& element, std::size_t count) const {
         std::vector<std::string> tags;
         for (const bool isName : {true, false}) {
             for (std::size_t index = 0; index < count; ++index) {
-                if (isIdentifying(element.attributes[index].name) == isName) {
+                if (isIdentifying(element.attributes[index].name) == isName && mayBePinned(element.attributes[index])) {
                     tags.push_back('<' + escapePattern(element.name) + anyAttributes() + "\\s" +
                                    written(element.attributes[index], true));
                 }
@@ -198,12 +214,17 @@ private:
         const std::string behind(1, attribute.quote);
         const std::string itself = anyAttributes() + "\\s" + written(attribute, false);
         std::vector<Surroundings> plain{{'<' + escapePattern(element.name) + itself, behind}};
+        if (const auto front = lineBegin(element.begin)) {
+            plain.push_back({*front + plain[0].before, behind});
+        }
         for (const std::string& tag : tagsWithAttribute(element, index)) {
             plain.push_back({tag + itself, behind});
         }
         for (std::size_t later = index + 1; later < element.attributes.size(); ++later) {
-            plain.push_back(
-                {plain[0].before, behind + anyAttributes() + "\\s" + written(element.attributes[later], true)});
+            if (mayBePinned(element.attributes[later])) {
+                plain.push_back(
+                    {plain[0].before, behind + anyAttributes() + "\\s" + written(element.attributes[later], true)});
+            }
         }
         offer(place, plain);
         found.push_back(std::move(place));
@@ -226,6 +247,9 @@ private:
         const std::string inner = hasBlanks && !value.empty() ? "\\s*" : "";
         std::vector<Surroundings> plain{
             {'<' + escapePattern(name) + (element.attributes.empty() ? ">" : anyAttributes() + ">") + inner, behind}};
+        if (const auto front = lineBegin(element.begin)) {
+            plain.push_back({*front + plain[0].before, behind});
+        }
         for (const std::string& tag : tagsWithAttribute(element, element.attributes.size())) {
             plain.push_back({tag + "[^>]*>" + inner, behind});
         }

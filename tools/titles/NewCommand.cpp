@@ -36,7 +36,7 @@ int runNew(const NewOptions& options) {
         sources.executablePath = absolutePath(options.executable);
     }
     if (!options.settings.empty()) {
-        sources.settings = readInput(options.settings);
+        sources.settings = readSettingsFile(options.settings);
         sources.settingsPath = absolutePath(options.settings);
     }
     NewTitle made;

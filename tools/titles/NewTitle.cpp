@@ -75,9 +75,12 @@ void addFields(const NewTitleSources& sources, NewTitle& result) {
         return end - begin >= leastDigits &&
                kindOf(std::string_view(text).substr(begin, end - begin)) == ValueKind::number;
     };
+    // A file of any size has a few of them, or is none of settings.
+    constexpr std::size_t kMostPlaces = 200;
+    std::size_t count = 0;
     std::vector<SettingPlace> places;
-    for (const SettingPlace& place : findSettings(text, [](const std::string& name, std::size_t, std::size_t) {
-             return dimensionOf(name) || isScreenName(name);
+    for (const SettingPlace& place : findSettings(text, [&count](const std::string& name, std::size_t, std::size_t) {
+             return (dimensionOf(name) || isScreenName(name)) && ++count <= kMostPlaces;
          })) {
         if (dimensionOf(place.name) && isNumber(place.begin, place.end, 3)) {
             places.push_back(place);
@@ -90,8 +93,10 @@ void addFields(const NewTitleSources& sources, NewTitle& result) {
         }
     }
     for (const SettingPlace& place : places) {
-        const auto proposal = proposeKey(text, place, std::nullopt);
-        if (proposal && result.title["config_fields"].size() < kMostFields) {
+        if (result.title["config_fields"].size() == kMostFields) {
+            break;
+        }
+        if (const auto proposal = proposeKey(text, place, std::nullopt)) {
             result.title["config_fields"].push_back(proposal->field);
         }
     }
@@ -125,9 +130,14 @@ NewTitle makeTitle(const NewTitleSources& sources) {
     result.notes.emplace_back("fill in \"id\", the game id under which the host announces the game");
     if (!sources.executablePath.empty()) {
         addExecutable(sources, result);
+    } else {
+        result.notes.emplace_back("fill in \"title_name\", \"publisher\" and \"binary_name\", or give the game's "
+                                  "executable: --exe GAME.EXE");
     }
     if (!sources.settingsPath.empty()) {
         addSettings(sources, result);
+    } else {
+        result.notes.emplace_back("fill in \"config_locations\", or give the game's settings: --file SETTINGS");
     }
     if (result.title["config_fields"].empty()) {
         result.notes.emplace_back(

@@ -1,5 +1,8 @@
 #include "tools/titles/PatternText.h"
 #include "tools/titles/SettingPlace.h"
+#include "tools/titles/SettingsText.h"
+
+#include <algorithm>
 
 namespace brisk::workbench {
 
@@ -29,6 +32,20 @@ bool isScript(std::string_view text) {
            text.starts_with("local ");
 }
 
+// "video:" with a deeper line behind it.
+bool opensBlock(std::string_view text, const SettingPlace& place) {
+    const std::size_t colon = text.find_last_not_of(" \t", place.begin == 0 ? 0 : place.begin - 1);
+    if (place.begin != place.end || colon == std::string_view::npos || text[colon] != ':') {
+        return false;
+    }
+    const auto indentOf = [text](std::size_t begin) {
+        return std::min(text.find_first_not_of(" \t", begin), text.size()) - begin;
+    };
+    const std::size_t line = text.rfind('\n', colon) + 1;
+    const std::size_t next = text.find('\n', place.end);
+    return next != std::string_view::npos && indentOf(next + 1) > indentOf(line);
+}
+
 } // namespace
 
 std::vector<SettingPlace> findSettings(std::string_view text, const WantedSetting& isWanted) {
@@ -40,8 +57,17 @@ std::vector<SettingPlace> findSettings(std::string_view text, const WantedSettin
                (!content.starts_with('[') && (hasTables(content) || isScript(content)))) {
         found = findTableSettings(text, isWanted);
     }
-    // Whatever it looks like, a line may be one.
-    return found.empty() ? findLineSettings(text, isWanted) : found;
+    if (!found.empty()) {
+        return found;
+    }
+    // Whatever it looks like, a line may be one. What only opens a block is none.
+    found = findLineSettings(text, isWanted);
+    std::erase_if(found, [&](const SettingPlace& place) {
+        const std::string_view value = text.substr(place.begin, place.end - place.begin);
+        return value == "{" || value == "[" || value == "(" || opensBlock(text, place) ||
+               (content.starts_with('<') && isInComment(text, place.begin));
+    });
+    return found;
 }
 
 } // namespace brisk::workbench

@@ -151,10 +151,10 @@ TEST_F(KeyCommandTest, WrongExpressionIsShownWithItsFault) {
 TEST_F(KeyCommandTest, MatchesAreToldAsJson) {
     const std::string file = write("a.ini", "a=1\n");
     const Answer answer =
-        runCommand(addKeyCommand, {"key", "--raw", "(^a=)(\\d)()", "--file", file, "--format", "json"});
+        runCommand(addKeyCommand, {"key", "--raw", "(\\ba=)(\\d)()", "--file", file, "--format", "json"});
     EXPECT_EQ(answer.code, 0);
     EXPECT_EQ(nlohmann::json::parse(answer.out), (nlohmann::json{{"file", file},
-                                                                 {"key", "(^a=)(\\d)()"},
+                                                                 {"key", "(\\ba=)(\\d)()"},
                                                                  {"count", 1},
                                                                  {"matches",
                                                                   {{{"line", 1},

@@ -25,6 +25,9 @@ protected:
 };
 
 constexpr char kNoId[] = "brisktitles: fill in \"id\", the game id under which the host announces the game\n";
+constexpr char kNoGame[] = "brisktitles: fill in \"title_name\", \"publisher\" and \"binary_name\", or give the game's "
+                           "executable: --exe GAME.EXE\n";
+constexpr char kNoPlace[] = "brisktitles: fill in \"config_locations\", or give the game's settings: --file SETTINGS\n";
 constexpr char kNoFields[] = "brisktitles: fill in \"config_fields\": `brisktitles key --file FILE:LINE` proposes a "
                              "setting's key\n";
 
@@ -64,7 +67,7 @@ TEST_F(NewCommandTest, ScreensWidthAndHeightAreProposedAsFields) {
                       "    { \"key\": \"(\\\\nResolution=\\\\d+x)(\\\\d+)()\", \"meta\": \"height\", \"value\": 0 }\n"
                       "  ]\n"
                       "}\n",
-                      kNoId}));
+                      std::string(kNoId) + kNoGame}));
 }
 
 TEST_F(NewCommandTest, WithoutFilesThereIsAnEmptyTitle) {
@@ -78,7 +81,7 @@ TEST_F(NewCommandTest, WithoutFilesThereIsAnEmptyTitle) {
                                                           "  \"config_locations\": [],\n"
                                                           "  \"config_fields\": []\n"
                                                           "}\n",
-                                                          std::string(kNoId) + kNoFields}));
+                                                          std::string(kNoId) + kNoGame + kNoPlace + kNoFields}));
 }
 
 TEST_F(NewCommandTest, NotesTellWhatTheAuthorHasToLookAt) {
@@ -98,6 +101,7 @@ TEST_F(NewCommandTest, NotesTellWhatTheAuthorHasToLookAt) {
             "a notification cannot show \"title_name\" as it is: write it in plain ASCII without '&' and '<'",
             "the executable has no company name: it matches whatever \"publisher\" is",
             "the executable was once named \"shipping.exe\": \"binary_name\" is the name under which the game runs",
+            "fill in \"config_locations\", or give the game's settings: --file SETTINGS",
             "fill in \"config_fields\": `brisktitles key --file FILE:LINE` proposes a setting's key"}));
 }
 
@@ -107,6 +111,9 @@ TEST_F(NewCommandTest, WhatCannotBeReadEndsInAMessage) {
               (Answer{2, "", "brisktitles: cannot take " + text + ": it is no Windows executable\n"}));
     EXPECT_EQ(runCommand(addNewCommand, {"new", "--file", "no such file"}),
               (Answer{2, "", "brisktitles: cannot read no such file\n"}));
+    const std::string wide = write("wide.ini", std::string("\xFF\xFE[\0A\0]\0", 8));
+    EXPECT_EQ(runCommand(addNewCommand, {"new", "--file", wide}),
+              (Answer{2, "", "brisktitles: " + wide + " is UTF-16, in which the service finds no setting\n"}));
     EXPECT_EQ(runCommand(addNewCommand, {"new", "more"}).code, 2);
 }
 
