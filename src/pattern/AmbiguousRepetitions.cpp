@@ -1,5 +1,7 @@
 #include "pattern/AmbiguousRepetitions.h"
 
+#include "pattern/PatternLengths.h"
+
 #include <algorithm>
 #include <bitset>
 #include <utility>
@@ -200,6 +202,7 @@ std::vector<std::size_t> ambiguousRepetitions(const PatternTree& tree) {
     // Whether there is more than one way through a node.
     std::vector<bool> hasChoice(tree.nodes.size());
     std::size_t stepsLeft = kMaximumSteps;
+    const auto lengths = lengthsOf(tree);
     for (std::size_t index = tree.nodes.size(); index-- > 0;) {
         const PatternNode& node = tree.nodes[index];
         std::size_t children = 0;
@@ -208,8 +211,11 @@ std::vector<std::size_t> ambiguousRepetitions(const PatternTree& tree) {
             hasChoice[index] = hasChoice[index] || hasChoice[child];
         });
         const bool isInnermost = found.empty() || found.back() >= index + node.size;
+        // Which of the rounds that must be take nothing, (?:a?){30}: as many ways as there are choices of them.
+        const bool mayAllBeEmpty = node.kind == Kind::repetition && node.minimum > kFewRounds &&
+                                   lengths[index + 1].minimum == 0 && lengths[index + 1].maximum > 0;
         if (node.kind == Kind::repetition && node.maximum > kFewRounds && hasChoice[index] && isInnermost &&
-            Rounds::areAmbiguous(tree, index, stepsLeft)) {
+            (mayAllBeEmpty || Rounds::areAmbiguous(tree, index, stepsLeft))) {
             found.push_back(index);
         }
         hasChoice[index] = hasChoice[index] || node.kind == Kind::repetition || node.kind == Kind::backReference ||

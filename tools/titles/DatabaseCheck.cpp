@@ -29,11 +29,12 @@ public:
 
     void add(const JsonValue& title) {
         if (const JsonValue* name = findText(title, "binary_name")) {
-            const auto [earlier, isNew] = names.emplace(name->text(), name->begin);
+            auto [earlier, isNew] = names.emplace(name->text(), name->begin);
             if (!isNew) {
                 report.add(Severity::Error, "duplicate-binary-name", *name,
                            "a later title of the same executable replaces the earlier one, which stands " +
                                placeOf(earlier->second) + " and is hidden");
+                earlier->second = name->begin;
             }
         }
         if (const JsonValue* id = findNumber(title, "id")) {
@@ -50,11 +51,12 @@ public:
             if (!key) {
                 continue;
             }
-            const auto [earlier, isNew] = keys.emplace(key->text(), key->begin);
+            auto [earlier, isNew] = keys.emplace(key->text(), key->begin);
             if (!isNew) {
                 report.add(Severity::Error, "duplicate-field", *key,
                            "a later setting of the same key replaces the earlier one, which stands " +
                                placeOf(earlier->second));
+                earlier->second = key->begin;
             }
         }
     }
@@ -101,8 +103,12 @@ void checkRoot(const JsonOutcome& outcome, std::size_t titles, Report& report) {
         report.add(Severity::Error, outcome.fault->rule.c_str(), outcome.fault->offset, outcome.fault->offset + 1,
                    outcome.fault->message);
     } else if (outcome.rootType != Type::array) {
-        report.add(Severity::Error, "not-an-array", outcome.rootBegin, outcome.rootBegin + 1,
-                   "a database is an array of titles, [...]; the service ends at its start with anything else");
+        report.add(
+            Severity::Error, "not-an-array", outcome.rootBegin, outcome.rootBegin + 1,
+            std::string("a database is an array of titles, [...]; the service ends at its start with anything else") +
+                (outcome.rootType == Type::object
+                     ? ". A title's own file may do without the array: `build` and `test` take it, and check it"
+                     : ""));
     } else if (titles == 0) {
         report.add(Severity::Error, "no-title", outcome.rootBegin, outcome.rootBegin + 1,
                    "there is no title in the database, and the service ends at its start");
@@ -117,6 +123,7 @@ DatabaseCheck checkDatabase(const SourceText& database, const std::function<void
     checkEncoding(database.text(), report);
     if (report.found.empty()) {
         CrossCheck cross(database, report);
+        PatternRules patterns(database.text());
         const JsonOutcome outcome = readJsonElements(database.text(), [&](const JsonValue& element) {
             const JsonValue* name = element.isObject() ? findText(element, "binary_name") : nullptr;
             report.setTitle(name ? std::optional(name->text()) : std::nullopt);
@@ -127,9 +134,9 @@ DatabaseCheck checkDatabase(const SourceText& database, const std::function<void
                 ++check.titles;
             }
             checkKeys(element, report);
-            checkLocations(element, report);
+            checkLocations(database.text(), element, report);
             checkValues(element, report);
-            checkPatterns(database.text(), element, report);
+            patterns.check(element, report);
             cross.add(element);
             if (onProgress) {
                 onProgress(element.end);

@@ -148,8 +148,12 @@ void checkNumber(const JsonValue& value, bool isSigned, Report& report) {
     const double highest =
         isSigned ? std::numeric_limits<std::int32_t>::max() : std::numeric_limits<std::uint32_t>::max();
     if (number < lowest || number > highest) {
+        const bool isFloat = value.type == Type::number_float;
         report.add(Severity::Error, "number-range", value,
-                   std::string("the service keeps only the low 32 bits of a number; this one must lie between ") +
+                   std::string(isFloat
+                                   ? "what the service makes of so large a number is undefined; this one must lie "
+                                     "between "
+                                   : "the service keeps only the low 32 bits of a number; this one must lie between ") +
                        (isSigned ? "-2147483648 and 2147483647" : "0 and 4294967295"));
     }
 }

@@ -1,5 +1,6 @@
 #include "tools/titles/LocationRules.h"
 
+#include "tools/titles/JsonText.h"
 #include "tools/titles/ProfileFiles.h"
 #include "tools/titles/Suggestion.h"
 #include "tools/titles/TitleParts.h"
@@ -8,6 +9,8 @@
 #include <array>
 #include <cctype>
 #include <iterator>
+#include <string>
+#include <utility>
 #include <vector>
 
 namespace brisk::workbench {
@@ -66,144 +69,282 @@ bool startsAnywhere(std::string_view location) {
     return location.starts_with('%') || isDrive || isServer;
 }
 
-void checkPlaceholders(const JsonValue& location, Report& report) {
-    const std::string& path = location.text();
-    const std::vector<std::string_view>& known = placeholders();
-    for (const std::string_view part : findPlaceholders(path)) {
-        if (std::find(known.begin(), known.end(), part) == known.end()) {
-            report.add(Severity::Error, "unknown-placeholder", location,
-                       "\"" + std::string(part) +
-                           "\" is no placeholder and stays as it is, so the file is never found" +
-                           didYouMean(part, known));
+std::string lowered(std::string_view text) {
+    std::string lower(text);
+    std::transform(lower.begin(), lower.end(), lower.begin(),
+                   [](char byte) { return static_cast<char>(std::tolower(static_cast<unsigned char>(byte))); });
+    return lower;
+}
+
+// The findings of one location, with where its parts stand in the database.
+class LocationChecks {
+public:
+    LocationChecks(std::string_view json, const JsonValue& value, Report& output)
+        : source(json), location(value), path(value.text()), report(output) {}
+
+    void checkText() {
+        if (path.starts_with("HKEY_")) {
+            add(Severity::Error, "relative-path", path,
+                "this is a registry key; a title with such a location has \"config_type\": \"reg\"");
+            return;
+        }
+        checkPlaceholders();
+        checkWildcards();
+        checkCharacters();
+        if (!startsAnywhere(path)) {
+            add(Severity::Error, "relative-path", path,
+                "a path that begins at no drive and no placeholder is looked for in the folder in which the service "
+                "happens to run; begin with %APPDIR%\\ or another placeholder");
+        } else if (isSeparator(path.back()) ||
+                   std::find(placeholders().begin(), placeholders().end(), path) != placeholders().end()) {
+            add(Severity::Error, "folder-location", path, "this names a folder; the file's name is missing");
+        } else if (path.size() > 2 && path[1] == ':' && lowered(path.substr(2)).starts_with(R"(\users\)")) {
+            add(Severity::Warning, "own-folder", path.substr(0, 9),
+                "this is the folder of one user, and other players have other names; begin with %USERPROFILE%\\, "
+                "%LOCALAPPDATA%\\ or %APPDATA%\\");
         }
     }
-    for (const std::string_view placeholder : known) {
-        if (count(path, placeholder) > 1) {
-            report.add(Severity::Error, "repeated-placeholder", location,
-                       "\"" + std::string(placeholder) + "\" is replaced once only; the second one stays as it is");
+
+    void checkRegistry() {
+        const std::size_t slash = path.find('/');
+        const std::string_view root = path.substr(0, path.find_first_of("\\/"));
+        if (std::find(kRoots.begin(), kRoots.end(), root) == kRoots.end()) {
+            add(Severity::Error, "registry-root", path,
+                "the root of a registry location is HKEY_CURRENT_USER, written in full, and a slash" +
+                    didYouMean(root, kRoots));
+            return;
+        }
+        if (slash == std::string_view::npos || slash != root.size()) {
+            add(Severity::Error, "registry-slash", path,
+                "between the root and the key's path stands a slash, not a backslash: " + std::string(root) + "/...");
+        } else if (slash + 1 == path.size()) {
+            add(Severity::Error, "registry-root", path, "the path of the key is missing behind the root");
+        } else if (const std::size_t empty = emptyName(slash); empty != std::string_view::npos) {
+            add(Severity::Error, "registry-slash", path.substr(empty, 1),
+                "nothing stands between these two separators, and there is no key without a name");
+        }
+        if (root == "HKEY_LOCAL_MACHINE") {
+            add(Severity::Warning, "registry-machine", root,
+                "the service runs without elevation, and Windows refuses it every right on a key of "
+                "HKEY_LOCAL_MACHINE: the title is never found");
+        }
+        const std::vector<std::string_view> parts = findPlaceholders(path);
+        if (!parts.empty()) {
+            add(Severity::Error, "registry-placeholder", parts.front(),
+                "a placeholder stands for a folder, which is no part of a registry key's path");
+        } else if (const std::size_t star = path.find('*'); star != std::string_view::npos) {
+            add(Severity::Warning, "registry-placeholder", path.substr(star, 1),
+                "there are no wildcards in the registry: '*' is looked for as a key of that name");
         }
     }
-    if (const std::size_t at = path.find(kAppDirectory); at != std::string::npos && at != 0) {
-        report.add(Severity::Error, "misplaced-placeholder", location,
-                   "%APPDIR%, the folder of the running game, stands for a whole path: it belongs at the beginning");
-    } else if (const auto inner = std::find_if(known.begin(), known.end(),
-                                               [&path](std::string_view placeholder) {
-                                                   const std::size_t place = path.find(placeholder);
-                                                   return place != std::string::npos && place != 0;
-                                               });
-               inner != known.end()) {
-        report.add(Severity::Error, "misplaced-placeholder", location,
-                   "\"" + std::string(*inner) + "\" stands for a whole path: it belongs at the beginning");
+
+private:
+    void add(Severity severity, const char* rule, std::string_view part, std::string message) {
+        const auto begin = static_cast<std::size_t>(part.data() - path.data());
+        if (part.size() == path.size()) {
+            report.add(severity, rule, location, std::move(message));
+            return;
+        }
+        report.add(severity, rule, placeInText(source, location, begin),
+                   placeInText(source, location, begin + part.size()), std::move(message));
     }
+
+    // The second of two separators that follow each other.
+    std::size_t emptyName(std::size_t at) const {
+        for (; at + 1 < path.size(); ++at) {
+            if (isSeparator(path[at]) && isSeparator(path[at + 1])) {
+                return at + 1;
+            }
+        }
+        return std::string_view::npos;
+    }
+
+    void checkPlaceholders() {
+        const std::vector<std::string_view>& known = placeholders();
+        const auto isKnown = [&known](std::string_view part) {
+            return std::find(known.begin(), known.end(), part) != known.end();
+        };
+        const std::vector<std::string_view> parts = findPlaceholders(path);
+        for (const std::string_view part : parts) {
+            if (!isKnown(part)) {
+                add(Severity::Error, "unknown-placeholder", part,
+                    "\"" + std::string(part) + "\" is no placeholder and stays as it is, so the file is never found" +
+                        didYouMean(part, known));
+            }
+        }
+        checkHalfPlaceholders(parts);
+        for (const std::string_view placeholder : known) {
+            if (count(path, placeholder) > 1) {
+                const std::size_t second = path.find(placeholder, path.find(placeholder) + 1);
+                add(Severity::Error, "repeated-placeholder", path.substr(second, placeholder.size()),
+                    "\"" + std::string(placeholder) + "\" is replaced once only; the second one stays as it is");
+            }
+        }
+        for (const std::string_view part : parts) {
+            const auto place = static_cast<std::size_t>(part.data() - path.data());
+            const std::string name = "\"" + std::string(part) + "\"";
+            if (isKnown(part) && place != 0) {
+                if (path.find(part) == place) {
+                    add(Severity::Error, "misplaced-placeholder", part,
+                        name + " stands for a whole path: it belongs at the beginning");
+                }
+            } else if (isKnown(part) && part.size() < path.size() && !isSeparator(path[part.size()])) {
+                add(Severity::Error, "misplaced-placeholder", part,
+                    "a backslash is missing behind " + name +
+                        ": what follows would become part of the name of the folder");
+            }
+        }
+    }
+
+    // A percent sign that begins no placeholder is part of a name, unless it is meant for one.
+    void checkHalfPlaceholders(const std::vector<std::string_view>& parts) {
+        for (std::size_t at = path.find('%'); at != std::string_view::npos; at = path.find('%', at + 1)) {
+            const bool isPart = std::any_of(parts.begin(), parts.end(), [&](std::string_view part) {
+                return path.data() + at >= part.data() && path.data() + at < part.data() + part.size();
+            });
+            const std::string_view rest = path.substr(at, path.find_first_of("\\/", at) - at);
+            const bool isMeant = std::any_of(placeholders().begin(), placeholders().end(), [&](std::string_view known) {
+                return lowered(rest).starts_with(lowered(known.substr(0, known.size() - 1)));
+            });
+            if (!isPart && (at == 0 || isMeant)) {
+                add(Severity::Error, "unknown-placeholder", rest,
+                    "\"" + std::string(rest) + "\" is no placeholder and stays as it is, so the file is never found" +
+                        didYouMean(std::string(rest) + '%', placeholders()));
+            }
+        }
+    }
+
+    void checkWildcards() {
+        const std::size_t star = path.find('*');
+        if (const std::size_t mark = path.find('?'); mark != std::string_view::npos) {
+            add(Severity::Error, "wildcard-in-name", path.substr(mark, 1),
+                "'?' is no wildcard, and no file's name has one");
+        }
+        if (star == std::string_view::npos) {
+            return;
+        }
+        const bool beginsName = star > 0 && isSeparator(path[star - 1]);
+        const bool endsName = star + 1 == path.size() || isSeparator(path[star + 1]);
+        if (!beginsName || !endsName) {
+            add(Severity::Error, "wildcard-in-name", path.substr(star, 1),
+                "'*' stands for the whole name of a folder, not for a part of a name: such a location is never found");
+        } else if (star + 1 == path.size()) {
+            add(Severity::Error, "wildcard-last", path.substr(star, 1),
+                "'*' stands for a folder, never for a file: the name of the file must follow it");
+        }
+        if (const std::size_t second = path.find('*', star + 1); second != std::string_view::npos) {
+            add(Severity::Error, "second-wildcard", path.substr(second, 1),
+                "only the first '*' is replaced; with a second one the file is never found");
+        }
+    }
+
+    void checkCharacters() {
+        const auto isForbidden = [](char byte) {
+            return static_cast<unsigned char>(byte) < 0x20 || byte == '<' || byte == '>' || byte == '|' || byte == '"';
+        };
+        const auto found = std::find_if(path.begin(), path.end(), isForbidden);
+        if (found != path.end()) {
+            add(Severity::Error, "path-character", path.substr(static_cast<std::size_t>(found - path.begin()), 1),
+                static_cast<unsigned char>(*found) < 0x20
+                    ? "no path has a control character or line break; in JSON a backslash is written twice"
+                    : std::string("no path has the character '") + *found + "', so the file is never found");
+        } else if (path.ends_with(' ')) {
+            add(Severity::Warning, "path-character", path.substr(path.size() - 1),
+                "a blank at the end of a path: no file's name ends in one");
+        }
+    }
+
+    std::string_view source;
+    const JsonValue& location;
+    std::string_view path;
+    Report& report;
+};
+
+// The parts of the path of a location's folder, in small letters, with the folders of placeholders in one form.
+std::vector<std::string> folderOf(std::string_view location) {
+    std::string path = lowered(location);
+    std::replace(path.begin(), path.end(), '/', '\\');
+    static constexpr std::pair<std::string_view, std::string_view> kFolders[] = {
+        {"%localappdata%", R"(%userprofile%\appdata\local)"}, {"%appdata%", R"(%userprofile%\appdata\roaming)"}};
+    for (const auto& [name, folder] : kFolders) {
+        if (path.starts_with(name)) {
+            path.replace(0, name.size(), folder);
+        }
+    }
+    std::vector<std::string> parts;
+    for (std::size_t begin = 0; begin <= path.size();) {
+        const std::size_t end = std::min(path.find('\\', begin), path.size());
+        parts.push_back(path.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    parts.pop_back();
+    return parts;
 }
 
-void checkWildcards(const JsonValue& location, Report& report) {
-    const std::string& path = location.text();
-    const std::size_t star = path.find('*');
-    if (path.find('?') != std::string::npos) {
-        report.add(Severity::Error, "wildcard-in-name", location, "'?' is no wildcard, and no file's name has one");
+// Folders that are there whether a game is installed or not.
+bool existsAnyway(const std::vector<std::string>& folder) {
+    static constexpr auto kOfUser = std::to_array<std::string_view>(
+        {"documents", "saved games", "desktop", "downloads", "pictures", "music", "videos", "appdata"});
+    static constexpr auto kOfData = std::to_array<std::string_view>({"local", "locallow", "roaming"});
+    const auto isOneOf = [](const auto& names, const std::string& name) {
+        return std::find(names.begin(), names.end(), name) != names.end();
+    };
+    if (folder.size() == 1) {
+        return folder[0] == "%userprofile%" || folder[0] == "%appdir%" ||
+               (folder[0].size() == 2 && folder[0][1] == ':');
     }
-    if (star == std::string::npos) {
-        return;
-    }
-    const bool beginsName = star > 0 && isSeparator(path[star - 1]);
-    const bool endsName = star + 1 == path.size() || isSeparator(path[star + 1]);
-    if (!beginsName || !endsName) {
-        report.add(
-            Severity::Error, "wildcard-in-name", location,
-            "'*' stands for the whole name of a folder, not for a part of a name: such a location is never found");
-    } else if (star + 1 == path.size()) {
-        report.add(Severity::Error, "wildcard-last", location,
-                   "'*' stands for a folder, never for a file: the name of the file must follow it");
-    }
-    if (path.find('*', star + 1) != std::string::npos) {
-        report.add(Severity::Error, "second-wildcard", location,
-                   "only the first '*' is replaced; with a second one the file is never found");
-    }
+    return !folder.empty() && folder[0] == "%userprofile%" &&
+           ((folder.size() == 2 && isOneOf(kOfUser, folder[1])) ||
+            (folder.size() == 3 && folder[1] == "appdata" && isOneOf(kOfData, folder[2])));
 }
 
-void checkTextLocation(const JsonValue& location, Report& report) {
-    const std::string& path = location.text();
-    if (path.starts_with("HKEY_")) {
-        report.add(Severity::Error, "relative-path", location,
-                   "this is a registry key; a title with such a location has \"config_type\": \"reg\"");
-        return;
-    }
-    checkPlaceholders(location, report);
-    checkWildcards(location, report);
-    if (!startsAnywhere(path)) {
-        report.add(Severity::Error, "relative-path", location,
-                   "a path that begins at no drive and no placeholder is looked for in the folder in which the service "
-                   "happens to run; begin with %APPDIR%\\ or another placeholder");
-    } else if (!path.empty() && isSeparator(path.back())) {
-        report.add(Severity::Error, "folder-location", location, "this names a folder; the file's name is missing");
-    }
-}
-
-// A folder that is there whether the game is installed or not.
-bool isInFolderThatExists(std::string_view location) {
-    const std::size_t last = location.find_last_of("\\/");
-    return last != std::string_view::npos &&
-           std::find(placeholders().begin(), placeholders().end(), location.substr(0, last)) != placeholders().end();
+// Whether the one folder is the other one or lies around it.
+bool contains(const std::vector<std::string>& outer, const std::vector<std::string>& inner) {
+    return !outer.empty() && outer.size() <= inner.size() &&
+           std::equal(outer.begin(), outer.end(), inner.begin(),
+                      [](const std::string& one, const std::string& other) { return one == "*" || one == other; });
 }
 
 void checkOrder(const JsonValue& locations, Report& report) {
-    for (std::size_t index = 0; index + 1 < locations.items.size(); ++index) {
+    constexpr std::size_t kMost = 200; // compared with each other
+    std::vector<std::vector<std::string>> folders;
+    for (std::size_t index = 0; index < std::min(locations.items.size(), kMost); ++index) {
         const JsonValue& location = locations.items[index];
-        if (location.isString() && isInFolderThatExists(location.text())) {
+        folders.push_back(location.isString() ? folderOf(location.text()) : std::vector<std::string>());
+    }
+    for (std::size_t index = 0; index + 1 < folders.size(); ++index) {
+        const bool isAround =
+            std::any_of(folders.begin() + static_cast<std::ptrdiff_t>(index) + 1, folders.end(),
+                        [&](const std::vector<std::string>& later) { return contains(folders[index], later); });
+        if (existsAnyway(folders[index]) || isAround) {
             report.add(
-                Severity::Warning, "created-location", location,
+                Severity::Warning, "created-location", locations.items[index],
                 "its folder exists also where the settings are in a later location: adjusting would create a new "
                 "file here and leave the player's own as it is; put this location last");
         }
     }
 }
 
-void checkRegistryLocations(const JsonValue& locations, Report& report) {
-    if (locations.items.size() > 1) {
-        report.add(Severity::Warning, "registry-locations", locations.items[1],
-                   "only the first location of a registry title is used");
-    }
-    const JsonValue& location = locations.items.front();
-    if (!location.isString()) {
-        return;
-    }
-    const std::string& path = location.text();
-    const std::size_t slash = path.find('/');
-    const std::string root = path.substr(0, path.find_first_of("\\/"));
-    if (std::find(kRoots.begin(), kRoots.end(), root) == kRoots.end()) {
-        report.add(Severity::Error, "registry-root", location,
-                   "the root of a registry location is HKEY_CURRENT_USER, written in full, and a slash" +
-                       didYouMean(root, kRoots));
-        return;
-    }
-    if (slash == std::string::npos || slash != root.size()) {
-        report.add(Severity::Error, "registry-slash", location,
-                   "between the root and the key's path stands a slash, not a backslash: " + root + "/...");
-    } else if (slash + 1 == path.size()) {
-        report.add(Severity::Error, "registry-root", location, "the path of the key is missing behind the root");
-    }
-    if (root == "HKEY_LOCAL_MACHINE") {
-        report.add(Severity::Warning, "registry-machine", location,
-                   "the service runs without elevation, and Windows refuses it every right on a key of "
-                   "HKEY_LOCAL_MACHINE: the title is never found");
-    }
-}
-
 } // namespace
 
-void checkLocations(const JsonValue& title, Report& report) {
+void checkLocations(std::string_view source, const JsonValue& title, Report& report) {
     const JsonValue* locations = findArray(title, "config_locations");
     if (!locations || locations->items.empty()) {
         return;
     }
     if (isRegistryTitle(title)) {
-        checkRegistryLocations(*locations, report);
+        if (locations->items.size() > 1) {
+            report.add(Severity::Warning, "registry-locations", locations->items[1],
+                       "only the first location of a registry title is used");
+        }
+        if (locations->items.front().isString()) {
+            LocationChecks(source, locations->items.front(), report).checkRegistry();
+        }
         return;
     }
     for (const JsonValue& location : locations->items) {
         if (location.isString()) {
-            checkTextLocation(location, report);
+            LocationChecks(source, location, report).checkText();
         }
     }
     checkOrder(*locations, report);

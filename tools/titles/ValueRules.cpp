@@ -81,24 +81,61 @@ void checkMeta(const JsonValue& title, const JsonValue& field, Report& report) {
     }
     if (field.find("create_key")) {
         report.add(
-            Severity::Warning, "created-resolution", *meta,
+            Severity::Note, "created-resolution", *meta,
             "a setting that is created gets the number of \"value\", never the resolution, whatever the display");
+    }
+}
+
+// Each LF is written as CR LF.
+void checkLineEnds(const JsonValue& value, const char* what, Report& report) {
+    if (value.text().find('\r') != std::string::npos) {
+        report.add(Severity::Error, "carriage-return", value,
+                   std::string("a line end is \\n alone, which is written as the file needs it; a \\r in ") + what +
+                       " stays in the file as a character of its own");
+    }
+}
+
+void checkRegistryCreation(const JsonValue& field, const JsonValue& createKey, Report& report) {
+    const JsonValue* key = findText(field, "key");
+    const JsonValue* value = findText(field, "value");
+    const JsonValue* created = findText(field, "create_value");
+    if (key && key->text() != createKey.text()) {
+        report.add(Severity::Error, "registry-creation", createKey,
+                   "this creates a value of another name than \"key\" has, so the setting stays missing");
+    } else if (!value || value->text().empty()) {
+        report.add(Severity::Error, "registry-creation", createKey,
+                   "a number is created as a text, REG_SZ, and reads as another number; leave \"create_key\" and "
+                   "\"create_value\" away: what is missing in the registry is written anyway");
+    } else if (created && created->text() != "*" && created->text().find('*') != std::string::npos) {
+        report.add(Severity::Error, "registry-creation", *created,
+                   "more is created than the wanted text, so the setting differs with every pass; write \"*\"");
     }
 }
 
 void checkCreation(const JsonValue& title, const JsonValue& field, Report& report) {
     const JsonValue* createKey = findText(field, "create_key");
-    if (!createKey || createKey->text().empty()) {
+    if (!createKey) {
+        return;
+    }
+    if (createKey->text().empty()) {
+        report.add(Severity::Error, "missing-key", *createKey, "\"create_key\" is empty: nothing is created");
         return;
     }
     if (const JsonValue* created = findText(field, "create_value")) {
         if (created->text().find('*') == std::string::npos) {
             report.add(Severity::Warning, "template-without-star", *created,
                        "without a '*' the created text does not hold the wanted value");
+        } else if (created->text().find('*') != created->text().rfind('*')) {
+            report.add(Severity::Warning, "template-second-star", *created,
+                       "only the first '*' stands for the value; the second one is written as it is");
         }
         if (!isRegistryTitle(title)) {
             checkDollars(*created, "a created text", report);
+            checkLineEnds(*created, "a created text", report);
         }
+    }
+    if (isRegistryTitle(title)) {
+        checkRegistryCreation(field, *createKey, report);
     }
     const JsonValue* value = findNumber(field, "value");
     if (value && value->scalar == 0 && !field.find("meta")) {
@@ -107,7 +144,21 @@ void checkCreation(const JsonValue& title, const JsonValue& field, Report& repor
     }
 }
 
+// What only an expression has.
+void checkRegistryName(const JsonValue& setting, Report& report) {
+    const JsonValue* key = findText(setting, "key");
+    static constexpr auto kSigns = std::to_array<std::string_view>({")(", "(?:", "(?=", "\\d", "\\n", "\\w", "\\s"});
+    if (key && std::any_of(kSigns.begin(), kSigns.end(),
+                           [key](std::string_view sign) { return key->text().find(sign) != std::string::npos; })) {
+        report.add(Severity::Warning, "registry-expression", *key,
+                   "in a registry title \"key\" is the name of a value as it is, no expression");
+    }
+}
+
 void checkField(const JsonValue& title, const JsonValue& field, Report& report) {
+    if (isRegistryTitle(title)) {
+        checkRegistryName(field, report);
+    }
     checkMeta(title, field, report);
     checkCreation(title, field, report);
     const JsonValue* value = findText(field, "value");
@@ -125,6 +176,7 @@ void checkField(const JsonValue& title, const JsonValue& field, Report& report) 
         }
     } else {
         checkDollars(*value, "a value", report);
+        checkLineEnds(*value, "a value", report);
     }
 }
 
@@ -136,6 +188,9 @@ void checkConditions(const JsonValue& title, Report& report) {
             "no condition: any file at one of the locations is adjusted, also one of another version of the game");
     }
     for (const JsonValue* condition : conditions) {
+        if (isRegistryTitle(title)) {
+            checkRegistryName(*condition, report);
+        }
         const JsonValue* presence = findArray(*condition, "presence");
         if (!presence) {
             continue;
@@ -156,6 +211,30 @@ void checkConditions(const JsonValue& title, Report& report) {
     }
 }
 
+// '<', and '&' but for what XML knows: &amp; is shown as '&'.
+bool breaksMarkup(std::string_view text) {
+    static constexpr auto kNames = std::to_array<std::string_view>({"amp", "lt", "gt", "quot", "apos"});
+    for (std::size_t at = text.find('&'); at != std::string_view::npos; at = text.find('&', at + 1)) {
+        std::string_view name = text.substr(at + 1, text.find(';', at) - at - 1);
+        if (text.find(';', at) == std::string_view::npos) {
+            return true;
+        }
+        if (std::find(kNames.begin(), kNames.end(), name) != kNames.end()) {
+            continue;
+        }
+        const bool isHexadecimal = name.starts_with("#x");
+        if (!name.starts_with('#')) {
+            return true;
+        }
+        name.remove_prefix(isHexadecimal ? 2 : 1);
+        if (name.empty() || name.size() > 5 || name.find_first_not_of('0') == std::string_view::npos ||
+            name.find_first_not_of(isHexadecimal ? "0123456789abcdefABCDEF" : "0123456789") != std::string_view::npos) {
+            return true;
+        }
+    }
+    return text.find('<') != std::string_view::npos;
+}
+
 // Notifications are XML into which texts are put as they are, a byte a character.
 void checkShownText(const JsonValue& object, const char* key, Report& report) {
     const JsonValue* text = findText(object, key);
@@ -165,9 +244,9 @@ void checkShownText(const JsonValue& object, const char* key, Report& report) {
     const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20; };
     const auto isBeyondAscii = [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; };
     const std::string& shown = text->text();
-    if (shown.find_first_of("&<") != std::string::npos) {
+    if (breaksMarkup(shown)) {
         report.add(Severity::Error, "shown-markup", *text,
-                   "'&' and '<' break the notification: the player sees none at all; use other words");
+                   "'&' and '<' break the notification: the player sees none at all; write &amp; and &lt;");
     } else if (std::any_of(shown.begin(), shown.end(), isControl)) {
         report.add(Severity::Error, "shown-markup", *text, "a control character or line break breaks the notification");
     }
@@ -188,6 +267,21 @@ void checkShownText(const JsonValue& object, const char* key, Report& report) {
     }
 }
 
+void checkBinaryName(const JsonValue& title, Report& report) {
+    const JsonValue* name = findText(title, "binary_name");
+    if (!name || name->text().empty()) {
+        return;
+    }
+    const std::string& text = name->text();
+    if (text.find_first_of("\\/:*?\"<>|") != std::string::npos) {
+        report.add(Severity::Error, "binary-name", *name,
+                   "this is the executable's file name alone, without a folder, and letter for letter");
+    } else if (text.find_last_not_of(" \t\r\n") + 1 != text.size() || text.find_first_not_of(" \t\r\n") != 0) {
+        report.add(Severity::Error, "binary-name", *name,
+                   "a blank at the beginning or the end of the name, which no executable has");
+    }
+}
+
 } // namespace
 
 void checkValues(const JsonValue& title, Report& report) {
@@ -196,6 +290,7 @@ void checkValues(const JsonValue& title, Report& report) {
         checkShownText(*field, "text", report);
     }
     checkConditions(title, report);
+    checkBinaryName(title, report);
     checkShownText(title, "title_name", report);
 }
 

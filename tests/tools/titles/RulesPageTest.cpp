@@ -76,6 +76,9 @@ std::string titleWith(const std::string& member, const std::string& json) {
 std::string titleWithAll(const std::string& json) {
     nlohmann::ordered_json title = nlohmann::ordered_json::parse(titleWith({}, {}))[0];
     title.update(nlohmann::ordered_json::parse(json));
+    if (title["config_type"] == "reg") {
+        title["patch_if"][0]["key"] = "Version";
+    }
     return nlohmann::ordered_json::array({title}).dump();
 }
 

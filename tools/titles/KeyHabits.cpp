@@ -1,0 +1,307 @@
+#include "tools/titles/KeyHabits.h"
+
+#include "pattern/PatternLengths.h"
+
+#include <algorithm>
+
+namespace brisk::workbench {
+
+namespace {
+
+using Kind = PatternNode::Kind;
+
+bool isWordByte(unsigned char byte) {
+    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') || byte == '_';
+}
+
+bool isLookahead(Kind kind) {
+    return kind == Kind::lookahead || kind == Kind::negativeLookahead;
+}
+
+// Something that steps over text: bytes, a set, or such a thing repeated.
+struct Step {
+    PatternSpan span;
+    ByteSet first;         // a byte of it; of a text the first one
+    std::string_view text; // of a text
+    bool isNeeded;         // in every match, at least once
+    bool isEndless;
+    bool isLazy;
+    bool isTempered; // its rounds look ahead
+};
+
+// The steps of a pattern from front to back, without those inside of lookaheads.
+std::vector<Step> stepsOf(const PatternTree& tree) {
+    const auto lengths = lengthsOf(tree);
+    const auto first = firstBytesOf(tree, lengths);
+    std::vector<bool> isOptional(tree.nodes.size());
+    std::vector<Step> steps;
+    for (std::size_t index = 0; index < tree.nodes.size();) {
+        const PatternNode& node = tree.nodes[index];
+        if (isLookahead(node.kind)) {
+            index += node.size;
+            continue;
+        }
+        std::size_t children = 0;
+        tree.forEachChild(index, [&](std::size_t) { ++children; });
+        const bool isChoice = node.kind == Kind::group && children > 1;
+        const bool canBeAbsent = node.kind == Kind::repetition && node.minimum == 0;
+        tree.forEachChild(index,
+                          [&](std::size_t child) { isOptional[child] = isOptional[index] || isChoice || canBeAbsent; });
+        const bool isOfBytes = node.kind == Kind::repetition && lengths[index + 1] == PatternLengths{1, 1};
+        if (isOfBytes || node.kind == Kind::text || node.kind == Kind::set) {
+            const auto begin = tree.nodes.begin() + static_cast<std::ptrdiff_t>(index);
+            steps.push_back({node.span, first[index], node.kind == Kind::text ? tree.textOf(node) : std::string_view(),
+                             !isOptional[index] && !canBeAbsent,
+                             node.kind == Kind::repetition && node.maximum == PatternNode::unbounded, node.isLazy,
+                             std::any_of(begin, begin + static_cast<std::ptrdiff_t>(node.size),
+                                         [](const PatternNode& inner) { return isLookahead(inner.kind); })});
+            index += node.size;
+        } else {
+            ++index;
+        }
+    }
+    return steps;
+}
+
+bool canTake(const Step& taker, const Step& other) {
+    return other.text.empty() ? (taker.first & other.first).any()
+                              : std::all_of(other.text.begin(), other.text.end(), [&taker](char byte) {
+                                    return taker.first[static_cast<unsigned char>(byte)];
+                                });
+}
+
+// Goes on for as long as it likes, over the ends of lines.
+bool crossesLines(const Step& step) {
+    constexpr std::size_t kAlmostAll = 200;
+    return step.isEndless && !step.isTempered && step.first['\n'] && step.first.count() >= kAlmostAll;
+}
+
+// For each node whether all of its matches hold the condition, which is given for texts and sets.
+template <typename Condition>
+std::vector<bool> everywhere(const PatternTree& tree, const Condition& isLeafRight) {
+    std::vector<bool> holds(tree.nodes.size());
+    for (std::size_t index = tree.nodes.size(); index-- > 0;) {
+        const PatternNode& node = tree.nodes[index];
+        bool canAll = true;
+        bool canAny = false;
+        tree.forEachChild(index, [&](std::size_t child) {
+            canAll = canAll && holds[child];
+            canAny = canAny || holds[child];
+        });
+        if (node.kind == Kind::text || node.kind == Kind::set) {
+            holds[index] = isLeafRight(node);
+        } else if (node.kind == Kind::repetition) {
+            holds[index] = node.minimum > 0 && canAny;
+        } else if (node.kind == Kind::group || node.kind == Kind::lookahead) {
+            holds[index] = canAll;
+        } else {
+            holds[index] = node.kind == Kind::sequence && canAny;
+        }
+    }
+    return holds;
+}
+
+bool isAlternative(const PatternTree& tree, std::size_t index) {
+    bool result = false;
+    for (std::size_t outer = 0; outer < index; ++outer) {
+        const PatternNode& node = tree.nodes[outer];
+        if (index < outer + node.size && (node.kind == Kind::group || isLookahead(node.kind))) {
+            std::size_t children = 0;
+            tree.forEachChild(outer, [&](std::size_t) { ++children; });
+            result = children > 1;
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+bool canMatchNothingAnywhere(const PatternTree& tree) {
+    std::vector<bool> isEmpty(tree.nodes.size());
+    for (std::size_t index = tree.nodes.size(); index-- > 0;) {
+        const PatternNode& node = tree.nodes[index];
+        bool canAll = true;
+        bool canAny = false;
+        tree.forEachChild(index, [&](std::size_t child) {
+            canAll = canAll && isEmpty[child];
+            canAny = canAny || isEmpty[child];
+        });
+        switch (node.kind) {
+        case Kind::text:
+        case Kind::set:
+        case Kind::textBegin:
+        case Kind::textEnd:
+            break;
+        case Kind::repetition:
+            isEmpty[index] = node.minimum == 0 || canAny;
+            break;
+        case Kind::group:
+        case Kind::lookahead:
+            isEmpty[index] = canAny;
+            break;
+        case Kind::sequence:
+            isEmpty[index] = canAll;
+            break;
+        default:
+            isEmpty[index] = true;
+        }
+    }
+    return isEmpty.front();
+}
+
+std::vector<PatternSpan> lineBeginsMeant(const PatternTree& tree) {
+    const std::vector<Step> steps = stepsOf(tree);
+    std::vector<PatternSpan> spans;
+    for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
+        if (tree.nodes[index].kind != Kind::textBegin || isAlternative(tree, index)) {
+            continue;
+        }
+        const PatternSpan span = tree.nodes[index].span;
+        for (auto step = std::find_if(steps.begin(), steps.end(),
+                                      [&span](const Step& each) { return each.span.begin >= span.end; });
+             step != steps.end(); ++step) {
+            if (crossesLines(*step)) {
+                break;
+            }
+            // Blanks without line ends stand in front of a setting on its line.
+            bool isLineLike = step->first['['] || (step->first[' '] && !step->first['\n']);
+            for (std::size_t byte = 0; byte < step->first.size(); ++byte) {
+                isLineLike = isLineLike || (step->first[byte] && isWordByte(static_cast<unsigned char>(byte)));
+            }
+            if (isLineLike) {
+                spans.push_back(span);
+                break;
+            }
+            if (step->isNeeded) {
+                break;
+            }
+        }
+    }
+    return spans;
+}
+
+std::vector<PatternSpan> greedyToLast(const PatternTree& tree, std::size_t group) {
+    const std::size_t value = tree.indexOfGroup(group);
+    std::vector<PatternSpan> spans;
+    if (value == 0) {
+        return spans;
+    }
+    const std::vector<Step> steps = stepsOf(tree);
+    const auto end = std::find_if(steps.begin(), steps.end(),
+                                  [&](const Step& step) { return step.span.begin >= tree.nodes[value].span.begin; });
+    for (auto step = steps.begin(); step != end; ++step) {
+        if (!step->isEndless || step->isLazy || step->isTempered ||
+            (step->first != bytesOfDot() && !step->first.all())) {
+            continue;
+        }
+        const auto isNeeded = [](const Step& next) { return next.isNeeded; };
+        const bool canTakeAll =
+            std::all_of(step + 1, end, [&](const Step& next) { return !next.isNeeded || canTake(*step, next); });
+        if (canTakeAll && std::any_of(step + 1, end, isNeeded)) {
+            spans.push_back(step->span);
+        }
+    }
+    return spans;
+}
+
+std::vector<PatternSpan> namesBehindAnything(const PatternTree& tree, std::size_t group) {
+    const std::size_t value = tree.indexOfGroup(group);
+    std::vector<PatternSpan> spans;
+    if (value == 0) {
+        return spans;
+    }
+    const std::vector<Step> steps = stepsOf(tree);
+    const Step* last = nullptr; // "anything" that is the last one in front of the value
+    for (const Step& step : steps) {
+        if (step.span.begin >= tree.nodes[value].span.begin) {
+            break;
+        }
+        if (crossesLines(step)) {
+            last = &step;
+        }
+    }
+    // Attributes of markup are apart from each other anyway: [^>]*width=" is common, and fine.
+    if (last && last->first['>'] && last + 1 < steps.data() + steps.size()) {
+        const Step& name = last[1];
+        if (name.span.begin == last->span.end && name.span.end <= tree.nodes[value].span.begin && !name.text.empty() &&
+            isWordByte(static_cast<unsigned char>(name.text.front()))) {
+            spans.push_back(name.span);
+        }
+    }
+    return spans;
+}
+
+std::optional<PatternSpan> neededCarriageReturn(const PatternTree& tree) {
+    const auto isReturn = [&tree](const PatternNode& node) {
+        if (node.kind == Kind::text) {
+            return tree.textOf(node).find('\r') != std::string_view::npos;
+        }
+        return tree.setOf(node)['\r'] && tree.setOf(node).count() == 1;
+    };
+    const std::vector<bool> holds = everywhere(tree, isReturn);
+    if (!holds.front()) {
+        return std::nullopt;
+    }
+    for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
+        const PatternNode& node = tree.nodes[index];
+        if (holds[index] && (node.kind == Kind::text || node.kind == Kind::set)) {
+            return node.span;
+        }
+    }
+    return std::nullopt;
+}
+
+std::vector<PatternSpan> repeatedScans(const PatternTree& tree) {
+    const std::vector<Step> steps = stepsOf(tree);
+    const auto isNeeded = [](const Step& step) { return step.isNeeded; };
+    const auto isAnything = [](const Step& step) { return crossesLines(step) && step.first.all(); };
+    std::vector<PatternSpan> spans;
+    std::vector<const Step*> anything;
+    for (auto step = steps.begin(); step != steps.end(); ++step) {
+        if (isAnything(*step) && std::any_of(step + 1, steps.end(), isNeeded)) {
+            anything.push_back(&*step);
+        }
+    }
+    // From the file's beginning there is one search only.
+    const bool isAnchored = std::any_of(tree.nodes.begin(), tree.nodes.end(), [&](const PatternNode& node) {
+        return node.kind == Kind::textBegin &&
+               !isAlternative(tree, static_cast<std::size_t>(&node - tree.nodes.data())) &&
+               (steps.empty() || node.span.end <= steps.front().span.begin);
+    });
+    if (anything.size() > (isAnchored ? 2U : 1U)) {
+        spans.push_back({anything.front()->span.begin, anything.back()->span.end});
+    }
+    const auto isBlank = [](const Step& step) {
+        constexpr std::string_view kBlanks = " \t\r\n\f\v";
+        for (std::size_t byte = 0; byte < step.first.size(); ++byte) {
+            if (step.first[byte] && kBlanks.find(static_cast<char>(byte)) == std::string_view::npos) {
+                return false;
+            }
+        }
+        return step.text.find_first_not_of(kBlanks) == std::string_view::npos;
+    };
+    const auto front = std::find_if_not(steps.begin(), steps.end(), isBlank);
+    if (!isAnchored && front != steps.begin() && front != steps.end() && crossesLines(*front) &&
+        std::any_of(front + 1, steps.end(), isNeeded)) {
+        spans.push_back(front->span);
+    }
+    return spans;
+}
+
+std::vector<PatternSpan> letterEscapes(std::string_view pattern) {
+    constexpr std::string_view kKnown = "bBcdDfnrsStuvwWx";
+    std::vector<PatternSpan> spans;
+    for (std::size_t at = 0; at + 1 < pattern.size(); ++at) {
+        if (pattern[at] != '\\') {
+            continue;
+        }
+        const char letter = pattern[++at];
+        const bool isLetter = (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
+        if (isLetter && kKnown.find(letter) == std::string_view::npos) {
+            spans.push_back({at - 1, at + 1});
+        }
+    }
+    return spans;
+}
+
+} // namespace brisk::workbench
