@@ -52,7 +52,7 @@ std::vector<Step> stepsOf(const PatternTree& tree) {
             const auto begin = tree.nodes.begin() + static_cast<std::ptrdiff_t>(index);
             steps.push_back({node.span, first[index], node.kind == Kind::text ? tree.textOf(node) : std::string_view(),
                              !isOptional[index] && !canBeAbsent,
-                             node.kind == Kind::repetition && node.maximum == PatternNode::unbounded, node.isLazy,
+                             node.kind == Kind::repetition && node.maximum == PatternNode::kUnbounded, node.isLazy,
                              std::any_of(begin, begin + static_cast<std::ptrdiff_t>(node.size),
                                          [](const PatternNode& inner) { return isLookahead(inner.kind); })});
             index += node.size;

@@ -10,16 +10,19 @@ namespace brisk::kestrelstandin {
 
 namespace {
 
-const std::filesystem::path kFolders = testing::place(KESTREL_STANDIN_FOLDERS);
+// Asked for where it is needed: a copy of a test program that runs elsewhere has no such folder.
+std::filesystem::path folders() {
+    return testing::place(KESTREL_STANDIN_FOLDERS);
+}
 
 } // namespace
 
 std::filesystem::path kestrelFolder() {
-    return kFolders / "complete";
+    return folders() / "complete";
 }
 
 std::filesystem::path kestrelFolderWithout(const std::string& entryPoint) {
-    std::filesystem::path folder = kFolders / ("without-" + entryPoint);
+    std::filesystem::path folder = folders() / ("without-" + entryPoint);
     if (!std::filesystem::exists(folder / kLibraryFile)) {
         throw std::invalid_argument("no stand-in without " + entryPoint);
     }
