@@ -35,7 +35,7 @@ std::string messageOf(const Finding& finding) {
         while (tail < message.size() && !beginsCharacter(message[tail])) {
             ++tail;
         }
-        message = message.substr(0, head) + "..." + message.substr(tail);
+        message.replace(head, tail - head, "...");
     }
     std::replace(message.begin(), message.end(), '\t', ' ');
     return printable(message);
