@@ -16,6 +16,11 @@ ByteSet bytesOfDot();
 // The bytes of the escape \d, \D, \s, \S, \w or \W, given its letter.
 ByteSet bytesOfClassEscape(char letter);
 
+// Whether \w accepts the byte, and \b tells it from its neighbours.
+inline bool isWordByte(char byte) {
+    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') || byte == '_';
+}
+
 // The bytes of a bracket expression, whose opening '[' is stepped over already. Throws PatternError.
 ByteSet takeBracketExpression(PatternReader& reader);
 

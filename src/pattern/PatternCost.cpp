@@ -143,23 +143,18 @@ private:
     // Whether a part can be empty without a ^ that holds.
     bool canPass(std::size_t index, const std::vector<bool>& opens) const {
         const PatternNode& node = tree.nodes[index];
-        bool canAll = true;
-        bool canAny = false;
-        tree.forEachChild(index, [&](std::size_t child) {
-            canAll = canAll && opens[child];
-            canAny = canAny || opens[child];
-        });
+        const PatternTree::Spread children = tree.amongChildren(index, opens);
         switch (node.kind) {
         case Kind::text:
         case Kind::set:
         case Kind::textBegin:
             return false;
         case Kind::repetition:
-            return node.minimum == 0 || canAny;
+            return node.minimum == 0 || children.any;
         case Kind::group:
-            return canAny;
+            return children.any;
         case Kind::sequence:
-            return canAll;
+            return children.all;
         default:
             return true;
         }

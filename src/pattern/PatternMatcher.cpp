@@ -19,11 +19,6 @@ constexpr std::size_t kBytesOfAStep = 16;
 // soon.
 constexpr std::size_t kWindow = 1024;
 
-bool isWordByte(char byte) {
-    static const ByteSet kWordBytes = bytesOfClassEscape('w');
-    return kWordBytes[static_cast<unsigned char>(byte)];
-}
-
 } // namespace
 
 void PatternMatcher::Retreats::beginBlock() {

@@ -67,6 +67,26 @@ struct PatternTree {
         }
     }
 
+    std::size_t childCount(std::size_t parent) const {
+        std::size_t count = 0;
+        forEachChild(parent, [&count](std::size_t) { ++count; });
+        return count;
+    }
+
+    // How a property, given by node, is spread among the children of one; without children `all` and not `any`.
+    struct Spread {
+        bool all = true;
+        bool any = false;
+    };
+    Spread amongChildren(std::size_t parent, const std::vector<bool>& property) const {
+        Spread spread;
+        forEachChild(parent, [&](std::size_t child) {
+            spread.all = spread.all && property[child];
+            spread.any = spread.any || property[child];
+        });
+        return spread;
+    }
+
     std::vector<PatternNode> nodes;
     std::size_t groupCount = 0;
     std::string texts;         // of all texts: `maximum` bytes from `number` on

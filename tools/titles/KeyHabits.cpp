@@ -10,10 +10,6 @@ namespace {
 
 using Kind = PatternNode::Kind;
 
-bool isWordByte(unsigned char byte) {
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') || byte == '_';
-}
-
 bool isLookahead(Kind kind) {
     return kind == Kind::lookahead || kind == Kind::negativeLookahead;
 }
@@ -41,9 +37,7 @@ std::vector<Step> stepsOf(const PatternTree& tree) {
             index += node.size;
             continue;
         }
-        std::size_t children = 0;
-        tree.forEachChild(index, [&](std::size_t) { ++children; });
-        const bool isChoice = node.kind == Kind::group && children > 1;
+        const bool isChoice = node.kind == Kind::group && tree.childCount(index) > 1;
         const bool canBeAbsent = node.kind == Kind::repetition && node.minimum == 0;
         tree.forEachChild(index,
                           [&](std::size_t child) { isOptional[child] = isOptional[index] || isChoice || canBeAbsent; });
@@ -82,50 +76,48 @@ std::vector<bool> everywhere(const PatternTree& tree, const Condition& isLeafRig
     std::vector<bool> holds(tree.nodes.size());
     for (std::size_t index = tree.nodes.size(); index-- > 0;) {
         const PatternNode& node = tree.nodes[index];
-        bool canAll = true;
-        bool canAny = false;
-        tree.forEachChild(index, [&](std::size_t child) {
-            canAll = canAll && holds[child];
-            canAny = canAny || holds[child];
-        });
+        const PatternTree::Spread children = tree.amongChildren(index, holds);
         if (node.kind == Kind::text || node.kind == Kind::set) {
             holds[index] = isLeafRight(node);
         } else if (node.kind == Kind::repetition) {
-            holds[index] = node.minimum > 0 && canAny;
+            holds[index] = node.minimum > 0 && children.any;
         } else if (node.kind == Kind::group || node.kind == Kind::lookahead) {
-            holds[index] = canAll;
+            holds[index] = children.all;
         } else {
-            holds[index] = node.kind == Kind::sequence && canAny;
+            holds[index] = node.kind == Kind::sequence && children.any;
         }
     }
     return holds;
 }
+
+// The steps in front of a group; none where there is no such group.
+std::vector<Step> stepsBefore(const PatternTree& tree, std::size_t group) {
+    std::vector<Step> steps = stepsOf(tree);
+    const std::size_t index = tree.indexOfGroup(group);
+    const std::size_t begin = index == 0 ? 0 : tree.nodes[index].span.begin;
+    steps.erase(std::find_if(steps.begin(), steps.end(), [&](const Step& step) { return step.span.begin >= begin; }),
+                steps.end());
+    return steps;
+}
+
+} // namespace
 
 bool isAlternative(const PatternTree& tree, std::size_t index) {
     bool result = false;
     for (std::size_t outer = 0; outer < index; ++outer) {
         const PatternNode& node = tree.nodes[outer];
         if (index < outer + node.size && (node.kind == Kind::group || isLookahead(node.kind))) {
-            std::size_t children = 0;
-            tree.forEachChild(outer, [&](std::size_t) { ++children; });
-            result = children > 1;
+            result = tree.childCount(outer) > 1;
         }
     }
     return result;
 }
 
-} // namespace
-
 bool canMatchNothingAnywhere(const PatternTree& tree) {
     std::vector<bool> isEmpty(tree.nodes.size());
     for (std::size_t index = tree.nodes.size(); index-- > 0;) {
         const PatternNode& node = tree.nodes[index];
-        bool canAll = true;
-        bool canAny = false;
-        tree.forEachChild(index, [&](std::size_t child) {
-            canAll = canAll && isEmpty[child];
-            canAny = canAny || isEmpty[child];
-        });
+        const PatternTree::Spread children = tree.amongChildren(index, isEmpty);
         switch (node.kind) {
         case Kind::text:
         case Kind::set:
@@ -133,14 +125,14 @@ bool canMatchNothingAnywhere(const PatternTree& tree) {
         case Kind::textEnd:
             break;
         case Kind::repetition:
-            isEmpty[index] = node.minimum == 0 || canAny;
+            isEmpty[index] = node.minimum == 0 || children.any;
             break;
         case Kind::group:
         case Kind::lookahead:
-            isEmpty[index] = canAny;
+            isEmpty[index] = children.any;
             break;
         case Kind::sequence:
-            isEmpty[index] = canAll;
+            isEmpty[index] = children.all;
             break;
         default:
             isEmpty[index] = true;
@@ -166,7 +158,7 @@ std::vector<PatternSpan> lineBeginsMeant(const PatternTree& tree) {
             // Blanks without line ends stand in front of a setting on its line.
             bool isLineLike = step->first['['] || (step->first[' '] && !step->first['\n']);
             for (std::size_t byte = 0; byte < step->first.size(); ++byte) {
-                isLineLike = isLineLike || (step->first[byte] && isWordByte(static_cast<unsigned char>(byte)));
+                isLineLike = isLineLike || (step->first[byte] && isWordByte(static_cast<char>(byte)));
             }
             if (isLineLike) {
                 spans.push_back(span);
@@ -181,23 +173,17 @@ std::vector<PatternSpan> lineBeginsMeant(const PatternTree& tree) {
 }
 
 std::vector<PatternSpan> greedyToLast(const PatternTree& tree, std::size_t group) {
-    const std::size_t value = tree.indexOfGroup(group);
+    const std::vector<Step> steps = stepsBefore(tree, group);
     std::vector<PatternSpan> spans;
-    if (value == 0) {
-        return spans;
-    }
-    const std::vector<Step> steps = stepsOf(tree);
-    const auto end = std::find_if(steps.begin(), steps.end(),
-                                  [&](const Step& step) { return step.span.begin >= tree.nodes[value].span.begin; });
-    for (auto step = steps.begin(); step != end; ++step) {
+    for (auto step = steps.begin(); step != steps.end(); ++step) {
         if (!step->isEndless || step->isLazy || step->isTempered ||
             (step->first != bytesOfDot() && !step->first.all())) {
             continue;
         }
         const auto isNeeded = [](const Step& next) { return next.isNeeded; };
-        const bool canTakeAll =
-            std::all_of(step + 1, end, [&](const Step& next) { return !next.isNeeded || canTake(*step, next); });
-        if (canTakeAll && std::any_of(step + 1, end, isNeeded)) {
+        const bool canTakeAll = std::all_of(step + 1, steps.end(),
+                                            [&](const Step& next) { return !next.isNeeded || canTake(*step, next); });
+        if (canTakeAll && std::any_of(step + 1, steps.end(), isNeeded)) {
             spans.push_back(step->span);
         }
     }
@@ -205,30 +191,17 @@ std::vector<PatternSpan> greedyToLast(const PatternTree& tree, std::size_t group
 }
 
 std::vector<PatternSpan> namesBehindAnything(const PatternTree& tree, std::size_t group) {
-    const std::size_t value = tree.indexOfGroup(group);
-    std::vector<PatternSpan> spans;
-    if (value == 0) {
-        return spans;
-    }
-    const std::vector<Step> steps = stepsOf(tree);
-    const Step* last = nullptr; // "anything" that is the last one in front of the value
-    for (const Step& step : steps) {
-        if (step.span.begin >= tree.nodes[value].span.begin) {
-            break;
-        }
-        if (crossesLines(step)) {
-            last = &step;
-        }
-    }
+    const std::vector<Step> steps = stepsBefore(tree, group);
+    const auto last = std::find_if(steps.rbegin(), steps.rend(), crossesLines);
     // Attributes of markup are apart from each other anyway: [^>]*width=" is common, and fine.
-    if (last && last->first['>'] && last + 1 < steps.data() + steps.size()) {
-        const Step& name = last[1];
-        if (name.span.begin == last->span.end && name.span.end <= tree.nodes[value].span.begin && !name.text.empty() &&
-            isWordByte(static_cast<unsigned char>(name.text.front()))) {
-            spans.push_back(name.span);
-        }
+    if (last == steps.rbegin() || last == steps.rend() || !last->first['>']) {
+        return {};
     }
-    return spans;
+    const Step& name = *(last.base());
+    if (name.span.begin != last->span.end || name.text.empty() || !isWordByte(name.text.front())) {
+        return {};
+    }
+    return {name.span};
 }
 
 std::optional<PatternSpan> neededCarriageReturn(const PatternTree& tree) {

@@ -10,6 +10,9 @@
 
 namespace brisk::workbench {
 
+// Whether the node is one of several alternatives of a group or lookahead, or part of one.
+bool isAlternative(const PatternTree& tree, std::size_t index);
+
 // Whether some match is the empty text wherever the search stands: neither ^ nor $ nor a lookahead that needs a byte
 // says where.
 bool canMatchNothingAnywhere(const PatternTree& tree);

@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t npos = std::string_view::npos;
 constexpr std::size_t kDeepest = 200;
 
-bool isWordByte(char byte) {
+bool isBare(char byte) {
     return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z') ||
            byte == '_' || byte == '.' || byte == '-' || byte == '+' || static_cast<unsigned char>(byte) >= 0x80;
 }
@@ -124,7 +124,7 @@ private:
         }
         token.begin = at;
         token.end = at;
-        while (token.end < text.size() && isWordByte(text[token.end]) && !text.substr(token.end).starts_with("--")) {
+        while (token.end < text.size() && isBare(text[token.end]) && !text.substr(token.end).starts_with("--")) {
             ++token.end;
         }
         token.outerEnd = token.end;
