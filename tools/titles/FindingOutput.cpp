@@ -1,5 +1,7 @@
 #include "tools/titles/FindingOutput.h"
 
+#include "tools/titles/AsciiText.h"
+
 #include <algorithm>
 #include <cctype>
 
@@ -127,7 +129,6 @@ std::string escaped(std::string_view text, bool isProperty) {
 // A path as a relative reference: what is neither unreserved nor a separator is escaped.
 std::string uriOf(std::string_view path) {
     constexpr std::string_view kPlain = "-._~/";
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string uri;
     for (const char byte : path) {
         const auto code = static_cast<unsigned char>(byte);
@@ -136,7 +137,7 @@ std::string uriOf(std::string_view path) {
         } else if (code < 0x80 && (std::isalnum(code) != 0 || kPlain.find(byte) != std::string_view::npos)) {
             uri += byte;
         } else {
-            uri += {'%', kDigits[code >> 4U], kDigits[code & 15U]};
+            uri += '%' + hexadecimal(byte);
         }
     }
     const bool isDrive = path.size() > 1 && path[1] == ':' && std::isalpha(static_cast<unsigned char>(path[0])) != 0;

@@ -1,5 +1,7 @@
 #include "tools/titles/JsonDiagnosis.h"
 
+#include "tools/titles/AsciiText.h"
+
 #include <algorithm>
 #include <cctype>
 #include <optional>
@@ -135,9 +137,7 @@ JsonFault diagnoseWord(std::string_view text, std::size_t begin) {
         ++end;
     }
     const std::string word(text.substr(begin, end - begin));
-    std::string lower = word;
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char byte) { return static_cast<char>(std::tolower(static_cast<unsigned char>(byte))); });
+    const std::string lower = lowered(word);
     if (lower == "true" || lower == "false" || lower == "null") {
         return {begin, kSyntax, "write " + lower + " in small letters"};
     }

@@ -1,10 +1,11 @@
 #include "tools/titles/PatternText.h"
 
+#include "tools/titles/AsciiText.h"
+
 namespace brisk::workbench {
 
 std::string escapePattern(std::string_view text) {
     constexpr std::string_view kSpecial = "\\^$.*+?()[]{}|";
-    constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string pattern;
     for (const char byte : text) {
         const auto code = static_cast<unsigned char>(byte);
@@ -13,7 +14,7 @@ std::string escapePattern(std::string_view text) {
         } else if (byte == '\t') {
             pattern += "\\t";
         } else if (code < 0x20 || code >= 0x7F) {
-            pattern += std::string("\\x") + kDigits[code >> 4U] + kDigits[code & 15U];
+            pattern += "\\x" + hexadecimal(byte);
         } else {
             pattern += (kSpecial.find(byte) != std::string_view::npos ? "\\" : "") + std::string(1, byte);
         }

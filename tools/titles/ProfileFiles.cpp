@@ -1,5 +1,7 @@
 #include "tools/titles/ProfileFiles.h"
 
+#include "tools/titles/AsciiText.h"
+
 #include "base/TextEncoding.h"
 
 #include <algorithm>
@@ -18,12 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kSeparators = "\\/";
-
-std::string lowered(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char byte) { return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte; });
-    return text;
-}
 
 std::string nameOf(const fs::path& path) {
     const std::u8string name = path.filename().u8string();

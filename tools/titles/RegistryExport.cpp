@@ -1,5 +1,7 @@
 #include "tools/titles/RegistryExport.h"
 
+#include "tools/titles/AsciiText.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -11,10 +13,6 @@ namespace {
 
 constexpr std::string_view kHead5 = "Windows Registry Editor Version 5.00";
 constexpr std::string_view kHead4 = "REGEDIT4";
-
-char lowered(char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
 
 void appendUtf8(std::string& text, char32_t character) {
     const auto tail = [&](unsigned shift) { text += static_cast<char>(0x80U | ((character >> shift) & 0x3FU)); };

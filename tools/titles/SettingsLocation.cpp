@@ -1,5 +1,7 @@
 #include "tools/titles/SettingsLocation.h"
 
+#include "tools/titles/AsciiText.h"
+
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -10,15 +12,6 @@ namespace brisk::workbench {
 namespace {
 
 using Parts = std::vector<std::string>;
-
-std::string lower(std::string text) {
-    for (char& letter : text) {
-        if (letter >= 'A' && letter <= 'Z') {
-            letter = static_cast<char>(letter - 'A' + 'a');
-        }
-    }
-    return text;
-}
 
 Parts partsOf(const std::string& path) {
     constexpr char kSeparators[] = "\\/";
@@ -34,12 +27,12 @@ Parts partsOf(const std::string& path) {
 }
 
 bool isPart(const Parts& parts, std::size_t index, std::string_view name) {
-    return index < parts.size() && lower(parts[index]) == name;
+    return index < parts.size() && lowered(parts[index]) == name;
 }
 
 // Games keep a folder for each account, named after its number.
 bool isAccount(const std::string& part) {
-    const std::string name = lower(part);
+    const std::string name = lowered(part);
     const bool isNumber = name.size() >= 5 && name.find_first_not_of("0123456789") == std::string::npos;
     const bool isHexadecimal = name.size() >= 16 && name.find_first_not_of("0123456789abcdef-_") == std::string::npos &&
                                name.find_first_of("0123456789") != std::string::npos;
@@ -76,7 +69,7 @@ std::string inProfile(const Parts& parts) {
     }
     for (std::size_t index = 0; index + 1 < parts.size(); ++index) {
         constexpr auto kFolders = std::to_array<std::string_view>({"onedrive", "documents", "saved games"});
-        if (std::find(kFolders.begin(), kFolders.end(), lower(parts[index])) != kFolders.end()) {
+        if (std::find(kFolders.begin(), kFolders.end(), lowered(parts[index])) != kFolders.end()) {
             return join("%USERPROFILE%", parts, index);
         }
         if (isPart(parts, index, "my documents")) {
@@ -89,7 +82,7 @@ std::string inProfile(const Parts& parts) {
 // Below the executable's folder, or beside it: an executable often lies in a folder like bin\x64 of its game.
 std::string inGame(const Parts& parts, const Parts& game, std::size_t levelsUp) {
     std::size_t common = 0;
-    while (common < game.size() && common + 1 < parts.size() && lower(parts[common]) == lower(game[common])) {
+    while (common < game.size() && common + 1 < parts.size() && lowered(parts[common]) == lowered(game[common])) {
         ++common;
     }
     if (game.empty() || common == 0 || game.size() - common > levelsUp) {

@@ -1,19 +1,13 @@
 #include "tools/titles/Suggestion.h"
 
+#include "tools/titles/AsciiText.h"
+
 #include <algorithm>
-#include <cctype>
 #include <vector>
 
 namespace brisk::workbench {
 
 namespace {
-
-std::string lowered(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(),
-                   [](char byte) { return static_cast<char>(std::tolower(static_cast<unsigned char>(byte))); });
-    return lower;
-}
 
 // How many letters must be put in, taken away, replaced or swapped with their neighbour (Damerau and Levenshtein,
 // without repeated edits of one place).

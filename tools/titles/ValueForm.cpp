@@ -1,5 +1,6 @@
 #include "tools/titles/ValueForm.h"
 
+#include "tools/titles/AsciiText.h"
 #include "tools/titles/PatternText.h"
 
 #include <algorithm>
@@ -18,14 +19,6 @@ bool isUpper(char byte) {
     return byte >= 'A' && byte <= 'Z';
 }
 
-std::string lower(std::string_view text) {
-    std::string result;
-    for (const char byte : text) {
-        result += isUpper(byte) ? static_cast<char>(byte - 'A' + 'a') : byte;
-    }
-    return result;
-}
-
 // "LastResolutionSizeX" is last, resolution, size, x.
 std::vector<std::string> wordsOf(std::string_view name) {
     std::vector<std::string> words(1);
@@ -36,7 +29,7 @@ std::vector<std::string> wordsOf(std::string_view name) {
             words.emplace_back();
         }
         if (isLetter) {
-            words.back() += lower({&byte, 1});
+            words.back() += lowered(byte);
         }
         wasLower = isLetter && !isUpper(byte);
     }
@@ -66,7 +59,7 @@ ValueKind kindOf(std::string_view value) {
     }
     constexpr auto kWords = std::to_array<std::string_view>(
         {"true", "false", "on", "off", "yes", "no", "enabled", "disabled", "enable", "disable"});
-    const std::string small = lower(value);
+    const std::string small = lowered(value);
     return std::find(kWords.begin(), kWords.end(), small) != kWords.end() ? ValueKind::word : ValueKind::text;
 }
 
@@ -137,7 +130,7 @@ std::optional<Dimension> dimensionOf(std::string_view name) {
 }
 
 bool isScreenName(std::string_view name) {
-    const std::string small = lower(name);
+    const std::string small = lowered(name);
     return small.find("res") != std::string::npos || small.find("screen") != std::string::npos ||
            small.find("display") != std::string::npos || small.find("video") != std::string::npos;
 }
