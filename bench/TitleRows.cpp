@@ -25,33 +25,37 @@ constexpr double kLoadBar = 1.1;
 constexpr double kLoadBar = 0.9;
 #endif
 
-void printLoad(std::size_t titles) {
+struct Database {
+    explicit Database(std::size_t titles) : bytes(writeIn(folder, titles)) {}
+
+    void load() const {
+        TitleManager manager;
+        require(manager.loadTitlesDatabase(folder.narrow()), "the database is not loaded");
+    }
+
     const testing::TemporaryFolder folder;
-    writeTitles(folder.path(), titles);
-    const std::string bytes = testing::readFile(folder / "titles_db.json");
+    const std::string bytes;
+
+private:
+    static std::string writeIn(const testing::TemporaryFolder& folder, std::size_t titles) {
+        writeTitles(folder.path(), titles);
+        return testing::readFile(folder / "titles_db.json");
+    }
+};
+
+void printLoad(std::size_t titles) {
+    const Database database(titles);
     compare(
-        "load " + std::to_string(titles) + " titles",
-        [&] {
-            TitleManager manager;
-            require(manager.loadTitlesDatabase(folder.narrow()), "the database is not loaded");
-        },
-        "json::parse in memory", [&] { require(json::parse(bytes).size() == titles, "other titles"); },
-        {Bar::Kind::atMost, kLoadBar});
+        "load " + std::to_string(titles) + " titles", [&] { database.load(); }, "json::parse in memory",
+        [&] { require(json::parse(database.bytes).size() == titles, "other titles"); }, {Bar::Kind::atMost, kLoadBar});
 }
 
 void printCheck(std::size_t titles) {
-    const testing::TemporaryFolder folder;
-    writeTitles(folder.path(), titles);
-    const std::string bytes = testing::readFile(folder / "titles_db.json");
+    const Database database(titles);
     compare(
         "brisktitles check of " + std::to_string(titles) + " titles",
-        [&] { require(workbench::checkDatabase({"titles_db.json", bytes}).titles == titles, "other titles"); },
-        "the service's load",
-        [&] {
-            TitleManager manager;
-            require(manager.loadTitlesDatabase(folder.narrow()), "the database is not loaded");
-        },
-        {Bar::Kind::atMost, 3});
+        [&] { require(workbench::checkDatabase({"titles_db.json", database.bytes}).titles == titles, "other titles"); },
+        "the service's load", [&] { database.load(); }, {Bar::Kind::atMost, 3});
 }
 
 void printTitleInformation() {
