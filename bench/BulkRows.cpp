@@ -85,7 +85,7 @@ std::size_t previewAll(const std::string& bytes) {
         adapter.source = workbench::machineFiles();
         const workbench::TitlePreview preview =
             workbench::previewText(adapter, {}, {{2560, 1440}, workbench::Size{1152, 648}});
-        changed += preview.passes.front().verdict == workbench::Verdict::adjusted ? 1U : 0U;
+        changed += preview.passes.front().verdict == workbench::Verdict::Adjusted ? 1U : 0U;
         report.add(preview, title.element);
     }
     return changed;
@@ -113,10 +113,10 @@ void printBulkRows() {
                     patchBarely(folder, number, "1600");
                 }
             },
-            {Bar::Kind::atMost, 1.3});
+            {Bar::Kind::AtMost, 1.3});
     const std::string database = testing::readFile(folder / "titles_db.json");
     compare("brisktitles preview of these titles", [&] { require(previewAll(database) == kTitles, "other titles"); },
-            "the service's pass", pass, {Bar::Kind::atMost, 2});
+            "the service's pass", pass, {Bar::Kind::AtMost, 2});
     gfxInfo.reset();
     RegDeleteTreeA(HKEY_CURRENT_USER, kPatchedKey);
 }

@@ -90,7 +90,7 @@ std::string inCell(std::string text) {
 
 void printRow(const std::string& work, double product, const std::string& referenceName, double reference,
               const std::string& unit, std::vector<double> ratios, Bar bar) {
-    const bool isFaster = bar.kind == Bar::Kind::timesAsFast;
+    const bool isFaster = bar.kind == Bar::Kind::TimesAsFast;
     if (isFaster) {
         for (double& ratio : ratios) {
             ratio = 1 / ratio;

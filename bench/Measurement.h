@@ -12,8 +12,8 @@ using Work = std::function<void()>;
 // What a row of the table promises about product and reference.
 struct Bar {
     enum class Kind {
-        atMost,     // times the reference's cost
-        timesAsFast // as the reference, at least
+        AtMost,     // times the reference's cost
+        TimesAsFast // as the reference, at least
     };
     Kind kind;
     double limit;

@@ -48,9 +48,9 @@ void printSearch(const Key& key, const std::string& text) {
         require(product.search(text).has_value() == reference.search(text), key.text);
         compare(std::string("search `") + key.text + '`', search, name, [&] { reference.search(text); }, bar);
     };
-    against("std::regex", *standardPattern(key.text), {Bar::Kind::timesAsFast, key.timesAsFast});
+    against("std::regex", *standardPattern(key.text), {Bar::Kind::TimesAsFast, key.timesAsFast});
     if (const auto pcre = pcrePattern(key.text)) {
-        against("PCRE2 JIT", *pcre, {Bar::Kind::atMost, key.timesPcre});
+        against("PCRE2 JIT", *pcre, {Bar::Kind::AtMost, key.timesPcre});
     }
 }
 
@@ -63,9 +63,9 @@ void printReplacement(const Key& key, const std::string& text) {
         compare(
             std::string("replace `") + key.text + '`', replace, name, [&] { reference.replace(text, "1920"); }, bar);
     };
-    against("std::regex", *standardPattern(key.text), {Bar::Kind::timesAsFast, key.timesAsFast});
+    against("std::regex", *standardPattern(key.text), {Bar::Kind::TimesAsFast, key.timesAsFast});
     if (const auto pcre = pcrePattern(key.text)) {
-        against("PCRE2 JIT", *pcre, {Bar::Kind::atMost, key.timesPcre});
+        against("PCRE2 JIT", *pcre, {Bar::Kind::AtMost, key.timesPcre});
     }
 }
 
@@ -76,7 +76,7 @@ void printAnything(const std::string& key, const char* place, const std::string&
     const SettingPattern plain(R"((\nLastLine=)(\d+)())");
     require(anything.search(text).has_value() == isThere && plain.search(text).has_value(), key);
     const std::string name = " `" + key + "`, 1 MB, " + place;
-    const Bar bar{Bar::Kind::atMost, 10};
+    const Bar bar{Bar::Kind::AtMost, 10};
     compare(
         "search" + name, [&] { static_cast<void>(anything.search(text)); }, "a plain key",
         [&] { static_cast<void>(plain.search(text)); }, bar);
@@ -116,7 +116,7 @@ void printPatternRows() {
         // Where a fourth of it were translation, it would take 1.33 times as long as the library alone.
         compare(
             std::string("compile `") + key.text + '`', [&] { SettingPattern{key.text}; }, "Boost.Regex",
-            [&] { boostPattern(key.text); }, {Bar::Kind::atMost, 1.33});
+            [&] { boostPattern(key.text); }, {Bar::Kind::AtMost, 1.33});
     }
 }
 

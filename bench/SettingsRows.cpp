@@ -34,7 +34,7 @@ void printSettingsRows() {
                 require(boostPattern(field["key"])->search(content), "a setting is missing");
             }
         },
-        {Bar::Kind::atMost, 0.5});
+        {Bar::Kind::AtMost, 0.5});
     compare(
         "patch ten fields of 773 KB", [&] { require(manager.optimizeTitle("a.exe"), "not patched"); },
         "reading, writing and Boost.Regex",
@@ -45,7 +45,7 @@ void printSettingsRows() {
             }
             writeText(folder / "other.ini", content);
         },
-        {Bar::Kind::atMost, 0.4});
+        {Bar::Kind::AtMost, 0.4});
 }
 
 } // namespace brisk::bench

@@ -73,7 +73,7 @@ void printTickRows() {
     std::string last;
     const auto keep = [&last](const std::string& line) { last = line; };
     processLog.setDestination(keep);
-    compare("a tick", tick, "the same calls and a line", [&] { tickBarely(keep); }, {Bar::Kind::atMost, 2});
+    compare("a tick", tick, "the same calls and a line", [&] { tickBarely(keep); }, {Bar::Kind::AtMost, 2});
 
     const testing::TemporaryFolder folder;
     processLog.setDestination(nullptr);
@@ -82,7 +82,7 @@ void printTickRows() {
         std::ofstream(file, std::ios::out | std::ios::app) << line;
     };
     compare("a tick with a log", tick, "the same calls and a line in a file", [&] { tickBarely(append); },
-            {Bar::Kind::atMost, 2});
+            {Bar::Kind::AtMost, 2});
     processLog.setFilePath({});
     processLog.setDestination([](const std::string& /*line*/) {});
     CloseHandle(trackingContext.processHandle);

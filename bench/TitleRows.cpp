@@ -47,7 +47,7 @@ void printLoad(std::size_t titles) {
     const Database database(titles);
     compare(
         "load " + std::to_string(titles) + " titles", [&] { database.load(); }, "json::parse in memory",
-        [&] { require(json::parse(database.bytes).size() == titles, "other titles"); }, {Bar::Kind::atMost, kLoadBar});
+        [&] { require(json::parse(database.bytes).size() == titles, "other titles"); }, {Bar::Kind::AtMost, kLoadBar});
 }
 
 void printCheck(std::size_t titles) {
@@ -55,7 +55,7 @@ void printCheck(std::size_t titles) {
     compare(
         "brisktitles check of " + std::to_string(titles) + " titles",
         [&] { require(workbench::checkDatabase({"titles_db.json", database.bytes}).titles == titles, "other titles"); },
-        "the service's load", [&] { database.load(); }, {Bar::Kind::atMost, 3});
+        "the service's load", [&] { database.load(); }, {Bar::Kind::AtMost, 3});
 }
 
 void printTitleInformation() {
@@ -67,13 +67,13 @@ void printTitleInformation() {
     const COPYDATASTRUCT data{BRISK_TITLE_INFO_TAG, static_cast<DWORD>(block.size()), block.data()};
     compare(
         "title information of 16 MB", [&] { receiveTitleInfo(nullptr, BRISK_TITLE_INFO_TAG, &data); },
-        "json::parse in memory", [&] { require(json::parse(block).is_array(), "no array"); }, {Bar::Kind::atMost, 0.9});
+        "json::parse in memory", [&] { require(json::parse(block).is_array(), "no array"); }, {Bar::Kind::AtMost, 0.9});
 }
 
 } // namespace
 
 void printMemoryRows() {
-    const Bar bar{Bar::Kind::atMost, 3};
+    const Bar bar{Bar::Kind::AtMost, 3};
     const testing::TemporaryFolder folder;
     const auto bytes = static_cast<double>(writeTitles(folder.path(), 100'000));
     const Memory before = readMemory();

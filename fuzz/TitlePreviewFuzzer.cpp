@@ -26,11 +26,11 @@ void checkPlaces(const KeyMatches& matches, std::size_t size) {
 void checkPreview(const TitlePreview& preview, const Display& display) {
     fuzzing::require(!preview.passes.empty(), "a verdict");
     const Verdict verdict = preview.passes.front().verdict;
-    if (verdict != Verdict::adjusted) {
+    if (verdict != Verdict::Adjusted) {
         fuzzing::require(preview.before == preview.after, "bytes that are left alone");
     }
     if (preview.settles && preview.passes.size() > 1) {
-        fuzzing::require(preview.passes.back().verdict != Verdict::adjusted, "nothing to do in the end");
+        fuzzing::require(preview.passes.back().verdict != Verdict::Adjusted, "nothing to do in the end");
     }
     for (const ConditionPreview& condition : preview.conditions) {
         checkPlaces(condition.matches, preview.text.size());

@@ -55,7 +55,7 @@ private:
         : tree(all), begin(repetition), parts(all.nodes[repetition].size), isApart(parts.size()) {
         for (std::size_t index = 1; index < parts.size(); ++index) {
             const Kind kind = tree.nodes[begin + index].kind;
-            if (isApart[index] || (kind != Kind::lookahead && kind != Kind::negativeLookahead)) {
+            if (isApart[index] || (kind != Kind::Lookahead && kind != Kind::NegativeLookahead)) {
                 continue;
             }
             std::fill_n(isApart.begin() + static_cast<std::ptrdiff_t>(index) + 1, tree.nodes[begin + index].size - 1,
@@ -67,7 +67,7 @@ private:
         const PatternNode& node = tree.nodes[index];
         Part part;
         switch (node.kind) {
-        case Kind::text:
+        case Kind::Text:
             for (const char byte : tree.textOf(node)) {
                 ByteSet bytes;
                 bytes.set(static_cast<unsigned char>(byte));
@@ -76,22 +76,22 @@ private:
                 part = {part.first.any() ? part.first : next.first, next.last};
             }
             break;
-        case Kind::set:
+        case Kind::Set:
             part = place(tree.setOf(node));
             break;
-        case Kind::backReference:
+        case Kind::BackReference:
             isAmbiguous = true;
             break;
-        case Kind::repetition:
+        case Kind::Repetition:
             part = repeated(node, partAt(index + 1));
             break;
-        case Kind::group:
+        case Kind::Group:
             tree.forEachChild(index, [&](std::size_t child) {
                 const Part& other = partAt(child);
                 part = {part.first | other.first, part.last | other.last, part.waysToBeEmpty + other.waysToBeEmpty};
             });
             break;
-        case Kind::sequence:
+        case Kind::Sequence:
             part.waysToBeEmpty = 1;
             tree.forEachChild(index, [&](std::size_t child) {
                 const Part& next = partAt(child);
@@ -101,12 +101,12 @@ private:
                         part.waysToBeEmpty * next.waysToBeEmpty};
             });
             break;
-        case Kind::textBegin:
-        case Kind::textEnd:
-        case Kind::wordBoundary:
-        case Kind::noWordBoundary:
-        case Kind::lookahead:
-        case Kind::negativeLookahead:
+        case Kind::TextBegin:
+        case Kind::TextEnd:
+        case Kind::WordBoundary:
+        case Kind::NoWordBoundary:
+        case Kind::Lookahead:
+        case Kind::NegativeLookahead:
             part.waysToBeEmpty = 1;
             break;
         }
@@ -212,14 +212,14 @@ std::vector<std::size_t> ambiguousRepetitions(const PatternTree& tree) {
         });
         const bool isInnermost = found.empty() || found.back() >= index + node.size;
         // Which of the rounds that must be take nothing, (?:a?){30}: as many ways as there are choices of them.
-        const bool mayAllBeEmpty = node.kind == Kind::repetition && node.minimum > kFewRounds &&
+        const bool mayAllBeEmpty = node.kind == Kind::Repetition && node.minimum > kFewRounds &&
                                    lengths[index + 1].minimum == 0 && lengths[index + 1].maximum > 0;
-        if (node.kind == Kind::repetition && node.maximum > kFewRounds && hasChoice[index] && isInnermost &&
+        if (node.kind == Kind::Repetition && node.maximum > kFewRounds && hasChoice[index] && isInnermost &&
             (mayAllBeEmpty || Rounds::areAmbiguous(tree, index, stepsLeft))) {
             found.push_back(index);
         }
-        hasChoice[index] = hasChoice[index] || node.kind == Kind::repetition || node.kind == Kind::backReference ||
-                           (node.kind == Kind::group && children > 1);
+        hasChoice[index] = hasChoice[index] || node.kind == Kind::Repetition || node.kind == Kind::BackReference ||
+                           (node.kind == Kind::Group && children > 1);
     }
     std::reverse(found.begin(), found.end());
     return found;

@@ -12,17 +12,17 @@ namespace {
 using Kind = PatternNode::Kind;
 
 // How far reading a number has come without a digit.
-enum Reading : std::size_t { atSpace, behindSign, lost, readings };
+enum Reading : std::size_t { AtSpace, BehindSign, Lost, Readings };
 
 // Element [a] holds b when some text of a part takes the reading from a to b without meeting a digit in its way.
-using Steps = std::array<std::bitset<readings>, readings>;
+using Steps = std::array<std::bitset<Readings>, Readings>;
 
 constexpr Steps kNoSteps{};
-const Steps kStay{1 << atSpace, 1 << behindSign, 1 << lost};
+const Steps kStay{1 << AtSpace, 1 << BehindSign, 1 << Lost};
 const Steps kAnyText{7, 6, 4};
 
 Steps operator|(Steps left, const Steps& right) {
-    for (std::size_t from = 0; from < readings; ++from) {
+    for (std::size_t from = 0; from < Readings; ++from) {
         left[from] |= right[from];
     }
     return left;
@@ -30,9 +30,9 @@ Steps operator|(Steps left, const Steps& right) {
 
 Steps operator*(const Steps& left, const Steps& right) {
     Steps both{};
-    for (std::size_t from = 0; from < readings; ++from) {
-        for (std::size_t by = 0; by < readings; ++by) {
-            both[from] |= left[from][by] ? right[by] : std::bitset<readings>();
+    for (std::size_t from = 0; from < Readings; ++from) {
+        for (std::size_t by = 0; by < Readings; ++by) {
+            both[from] |= left[from][by] ? right[by] : std::bitset<Readings>();
         }
     }
     return both;
@@ -44,10 +44,10 @@ bool isOneOf(std::size_t byte, std::string_view bytes) {
 
 Steps stepsOfByte(std::size_t byte) {
     if (byte >= '0' && byte <= '9') {
-        return {0, 0, 1 << lost};
+        return {0, 0, 1 << Lost};
     }
-    const Reading fromSpace = isOneOf(byte, " \t\n\v\f\r") ? atSpace : isOneOf(byte, "+-") ? behindSign : lost;
-    return {1U << fromSpace, 1 << lost, 1 << lost};
+    const Reading fromSpace = isOneOf(byte, " \t\n\v\f\r") ? AtSpace : isOneOf(byte, "+-") ? BehindSign : Lost;
+    return {1U << fromSpace, 1 << Lost, 1 << Lost};
 }
 
 Steps stepsOfSet(const ByteSet& bytes) {
@@ -78,45 +78,45 @@ Part partOf(const PatternTree& tree, std::size_t index, const std::vector<Part>&
     const PatternNode& node = tree.nodes[index];
     Part part{kStay};
     switch (node.kind) {
-    case Kind::text:
+    case Kind::Text:
         for (const char byte : tree.textOf(node)) {
             part.steps = part.steps * stepsOfByte(static_cast<unsigned char>(byte));
         }
         break;
-    case Kind::set:
+    case Kind::Set:
         part = {stepsOfSet(tree.setOf(node)), tree.setOf(node).any()};
         break;
-    case Kind::backReference:
+    case Kind::BackReference:
         part.steps = kAnyText;
         break;
-    case Kind::repetition:
+    case Kind::Repetition:
         part = {stepsOfRepetition(node, parts[index + 1].steps), node.minimum == 0 || parts[index + 1].canMatch,
                 node.minimum > 0 && parts[index + 1].hasGroup};
         break;
-    case Kind::group:
-    case Kind::lookahead:
+    case Kind::Group:
+    case Kind::Lookahead:
         part = {kNoSteps, false, true};
         tree.forEachChild(index, [&](std::size_t child) {
             part.steps = part.steps | parts[child].steps;
             part.canMatch = part.canMatch || parts[child].canMatch;
             part.hasGroup = part.hasGroup && (parts[child].hasGroup || !parts[child].canMatch);
         });
-        if (node.kind == Kind::lookahead) {
+        if (node.kind == Kind::Lookahead) {
             part = {kStay, true, part.hasGroup};
         }
         break;
-    case Kind::sequence:
+    case Kind::Sequence:
         tree.forEachChild(index, [&](std::size_t child) {
             part.steps = part.steps * parts[child].steps;
             part.canMatch = part.canMatch && parts[child].canMatch;
             part.hasGroup = part.hasGroup || parts[child].hasGroup;
         });
         break;
-    case Kind::textBegin:
-    case Kind::textEnd:
-    case Kind::wordBoundary:
-    case Kind::noWordBoundary:
-    case Kind::negativeLookahead:
+    case Kind::TextBegin:
+    case Kind::TextEnd:
+    case Kind::WordBoundary:
+    case Kind::NoWordBoundary:
+    case Kind::NegativeLookahead:
         break;
     }
     return part;
@@ -134,7 +134,7 @@ bool canLackDigits(const PatternTree& tree, std::size_t group) {
         parts[index] = partOf(tree, index, parts);
         parts[index].hasGroup = parts[index].hasGroup || index == value;
     }
-    return parts[value].steps[atSpace].any() || !parts.front().hasGroup;
+    return parts[value].steps[AtSpace].any() || !parts.front().hasGroup;
 }
 
 } // namespace brisk

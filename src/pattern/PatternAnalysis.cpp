@@ -24,7 +24,7 @@ std::vector<std::size_t> partsBefore(const PatternTree& tree, std::size_t node,
     for (std::size_t index = 0; index != node;) {
         const std::vector<std::size_t> children = childrenOf(tree, index);
         const auto around = std::prev(std::upper_bound(children.begin(), children.end(), node));
-        for (auto child = children.begin(); tree.nodes[index].kind == Kind::sequence && child != around; ++child) {
+        for (auto child = children.begin(); tree.nodes[index].kind == Kind::Sequence && child != around; ++child) {
             if (lengths[*child].minimum > 0) {
                 parts.clear();
             }
@@ -50,14 +50,14 @@ std::vector<PatternSpan> textOutsideGroups(const PatternTree& tree) {
     const auto lengths = lengthsOf(tree);
     std::vector<bool> hasGroup(tree.nodes.size());
     for (std::size_t index = tree.nodes.size(); index-- > 0;) {
-        hasGroup[index] = tree.nodes[index].number != 0 && tree.nodes[index].kind == Kind::group;
+        hasGroup[index] = tree.nodes[index].number != 0 && tree.nodes[index].kind == Kind::Group;
         tree.forEachChild(index, [&](std::size_t child) { hasGroup[index] = hasGroup[index] || hasGroup[child]; });
     }
     std::vector<PatternSpan> spans;
     for (std::size_t index = 0; index < tree.nodes.size();) {
         const PatternNode& node = tree.nodes[index];
-        const bool isCaptured = node.kind == Kind::group && node.number != 0;
-        const bool isRepeated = node.kind == Kind::repetition && node.maximum > 1;
+        const bool isCaptured = node.kind == Kind::Group && node.number != 0;
+        const bool isRepeated = node.kind == Kind::Repetition && node.maximum > 1;
         if (!isCaptured && lengths[index].maximum > 0 && hasGroup[index] && !isRepeated) {
             ++index;
             continue;
@@ -79,8 +79,8 @@ std::vector<PatternSpan> assertionsWithinText(const PatternTree& tree) {
     std::vector<PatternSpan> spans;
     for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
         const Kind kind = tree.nodes[index].kind;
-        if ((kind == Kind::textBegin && places[index].before.minimum > 0) ||
-            (kind == Kind::textEnd && places[index].behind.minimum > 0)) {
+        if ((kind == Kind::TextBegin && places[index].before.minimum > 0) ||
+            (kind == Kind::TextEnd && places[index].behind.minimum > 0)) {
             spans.push_back(tree.nodes[index].span);
         }
     }
@@ -100,10 +100,10 @@ std::vector<PatternSpan> greedyBefore(const PatternTree& tree, std::size_t group
         const std::size_t index = parts.back();
         const PatternNode& node = tree.nodes[index];
         parts.pop_back();
-        if (node.kind == Kind::lookahead || node.kind == Kind::negativeLookahead) {
+        if (node.kind == Kind::Lookahead || node.kind == Kind::NegativeLookahead) {
             continue;
         }
-        const bool isOfBytes = node.kind == Kind::repetition && lengths[index + 1] == PatternLengths{1, 1};
+        const bool isOfBytes = node.kind == Kind::Repetition && lengths[index + 1] == PatternLengths{1, 1};
         if (isOfBytes && node.maximum == PatternNode::kUnbounded && !node.isLazy &&
             2 * (first[index] & first[value]).count() > first[value].count()) {
             spans.push_back(node.span);
@@ -111,7 +111,7 @@ std::vector<PatternSpan> greedyBefore(const PatternTree& tree, std::size_t group
         const std::vector<std::size_t> children = childrenOf(tree, index);
         for (std::size_t last = children.size(); last-- > 0;) {
             parts.push_back(children[last]);
-            if (node.kind == Kind::sequence && lengths[children[last]].minimum > 0) {
+            if (node.kind == Kind::Sequence && lengths[children[last]].minimum > 0) {
                 break;
             }
         }

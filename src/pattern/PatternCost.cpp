@@ -41,7 +41,7 @@ public:
 
     std::vector<PatternCost> find() {
         for (const std::size_t repetition : ambiguousRepetitions(tree)) {
-            costs.push_back({PatternCost::Kind::ambiguous, tree.nodes[repetition].span, first[repetition]});
+            costs.push_back({PatternCost::Kind::Ambiguous, tree.nodes[repetition].span, first[repetition]});
         }
         for (std::size_t index = tree.nodes.size(); index-- > 0;) {
             findBytes(index);
@@ -59,16 +59,16 @@ private:
         const PatternNode& node = tree.nodes[index];
         Bytes& own = bytes[index];
         own.first = first[index];
-        if (node.kind == Kind::text) {
+        if (node.kind == Kind::Text) {
             for (const char byte : tree.textOf(node)) {
                 own.all.set(static_cast<unsigned char>(byte));
             }
             own.last.set(static_cast<unsigned char>(tree.textOf(node).back()));
-        } else if (node.kind == Kind::set || node.kind == Kind::backReference) {
+        } else if (node.kind == Kind::Set || node.kind == Kind::BackReference) {
             own = {first[index], first[index], first[index]};
-        } else if (node.kind == Kind::group || node.kind == Kind::sequence || node.kind == Kind::repetition) {
+        } else if (node.kind == Kind::Group || node.kind == Kind::Sequence || node.kind == Kind::Repetition) {
             tree.forEachChild(index, [&](std::size_t child) {
-                const bool isEnd = node.kind == Kind::sequence && lengths[child].minimum > 0;
+                const bool isEnd = node.kind == Kind::Sequence && lengths[child].minimum > 0;
                 own.last = isEnd ? bytes[child].last : own.last | bytes[child].last;
                 own.all |= bytes[child].all;
             });
@@ -79,7 +79,7 @@ private:
         const PatternNode& node = tree.nodes[index];
         Edge& begin = begins[index];
         Edge& end = ends[index];
-        if (node.kind == Kind::repetition) {
+        if (node.kind == Kind::Repetition) {
             begin = begins[index + 1];
             end = ends[index + 1];
             if (node.maximum == PatternNode::kUnbounded) {
@@ -88,12 +88,12 @@ private:
             } else if (node.maximum > 1) {
                 meet(end, begin);
             }
-        } else if (node.kind == Kind::group) {
+        } else if (node.kind == Kind::Group) {
             tree.forEachChild(index, [&](std::size_t child) {
                 begin = begin | begins[child];
                 end = end | ends[child];
             });
-        } else if (node.kind == Kind::sequence) {
+        } else if (node.kind == Kind::Sequence) {
             bool isBegin = true;
             tree.forEachChild(index, [&](std::size_t child) {
                 meet(end, begins[child]);
@@ -112,7 +112,7 @@ private:
             const PatternSpan& one = tree.nodes[left.repetition].span;
             const PatternSpan& other = tree.nodes[right.repetition].span;
             costs.push_back(
-                {PatternCost::Kind::adjacent, {std::min(one.begin, other.begin), std::max(one.end, other.end)}, both});
+                {PatternCost::Kind::Adjacent, {std::min(one.begin, other.begin), std::max(one.end, other.end)}, both});
         }
     }
 
@@ -126,15 +126,15 @@ private:
         }
         for (std::size_t index = 0; index < tree.nodes.size();) {
             const PatternNode& node = tree.nodes[index];
-            if (isFront[index] && node.kind == Kind::repetition && node.maximum == PatternNode::kUnbounded) {
-                costs.push_back({PatternCost::Kind::leading, node.span, first[index]});
+            if (isFront[index] && node.kind == Kind::Repetition && node.maximum == PatternNode::kUnbounded) {
+                costs.push_back({PatternCost::Kind::Leading, node.span, first[index]});
                 index += node.size;
                 continue;
             }
             bool isChildFront = isFront[index];
             tree.forEachChild(index, [&](std::size_t child) {
                 isFront[child] = isChildFront;
-                isChildFront = isChildFront && (node.kind != Kind::sequence || opens[child]);
+                isChildFront = isChildFront && (node.kind != Kind::Sequence || opens[child]);
             });
             ++index;
         }
@@ -145,15 +145,15 @@ private:
         const PatternNode& node = tree.nodes[index];
         const PatternTree::Spread children = tree.amongChildren(index, opens);
         switch (node.kind) {
-        case Kind::text:
-        case Kind::set:
-        case Kind::textBegin:
+        case Kind::Text:
+        case Kind::Set:
+        case Kind::TextBegin:
             return false;
-        case Kind::repetition:
+        case Kind::Repetition:
             return node.minimum == 0 || children.any;
-        case Kind::group:
+        case Kind::Group:
             return children.any;
-        case Kind::sequence:
+        case Kind::Sequence:
             return children.all;
         default:
             return true;
@@ -165,7 +165,7 @@ private:
         std::size_t steps = 0;
         for (const PatternNode& node : tree.nodes) {
             const bool isStep =
-                node.kind != Kind::group && node.kind != Kind::sequence && node.kind != Kind::repetition;
+                node.kind != Kind::Group && node.kind != Kind::Sequence && node.kind != Kind::Repetition;
             steps += isStep ? 1 : 0;
         }
         return steps > 1;

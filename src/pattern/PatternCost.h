@@ -11,18 +11,18 @@ struct PatternCost {
     enum class Kind {
         // A repetition whose rounds can take the same text in several ways, (a+)+ or (?:a|a)*: the cost may double with
         // every byte.
-        ambiguous,
+        Ambiguous,
         // Two repetitions without end that meet and can take the same bytes, \s*\s*: the cost grows with the square of
         // what they take.
-        adjacent,
+        Adjacent,
         // A repetition without end with which a match can begin at any place, (?:.|\n)*?: where what follows it is
         // missing, the cost grows with the square of what it takes.
-        leading,
+        Leading,
     };
 
     Kind kind;
     PatternSpan span; // of the repetition; of all from the one to the other
-    ByteSet bytes;    // with which a round can begin; for `adjacent`, a round of either repetition
+    ByteSet bytes;    // with which a round can begin; for `Adjacent`, a round of either repetition
 
     bool operator==(const PatternCost&) const = default;
 };

@@ -57,31 +57,31 @@ std::vector<PatternLengths> lengthsOf(const PatternTree& tree) {
         const PatternNode& node = tree.nodes[index];
         PatternLengths& own = lengths[index];
         switch (node.kind) {
-        case Kind::text:
+        case Kind::Text:
             own = {tree.textOf(node).size(), tree.textOf(node).size()};
             break;
-        case Kind::set:
+        case Kind::Set:
             own = {1, 1};
             break;
-        case Kind::backReference:
+        case Kind::BackReference:
             own = {0, kUnbounded};
             break;
-        case Kind::repetition:
+        case Kind::Repetition:
             own = {product(node.minimum, lengths[index + 1].minimum),
                    product(node.maximum, lengths[index + 1].maximum)};
             break;
-        case Kind::group:
+        case Kind::Group:
             own = lengthsOfGroup(tree, index, lengths);
             break;
-        case Kind::sequence:
+        case Kind::Sequence:
             tree.forEachChild(index, [&](std::size_t child) { own = own + lengths[child]; });
             break;
-        case Kind::textBegin:
-        case Kind::textEnd:
-        case Kind::wordBoundary:
-        case Kind::noWordBoundary:
-        case Kind::lookahead:
-        case Kind::negativeLookahead:
+        case Kind::TextBegin:
+        case Kind::TextEnd:
+        case Kind::WordBoundary:
+        case Kind::NoWordBoundary:
+        case Kind::Lookahead:
+        case Kind::NegativeLookahead:
             break;
         }
     }
@@ -93,13 +93,13 @@ std::vector<PatternPlace> placesOf(const PatternTree& tree, const std::vector<Pa
     for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
         const PatternNode& node = tree.nodes[index];
         PatternPlace inside = places[index];
-        if (node.kind == Kind::sequence) {
+        if (node.kind == Kind::Sequence) {
             placeTerms(tree, index, lengths, places);
             continue;
         }
-        if (node.kind == Kind::lookahead || node.kind == Kind::negativeLookahead) {
+        if (node.kind == Kind::Lookahead || node.kind == Kind::NegativeLookahead) {
             inside.behind = {};
-        } else if (node.kind == Kind::repetition && node.maximum > 0) {
+        } else if (node.kind == Kind::Repetition && node.maximum > 0) {
             // Any number of other rounds may come before and behind.
             const std::size_t rounds = node.maximum == kUnbounded ? kUnbounded : node.maximum - 1;
             const PatternLengths others{0, product(rounds, lengths[index + 1].maximum)};
@@ -115,17 +115,17 @@ std::vector<ByteSet> firstBytesOf(const PatternTree& tree, const std::vector<Pat
     std::vector<ByteSet> bytes(tree.nodes.size());
     for (std::size_t index = tree.nodes.size(); index-- > 0;) {
         const PatternNode& node = tree.nodes[index];
-        bool canBegin = node.kind != Kind::lookahead && node.kind != Kind::negativeLookahead;
-        if (node.kind == Kind::text) {
+        bool canBegin = node.kind != Kind::Lookahead && node.kind != Kind::NegativeLookahead;
+        if (node.kind == Kind::Text) {
             bytes[index].set(static_cast<unsigned char>(tree.textOf(node).front()));
-        } else if (node.kind == Kind::set) {
+        } else if (node.kind == Kind::Set) {
             bytes[index] = tree.setOf(node);
-        } else if (node.kind == Kind::backReference) {
+        } else if (node.kind == Kind::BackReference) {
             bytes[index].set();
-        } else if (node.kind != Kind::repetition || node.maximum > 0) {
+        } else if (node.kind != Kind::Repetition || node.maximum > 0) {
             tree.forEachChild(index, [&](std::size_t child) {
                 bytes[index] |= canBegin ? bytes[child] : ByteSet();
-                canBegin = canBegin && (node.kind != Kind::sequence || lengths[child].minimum == 0);
+                canBegin = canBegin && (node.kind != Kind::Sequence || lengths[child].minimum == 0);
             });
         }
     }

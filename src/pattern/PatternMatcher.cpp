@@ -60,7 +60,7 @@ bool PatternMatcher::matches(std::size_t begin, std::uint32_t firstStep, bool ma
     place = begin;
     while (true) {
         const PatternStep& step = program.steps[next];
-        const bool isEnd = step.kind == Kind::match;
+        const bool isEnd = step.kind == Kind::Match;
         if (isEnd && (place != begin || mayBeEmpty)) {
             registers[0] = begin;
             registers[1] = place;
@@ -82,7 +82,7 @@ void PatternMatcher::spend(std::size_t steps) {
 
 void PatternMatcher::setRegister(std::uint32_t number, std::size_t value) {
     if (!retreats.isEmpty()) {
-        retreats.push({Retreat::Kind::restore, number, registers[number], 0});
+        retreats.push({Retreat::Kind::Restore, number, registers[number], 0});
     }
     registers[number] = value;
 }
@@ -92,46 +92,46 @@ bool PatternMatcher::take(const PatternStep& step) {
     spend(1);
     bool fits = true;
     switch (step.kind) {
-    case Kind::text:
+    case Kind::Text:
         fits = takeText(step);
         break;
-    case Kind::set:
+    case Kind::Set:
         fits = place < text.size() && step.bytes[static_cast<unsigned char>(text[place])];
         ++place;
         next = step.next;
         break;
-    case Kind::run:
+    case Kind::Run:
         fits = takeRun(step);
         break;
-    case Kind::textBegin:
+    case Kind::TextBegin:
         fits = place == textBegin;
         next = step.next;
         break;
-    case Kind::textEnd:
+    case Kind::TextEnd:
         fits = place == text.size();
         next = step.next;
         break;
-    case Kind::wordBoundary:
-    case Kind::noWordBoundary:
-        fits = isAtWordBoundary() == (step.kind == Kind::wordBoundary);
+    case Kind::WordBoundary:
+    case Kind::NoWordBoundary:
+        fits = isAtWordBoundary() == (step.kind == Kind::WordBoundary);
         next = step.next;
         break;
-    case Kind::backReference:
+    case Kind::BackReference:
         fits = takeBackReference(step);
         break;
-    case Kind::openGroup:
+    case Kind::OpenGroup:
         setRegister(2 * step.number, place);
         next = step.next;
         break;
-    case Kind::closeGroup:
+    case Kind::CloseGroup:
         setRegister(2 * step.number + 1, place);
         areGroupsSet = true;
         next = step.next;
         break;
-    case Kind::choice:
+    case Kind::Choice:
         choose(step);
         break;
-    case Kind::beginLoop:
+    case Kind::BeginLoop:
         if (step.countRegister != PatternStep::kNoRegister) {
             setRegister(step.countRegister, 0);
         }
@@ -140,18 +140,18 @@ bool PatternMatcher::take(const PatternStep& step) {
         }
         next = step.next;
         break;
-    case Kind::loop:
+    case Kind::Loop:
         fits = takeLoop(step);
         break;
-    case Kind::beginLookahead:
+    case Kind::BeginLookahead:
         registers[step.countRegister] = retreats.size();
-        retreats.push({Retreat::Kind::lookahead, next, place, 0});
+        retreats.push({Retreat::Kind::Lookahead, next, place, 0});
         next = step.other;
         break;
-    case Kind::endLookahead:
+    case Kind::EndLookahead:
         fits = endLookahead(step);
         break;
-    case Kind::match:
+    case Kind::Match:
         break;
     }
     return fits;
@@ -218,7 +218,7 @@ bool PatternMatcher::endRunWithin(std::uint32_t run, std::size_t shortest, std::
     }
     spend((longest - end) / kBytesOfAStep);
     if (end > shortest) {
-        retreats.push({Retreat::Kind::shorterRun, run, end, shortest});
+        retreats.push({Retreat::Kind::ShorterRun, run, end, shortest});
     }
     place = end;
     next = step.next;
@@ -252,7 +252,7 @@ bool PatternMatcher::endRunFrom(std::uint32_t run, std::size_t shortest, std::si
         end = furthest;
     }
     if (end < longest && step.bytes[static_cast<unsigned char>(text[end])]) {
-        retreats.push({Retreat::Kind::longerRun, run, end, longest});
+        retreats.push({Retreat::Kind::LongerRun, run, end, longest});
     }
     place = end;
     next = step.next;
@@ -273,7 +273,7 @@ bool PatternMatcher::takeBackReference(const PatternStep& step) {
 void PatternMatcher::choose(const PatternStep& step) {
     const bool canBeOther = program.steps[step.other].possible.fits(text, place);
     if (canBeOther && program.steps[step.next].possible.fits(text, place)) {
-        retreats.push({Retreat::Kind::resume, step.other, place, 0});
+        retreats.push({Retreat::Kind::Resume, step.other, place, 0});
     }
     next = canBeOther && !program.steps[step.next].possible.fits(text, place) ? step.other : step.next;
 }
@@ -294,7 +294,7 @@ bool PatternMatcher::takeLoop(const PatternStep& step) {
     }
     const bool goesOn = canGoOn && !(step.isLazy && canEnd);
     if (canGoOn && canEnd) {
-        const auto kind = step.isLazy ? Retreat::Kind::nextRound : Retreat::Kind::resume;
+        const auto kind = step.isLazy ? Retreat::Kind::NextRound : Retreat::Kind::Resume;
         retreats.push({kind, step.isLazy ? next : step.next, place, 0});
     }
     if (goesOn) {
@@ -340,28 +340,28 @@ bool PatternMatcher::retreat() {
     while (!retreats.isEmpty()) {
         const Retreat last = retreats.pop();
         switch (last.kind) {
-        case Retreat::Kind::resume:
+        case Retreat::Kind::Resume:
             next = last.step;
             place = last.place;
             return true;
-        case Retreat::Kind::shorterRun:
+        case Retreat::Kind::ShorterRun:
             if (endRunWithin(last.step, last.other, last.place - 1)) {
                 return true;
             }
             break;
-        case Retreat::Kind::longerRun:
+        case Retreat::Kind::LongerRun:
             if (endRunFrom(last.step, last.place + 1, last.other)) {
                 return true;
             }
             break;
-        case Retreat::Kind::nextRound:
+        case Retreat::Kind::NextRound:
             place = last.place;
             beginRound(program.steps[last.step]);
             return true;
-        case Retreat::Kind::restore:
+        case Retreat::Kind::Restore:
             registers[last.step] = last.place;
             break;
-        case Retreat::Kind::lookahead:
+        case Retreat::Kind::Lookahead:
             if (program.steps[last.step].isNegative) {
                 place = last.place;
                 next = program.steps[last.step].next;

@@ -43,12 +43,12 @@ private:
     // What to do when the matcher is stuck.
     struct Retreat {
         enum class Kind : std::uint32_t {
-            resume,     // with the step at the place
-            shorterRun, // end the step's run before the place, though not before `other`
-            longerRun,  // end it behind the place, though not behind `other`
-            nextRound,  // begin another round of the step's loop at the place
-            restore,    // give the register `step` its old value, `place`
-            lookahead,  // nothing inside the lookahead fits: it began at the place
+            Resume,     // with the step at the place
+            ShorterRun, // end the step's run before the place, though not before `other`
+            LongerRun,  // end it behind the place, though not behind `other`
+            NextRound,  // begin another round of the step's loop at the place
+            Restore,    // give the register `step` its old value, `place`
+            Lookahead,  // nothing inside the lookahead fits: it began at the place
         };
         Kind kind;
         std::uint32_t step;

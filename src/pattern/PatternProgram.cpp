@@ -30,7 +30,7 @@ public:
     }
 
     PatternProgram build() {
-        PatternStep end{Kind::match};
+        PatternStep end{Kind::Match};
         end.possible = {ByteSet().set(), true};
         program.steps.push_back(end);
         program.start = alternatives(0, 0);
@@ -60,42 +60,42 @@ private:
     std::uint32_t part(std::size_t index, std::uint32_t next) {
         const PatternNode& node = tree.nodes[index];
         switch (node.kind) {
-        case PatternNode::Kind::text:
+        case PatternNode::Kind::Text:
             return text(node, next);
-        case PatternNode::Kind::set:
+        case PatternNode::Kind::Set:
             return set(tree.setOf(node), next);
-        case PatternNode::Kind::textBegin:
-            return add(Kind::textBegin, next);
-        case PatternNode::Kind::textEnd: {
-            const std::uint32_t step = add(Kind::textEnd, next);
+        case PatternNode::Kind::TextBegin:
+            return add(Kind::TextBegin, next);
+        case PatternNode::Kind::TextEnd: {
+            const std::uint32_t step = add(Kind::TextEnd, next);
             program.steps[step].possible = {{}, true};
             return step;
         }
-        case PatternNode::Kind::wordBoundary:
-            return add(Kind::wordBoundary, next);
-        case PatternNode::Kind::noWordBoundary:
-            return add(Kind::noWordBoundary, next);
-        case PatternNode::Kind::backReference: {
+        case PatternNode::Kind::WordBoundary:
+            return add(Kind::WordBoundary, next);
+        case PatternNode::Kind::NoWordBoundary:
+            return add(Kind::NoWordBoundary, next);
+        case PatternNode::Kind::BackReference: {
             program.hasBackReferences = true;
-            const std::uint32_t step = add(Kind::backReference, next, node.number);
+            const std::uint32_t step = add(Kind::BackReference, next, node.number);
             program.steps[step].possible = {ByteSet().set(), true};
             return step;
         }
-        case PatternNode::Kind::repetition:
+        case PatternNode::Kind::Repetition:
             return repetition(index, next);
-        case PatternNode::Kind::group:
+        case PatternNode::Kind::Group:
             return group(index, next);
-        case PatternNode::Kind::lookahead:
-        case PatternNode::Kind::negativeLookahead:
+        case PatternNode::Kind::Lookahead:
+        case PatternNode::Kind::NegativeLookahead:
             return lookahead(index, next);
-        case PatternNode::Kind::sequence:
+        case PatternNode::Kind::Sequence:
             break;
         }
         return sequence(index, next);
     }
 
     std::uint32_t text(const PatternNode& node, std::uint32_t next) {
-        PatternStep step{Kind::text};
+        PatternStep step{Kind::Text};
         step.next = next;
         step.minimum = node.number;
         step.maximum = node.maximum;
@@ -104,7 +104,7 @@ private:
     }
 
     std::uint32_t set(const ByteSet& bytes, std::uint32_t next) {
-        PatternStep step{Kind::set};
+        PatternStep step{Kind::Set};
         step.next = next;
         step.bytes = bytes;
         step.possible.bytes = bytes;
@@ -131,7 +131,7 @@ private:
     }
 
     std::uint32_t choice(std::uint32_t wanted, std::uint32_t otherwise) {
-        const std::uint32_t step = add(Kind::choice, wanted);
+        const std::uint32_t step = add(Kind::Choice, wanted);
         program.steps[step].other = otherwise;
         program.steps[step].possible = possibleAt(wanted) | possibleAt(otherwise);
         return step;
@@ -145,20 +145,20 @@ private:
         if (node.number == 0) {
             return alternatives(index, next);
         }
-        return add(Kind::openGroup, alternatives(index, add(Kind::closeGroup, next, node.number)), node.number);
+        return add(Kind::OpenGroup, alternatives(index, add(Kind::CloseGroup, next, node.number)), node.number);
     }
 
     std::uint32_t lookahead(std::size_t index, std::uint32_t next) {
-        PatternStep end{Kind::endLookahead};
+        PatternStep end{Kind::EndLookahead};
         end.possible = {ByteSet().set(), true};
         end.countRegister = newRegister();
         const std::uint32_t inside = alternatives(index, add(end));
-        const std::uint32_t step = add(Kind::beginLookahead, next);
+        const std::uint32_t step = add(Kind::BeginLookahead, next);
         program.steps[step].other = inside;
         // Never passed over, for what its groups match stays even where the pattern does not go on.
         program.steps[step].possible = {ByteSet().set(), true};
         program.steps[step].countRegister = end.countRegister;
-        program.steps[step].isNegative = tree.nodes[index].kind == PatternNode::Kind::negativeLookahead;
+        program.steps[step].isNegative = tree.nodes[index].kind == PatternNode::Kind::NegativeLookahead;
         return step;
     }
 
@@ -181,7 +181,7 @@ private:
     }
 
     std::uint32_t run(const PatternNode& node, const ByteSet& bytes, std::uint32_t next) {
-        PatternStep step{Kind::run};
+        PatternStep step{Kind::Run};
         step.next = next;
         step.isLazy = node.isLazy;
         step.minimum = node.minimum;
@@ -199,16 +199,16 @@ private:
 
     // The text with which a step has to go on; without one the last step, which has none.
     std::uint32_t textAt(std::uint32_t step) const {
-        while (program.steps[step].kind == Kind::openGroup || program.steps[step].kind == Kind::closeGroup) {
+        while (program.steps[step].kind == Kind::OpenGroup || program.steps[step].kind == Kind::CloseGroup) {
             step = program.steps[step].next;
         }
-        return program.steps[step].kind == Kind::text ? step : 0;
+        return program.steps[step].kind == Kind::Text ? step : 0;
     }
 
     std::uint32_t loop(std::size_t index, std::uint32_t next) {
         const PatternNode& node = tree.nodes[index];
         const bool canBeEmpty = lengths[index + 1].minimum == 0;
-        PatternStep step{Kind::loop};
+        PatternStep step{Kind::Loop};
         step.next = next;
         step.isLazy = node.isLazy;
         step.minimum = node.minimum;
@@ -233,7 +233,7 @@ private:
         if (!isCounted && step.roundRegister == PatternStep::kNoRegister) {
             return begin;
         }
-        const std::uint32_t registers = add(Kind::beginLoop, begin);
+        const std::uint32_t registers = add(Kind::BeginLoop, begin);
         program.steps[registers].countRegister = step.countRegister;
         program.steps[registers].roundRegister = step.roundRegister;
         return registers;
@@ -245,13 +245,13 @@ private:
         if (lengths[index] != PatternLengths{1, 1}) {
             return std::nullopt;
         }
-        const bool isByte = node.kind == PatternNode::Kind::text || node.kind == PatternNode::Kind::set;
-        const bool isGroup = node.kind == PatternNode::Kind::group && node.number == 0;
+        const bool isByte = node.kind == PatternNode::Kind::Text || node.kind == PatternNode::Kind::Set;
+        const bool isGroup = node.kind == PatternNode::Kind::Group && node.number == 0;
         if (isByte) {
             return first[index];
         }
         if (!isGroup &&
-            (node.kind != PatternNode::Kind::sequence || index + 1 + tree.nodes[index + 1].size != index + node.size)) {
+            (node.kind != PatternNode::Kind::Sequence || index + 1 + tree.nodes[index + 1].size != index + node.size)) {
             return std::nullopt;
         }
         ByteSet bytes;

@@ -24,23 +24,23 @@ struct PossibleBytes {
 // One step of a matcher. Unless told otherwise it goes on with the step `next`.
 struct PatternStep {
     enum class Kind : std::uint8_t {
-        text,           // PatternProgram::textOf
-        set,            // one of `bytes`
-        run,            // `minimum` to `maximum` bytes, up to the first that `others` finds; `other` is a text that
+        Text,           // PatternProgram::textOf
+        Set,            // one of `bytes`
+        Run,            // `minimum` to `maximum` bytes, up to the first that `others` finds; `other` is a text that
                         // has to follow, or the match
-        textBegin,      // ^
-        textEnd,        // $
-        wordBoundary,   // \b
-        noWordBoundary, // \B
-        backReference,  // what group `number` matched
-        openGroup,      // group `number`
-        closeGroup,
-        choice,         // `next`, or else `other`
-        beginLoop,      // sets the registers of a loop
-        loop,           // another round is the step `other`
-        beginLookahead, // `other` has to match, or must not
-        endLookahead,
-        match, // the end
+        TextBegin,      // ^
+        TextEnd,        // $
+        WordBoundary,   // \b
+        NoWordBoundary, // \B
+        BackReference,  // what group `number` matched
+        OpenGroup,      // group `number`
+        CloseGroup,
+        Choice,         // `next`, or else `other`
+        BeginLoop,      // sets the registers of a loop
+        Loop,           // another round is the step `other`
+        BeginLookahead, // `other` has to match, or must not
+        EndLookahead,
+        Match, // the end
     };
     static constexpr std::uint32_t kNoRegister = UINT32_MAX;
 

@@ -38,34 +38,34 @@ PatternSearch::Beginning PatternSearch::beginningAt(std::uint32_t step) const {
 void PatternSearch::findLeadingRepetition() {
     std::vector<std::uint32_t> opened; // groups
     std::uint32_t first = program.start;
-    while (program.steps[first].kind == Kind::openGroup) {
+    while (program.steps[first].kind == Kind::OpenGroup) {
         opened.push_back(program.steps[first].number);
         first = program.steps[first].next;
     }
     const PatternStep& step = program.steps[first];
-    isAtTextBegin = step.kind == Kind::textBegin;
+    isAtTextBegin = step.kind == Kind::TextBegin;
     // A back reference may tell one place from another.
     if (program.hasBackReferences || step.maximum != PatternNode::kUnbounded) {
         return;
     }
-    if (step.kind == Kind::run) {
+    if (step.kind == Kind::Run) {
         endOfLeadingRun = step.others;
         return;
     }
-    if (step.kind != Kind::loop || step.minimum > 0) {
+    if (step.kind != Kind::Loop || step.minimum > 0) {
         return;
     }
     const PatternStep& line = program.steps[step.other];
     const PatternStep& end = program.steps[line.next];
-    const bool isLine = line.kind == Kind::run && line.minimum == 0 && line.maximum == PatternNode::kUnbounded &&
-                        end.kind == Kind::text && end.maximum == 1 && end.next == first && !line.givesBack;
+    const bool isLine = line.kind == Kind::Run && line.minimum == 0 && line.maximum == PatternNode::kUnbounded &&
+                        end.kind == Kind::Text && end.maximum == 1 && end.next == first && !line.givesBack;
     if (!isLine) {
         return;
     }
     endOfLeadingLines = ByteFinder(~(line.bytes | end.possible.bytes));
     std::uint32_t without = step.next;
     for (; !opened.empty(); opened.pop_back()) {
-        PatternStep open{Kind::openGroup};
+        PatternStep open{Kind::OpenGroup};
         open.number = opened.back();
         open.next = without;
         open.possible = program.steps[without].possible;

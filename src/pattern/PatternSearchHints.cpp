@@ -40,13 +40,13 @@ ByteSet bytesBefore(const PatternTree& tree, std::size_t node) {
     ByteSet bytes;
     for (std::size_t index = 0; index < node; ++index) {
         const PatternNode& before = tree.nodes[index];
-        if (before.kind == Kind::text) {
+        if (before.kind == Kind::Text) {
             for (const char byte : tree.textOf(before)) {
                 bytes.set(static_cast<unsigned char>(byte));
             }
-        } else if (before.kind == Kind::set) {
+        } else if (before.kind == Kind::Set) {
             bytes |= tree.setOf(before);
-        } else if (before.kind == Kind::backReference) {
+        } else if (before.kind == Kind::BackReference) {
             bytes.set();
         }
     }
@@ -71,33 +71,33 @@ PatternBeginning beginningOf(const PatternTree& tree) {
         const PatternNode& node = tree.nodes[index];
         Beginning& own = beginnings[index];
         switch (node.kind) {
-        case Kind::text:
+        case Kind::Text:
             own.unguarded.set(static_cast<unsigned char>(tree.textOf(node).front()));
             break;
-        case Kind::set:
+        case Kind::Set:
             own.unguarded = tree.setOf(node);
             break;
-        case Kind::textBegin:
-        case Kind::wordBoundary:
+        case Kind::TextBegin:
+        case Kind::WordBoundary:
             own.emptyWithGuard = true;
             break;
-        case Kind::textEnd:
-        case Kind::noWordBoundary:
-        case Kind::lookahead:
-        case Kind::negativeLookahead:
+        case Kind::TextEnd:
+        case Kind::NoWordBoundary:
+        case Kind::Lookahead:
+        case Kind::NegativeLookahead:
             own.emptyWithoutGuard = true;
             break;
-        case Kind::backReference:
+        case Kind::BackReference:
             own.unguarded.set();
             own.emptyWithoutGuard = true;
             break;
-        case Kind::repetition:
+        case Kind::Repetition:
             own = beginningOfRepetition(node, beginnings[index + 1]);
             break;
-        case Kind::group:
+        case Kind::Group:
             tree.forEachChild(index, [&](std::size_t child) { own = either(own, beginnings[child]); });
             break;
-        case Kind::sequence:
+        case Kind::Sequence:
             own.emptyWithoutGuard = true;
             tree.forEachChild(index, [&](std::size_t child) { own = inSequence(own, beginnings[child]); });
             break;
@@ -121,8 +121,8 @@ NeededText neededText(const PatternTree& tree) {
         if (endsRun[index]) {
             current = {};
         }
-        const bool hasAlternatives = node.kind == Kind::group && index + 1 + tree.nodes[index + 1].size < end;
-        if (node.kind == Kind::text) {
+        const bool hasAlternatives = node.kind == Kind::Group && index + 1 + tree.nodes[index + 1].size < end;
+        if (node.kind == Kind::Text) {
             if (current.text.empty()) {
                 current.before = places[index].before;
                 currentFrom = index;
@@ -132,10 +132,10 @@ NeededText neededText(const PatternTree& tree) {
                 longest = current;
                 longestFrom = currentFrom;
             }
-        } else if (node.kind == Kind::sequence || (node.kind == Kind::group && !hasAlternatives)) {
+        } else if (node.kind == Kind::Sequence || (node.kind == Kind::Group && !hasAlternatives)) {
             ++index;
             continue;
-        } else if (node.kind == Kind::repetition && node.minimum > 0) {
+        } else if (node.kind == Kind::Repetition && node.minimum > 0) {
             endsRun[end] = endsRun[end] || node.maximum > 1;
             ++index;
             continue;

@@ -22,7 +22,7 @@ constexpr std::size_t kMaximumRepetitions = std::numeric_limits<int>::max();
 
 class Parser {
 public:
-    explicit Parser(std::string_view pattern) : reader(pattern) { open(Kind::group); }
+    explicit Parser(std::string_view pattern) : reader(pattern) { open(Kind::Group); }
 
     PatternTree parse() {
         while (!reader.atEnd()) {
@@ -48,10 +48,10 @@ private:
     void takeTerm(char first) {
         switch (first) {
         case '^':
-            add(Kind::textBegin);
+            add(Kind::TextBegin);
             break;
         case '$':
-            add(Kind::textEnd);
+            add(Kind::TextEnd);
             break;
         case '.':
             addSet(bytesOfDot());
@@ -100,10 +100,10 @@ private:
         }
         switch (letter) {
         case 'b':
-            add(Kind::wordBoundary);
+            add(Kind::WordBoundary);
             break;
         case 'B':
-            add(Kind::noWordBoundary);
+            add(Kind::NoWordBoundary);
             break;
         case 'd':
         case 'D':
@@ -126,19 +126,19 @@ private:
             if (tree.groupCount == kMaximumGroups) {
                 throw PatternError(codes::error_complexity, begin);
             }
-            open(Kind::group);
+            open(Kind::Group);
             node(openGroups.back().group).number = ++tree.groupCount;
             return;
         }
         switch (reader.take(codes::error_paren)) {
         case ':':
-            open(Kind::group);
+            open(Kind::Group);
             break;
         case '=':
-            open(Kind::lookahead);
+            open(Kind::Lookahead);
             break;
         case '!':
-            open(Kind::negativeLookahead);
+            open(Kind::NegativeLookahead);
             break;
         default:
             throw PatternError(codes::error_paren, reader.position() - 1);
@@ -157,12 +157,12 @@ private:
         openGroups.pop_back();
         node(last).span.end = reader.position();
         node(last).size = tree.nodes.size() - last;
-        canRepeat = node(last).kind == Kind::group;
+        canRepeat = node(last).kind == Kind::Group;
     }
 
     void beginSequence() {
         openGroups.back().sequence = tree.nodes.size();
-        tree.nodes.push_back({Kind::sequence, {reader.position(), reader.position()}});
+        tree.nodes.push_back({Kind::Sequence, {reader.position(), reader.position()}});
         canRepeat = false;
         isText = false;
     }
@@ -178,18 +178,18 @@ private:
     PatternNode& add(Kind kind, bool isAtom = false) {
         last = tree.nodes.size();
         canRepeat = isAtom;
-        isText = kind == Kind::text;
+        isText = kind == Kind::Text;
         return tree.nodes.emplace_back(PatternNode{kind, {begin, reader.position()}});
     }
 
     void addSet(const ByteSet& bytes) {
-        add(Kind::set, true).number = tree.sets.size();
+        add(Kind::Set, true).number = tree.sets.size();
         tree.sets.push_back(bytes);
     }
 
     void addByte(char byte) {
         if (!isText) {
-            add(Kind::text, true).number = tree.texts.size();
+            add(Kind::Text, true).number = tree.texts.size();
         }
         lastByteBegin = begin;
         tree.texts += byte;
@@ -204,7 +204,7 @@ private:
         if (number > tree.groupCount || isOpen) {
             throw PatternError(codes::error_backref, begin);
         }
-        add(Kind::backReference, true).number = number;
+        add(Kind::BackReference, true).number = number;
     }
 
     void takeCounts() {
@@ -239,7 +239,7 @@ private:
             splitText();
         }
         const bool isLazy = reader.takeIf('?');
-        PatternNode repetition{Kind::repetition, {node(last).span.begin, reader.position()}};
+        PatternNode repetition{Kind::Repetition, {node(last).span.begin, reader.position()}};
         repetition.size += node(last).size;
         repetition.minimum = minimum;
         repetition.maximum = maximum;
@@ -257,7 +257,7 @@ private:
         }
         --text.maximum;
         text.span.end = lastByteBegin;
-        PatternNode byte{Kind::text, {lastByteBegin, begin}};
+        PatternNode byte{Kind::Text, {lastByteBegin, begin}};
         byte.number = text.number + text.maximum;
         byte.maximum = 1;
         last = tree.nodes.size();
@@ -278,7 +278,7 @@ private:
 
 std::size_t PatternTree::indexOfGroup(std::size_t number) const {
     const auto isGroup = [number](const PatternNode& node) {
-        return node.kind == Kind::group && node.number == number;
+        return node.kind == Kind::Group && node.number == number;
     };
     const auto found = std::find_if(nodes.begin() + 1, nodes.end(), isGroup);
     return number == 0 || found == nodes.end() ? 0 : static_cast<std::size_t>(found - nodes.begin());

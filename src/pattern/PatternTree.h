@@ -21,18 +21,18 @@ struct PatternSpan {
 
 struct PatternNode {
     enum class Kind {
-        text,              // bytes, each one for itself: PatternTree::textOf; at least one
-        set,               // one byte of several: PatternTree::setOf
-        textBegin,         // ^
-        textEnd,           // $
-        wordBoundary,      // \b
-        noWordBoundary,    // \B
-        backReference,     // what group `number` matched
-        repetition,        // its child, `minimum` to `maximum` times
-        group,             // one of its children, which are sequences; captures if `number` is not 0
-        lookahead,         // the same, but steps over nothing
-        negativeLookahead, // none of its children, which are sequences
-        sequence,          // all of its children, one after the other; it may have none
+        Text,              // bytes, each one for itself: PatternTree::textOf; at least one
+        Set,               // one byte of several: PatternTree::setOf
+        TextBegin,         // ^
+        TextEnd,           // $
+        WordBoundary,      // \b
+        NoWordBoundary,    // \B
+        BackReference,     // what group `number` matched
+        Repetition,        // its child, `minimum` to `maximum` times
+        Group,             // one of its children, which are sequences; captures if `number` is not 0
+        Lookahead,         // the same, but steps over nothing
+        NegativeLookahead, // none of its children, which are sequences
+        Sequence,          // all of its children, one after the other; it may have none
     };
 
     static constexpr std::size_t kUnbounded = std::numeric_limits<std::size_t>::max();

@@ -14,7 +14,7 @@ ReplacementFormat::ReplacementFormat(std::string_view format) {
     while (!format.empty()) {
         const std::size_t dollar = format.find('$');
         if (dollar != 0) {
-            pieces.push_back({Piece::Kind::text, format.substr(0, dollar)});
+            pieces.push_back({Piece::Kind::Text, format.substr(0, dollar)});
         }
         if (dollar == std::string_view::npos) {
             return;
@@ -22,7 +22,7 @@ ReplacementFormat::ReplacementFormat(std::string_view format) {
         format.remove_prefix(dollar);
         const std::size_t length = readReference(format.substr(1));
         if (length == 0) {
-            pieces.push_back({Piece::Kind::text, format.substr(0, 1)});
+            pieces.push_back({Piece::Kind::Text, format.substr(0, 1)});
         }
         format.remove_prefix(1 + length);
     }
@@ -37,21 +37,21 @@ std::size_t ReplacementFormat::readReference(std::string_view behindDollar) {
         for (const char digit : behindDollar.substr(0, digits)) {
             number = number * 10 + static_cast<std::size_t>(digit - '0');
         }
-        pieces.push_back({Piece::Kind::group, {}, number});
+        pieces.push_back({Piece::Kind::Group, {}, number});
         return digits;
     }
     switch (selector) {
     case '&':
-        pieces.push_back({Piece::Kind::group, {}, 0});
+        pieces.push_back({Piece::Kind::Group, {}, 0});
         return 1;
     case '`':
-        pieces.push_back({Piece::Kind::before, {}});
+        pieces.push_back({Piece::Kind::Before, {}});
         return 1;
     case '\'':
-        pieces.push_back({Piece::Kind::after, {}});
+        pieces.push_back({Piece::Kind::After, {}});
         return 1;
     case '$':
-        pieces.push_back({Piece::Kind::text, behindDollar.substr(0, 1)});
+        pieces.push_back({Piece::Kind::Text, behindDollar.substr(0, 1)});
         return 1;
     default:
         return 0;
@@ -62,16 +62,16 @@ void ReplacementFormat::append(std::string& output, const std::vector<std::strin
                                std::string_view before, std::string_view after) const {
     for (const Piece& piece : pieces) {
         switch (piece.kind) {
-        case Piece::Kind::text:
+        case Piece::Kind::Text:
             output += piece.text;
             break;
-        case Piece::Kind::group:
+        case Piece::Kind::Group:
             output += piece.group < groups.size() ? groups[piece.group] : std::string_view();
             break;
-        case Piece::Kind::before:
+        case Piece::Kind::Before:
             output += before;
             break;
-        case Piece::Kind::after:
+        case Piece::Kind::After:
             output += after;
             break;
         }

@@ -21,7 +21,7 @@ public:
 
 private:
     struct Piece {
-        enum class Kind { text, group, before, after };
+        enum class Kind { Text, Group, Before, After };
         Kind kind;
         std::string_view text{};
         std::size_t group = 0;

@@ -13,31 +13,31 @@ using Kind = PatternNode::Kind;
 
 std::string nameOf(const PatternTree& tree, const PatternNode& node) {
     switch (node.kind) {
-    case Kind::text:
+    case Kind::Text:
         return "text " + std::string(tree.textOf(node));
-    case Kind::set:
+    case Kind::Set:
         return "set of " + std::to_string(tree.setOf(node).count());
-    case Kind::textBegin:
+    case Kind::TextBegin:
         return "text begin";
-    case Kind::textEnd:
+    case Kind::TextEnd:
         return "text end";
-    case Kind::wordBoundary:
+    case Kind::WordBoundary:
         return "word boundary";
-    case Kind::noWordBoundary:
+    case Kind::NoWordBoundary:
         return "no word boundary";
-    case Kind::backReference:
+    case Kind::BackReference:
         return "back reference " + std::to_string(node.number);
-    case Kind::repetition: {
+    case Kind::Repetition: {
         const std::string maximum = node.maximum == PatternNode::kUnbounded ? "" : std::to_string(node.maximum);
         return "repetition " + std::to_string(node.minimum) + ".." + maximum + (node.isLazy ? " lazy" : "");
     }
-    case Kind::group:
+    case Kind::Group:
         return "group" + (node.number == 0 ? "" : ' ' + std::to_string(node.number));
-    case Kind::lookahead:
+    case Kind::Lookahead:
         return "lookahead";
-    case Kind::negativeLookahead:
+    case Kind::NegativeLookahead:
         return "negative lookahead";
-    case Kind::sequence:
+    case Kind::Sequence:
         return "sequence";
     }
     return "?";

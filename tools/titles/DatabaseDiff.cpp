@@ -170,7 +170,7 @@ std::vector<TitleDifference> compareDatabases(std::string_view before, std::stri
         auto changes = Comparison(title->second, same->second).run();
         if (!changes.empty()) {
             differences.push_back(
-                {Kind::changed, title->first, "", textOf(same->second, "title_name"), std::move(changes)});
+                {Kind::Changed, title->first, "", textOf(same->second, "title_name"), std::move(changes)});
         }
         added.erase(same);
         title = removed.erase(title);
@@ -178,15 +178,15 @@ std::vector<TitleDifference> compareDatabases(std::string_view before, std::stri
     for (const auto& [name, title] : removed) {
         const auto renamed = findRenamed(title, added);
         if (renamed == added.end()) {
-            differences.push_back({Kind::removed, name, "", textOf(title, "title_name"), {}});
+            differences.push_back({Kind::Removed, name, "", textOf(title, "title_name"), {}});
             continue;
         }
-        differences.push_back({Kind::renamed, renamed->first, name, textOf(renamed->second, "title_name"),
+        differences.push_back({Kind::Renamed, renamed->first, name, textOf(renamed->second, "title_name"),
                                Comparison(title, renamed->second).run()});
         added.erase(renamed);
     }
     for (const auto& [name, title] : added) {
-        differences.push_back({Kind::added, name, "", textOf(title, "title_name"), {}});
+        differences.push_back({Kind::Added, name, "", textOf(title, "title_name"), {}});
     }
     std::stable_sort(differences.begin(), differences.end(),
                      [](const auto& one, const auto& other) { return one.binaryName < other.binaryName; });
@@ -195,13 +195,13 @@ std::vector<TitleDifference> compareDatabases(std::string_view before, std::stri
 
 const char* nameOf(TitleDifference::Kind kind) {
     switch (kind) {
-    case TitleDifference::Kind::added:
+    case TitleDifference::Kind::Added:
         return "added";
-    case TitleDifference::Kind::removed:
+    case TitleDifference::Kind::Removed:
         return "removed";
-    case TitleDifference::Kind::renamed:
+    case TitleDifference::Kind::Renamed:
         return "renamed";
-    case TitleDifference::Kind::changed:
+    case TitleDifference::Kind::Changed:
         break;
     }
     return "changed";

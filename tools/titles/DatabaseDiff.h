@@ -19,7 +19,7 @@ struct TitleChange {
 };
 
 struct TitleDifference {
-    enum class Kind { added, removed, renamed, changed };
+    enum class Kind { Added, Removed, Renamed, Changed };
 
     Kind kind;
     std::string binaryName;

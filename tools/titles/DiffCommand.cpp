@@ -37,7 +37,7 @@ void printDifference(const TitleDifference& difference) {
         std::cout << " (" << difference.titleName << ')';
     }
     std::cout << ": " << nameOf(difference.kind);
-    if (difference.kind == TitleDifference::Kind::renamed) {
+    if (difference.kind == TitleDifference::Kind::Renamed) {
         std::cout << " from " << difference.earlierName;
     }
     std::cout << '\n';

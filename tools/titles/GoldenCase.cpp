@@ -187,7 +187,7 @@ TitlePreview previewCase(const SourceText& titleFile, const GoldenCase& golden, 
 
 GoldenFiles filesAfter(const GoldenCase& golden, const TitlePreview& preview) {
     GoldenFiles files = golden.before;
-    if (preview.passes.front().verdict != Verdict::adjusted) {
+    if (preview.passes.front().verdict != Verdict::Adjusted) {
         return files;
     }
     if (!preview.isRegistry) {

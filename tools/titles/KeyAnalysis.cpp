@@ -142,17 +142,17 @@ private:
             return;
         }
         // A condition may well ask how the file begins.
-        const bool isCondition = role == KeyRole::condition || role == KeyRole::numericCondition;
+        const bool isCondition = role == KeyRole::Condition || role == KeyRole::NumericCondition;
         for (const PatternSpan& span : isCondition ? std::vector<PatternSpan>() : lineBeginsMeant(tree)) {
             add(Severity::Warning, "pattern-line-anchor", span,
                 "'^' is the beginning of the whole text, not of a line; a line begins with (?:^|\\\\n)");
         }
         // A place of creation may well be the file's end.
-        if (role == KeyRole::creation) {
+        if (role == KeyRole::Creation) {
             return;
         }
         for (const PatternNode& node : tree.nodes) {
-            if (node.kind == PatternNode::Kind::textEnd &&
+            if (node.kind == PatternNode::Kind::TextEnd &&
                 !isAlternative(tree, static_cast<std::size_t>(&node - tree.nodes.data()))) {
                 add(Severity::Warning, "pattern-line-anchor", node.span,
                     "'$' is the end of the whole text, not of a line; a line ends before (?=\\\\n|$)");
@@ -182,7 +182,7 @@ private:
         }
         addWhole(Severity::Warning, "pattern-unanchored",
                  std::string("nothing stands before the name, so longer names that end in it are ") +
-                     (role == KeyRole::condition || role == KeyRole::numericCondition ? "found" : "changed") +
+                     (role == KeyRole::Condition || role == KeyRole::NumericCondition ? "found" : "changed") +
                      ", too (\"Width=\" in \"MaxWidth=\"); begin with (?:^|\\\\n) or \\\\b");
     }
 
@@ -197,13 +197,13 @@ std::vector<KeyFinding> analyseKey(const std::string& key, KeyRole role) {
     if (const auto tree = readKey(key, found)) {
         KeyChecks checks(key.size(), found);
         checks.checkReading(*tree, role);
-        if (role != KeyRole::condition && role != KeyRole::numericCondition) {
+        if (role != KeyRole::Condition && role != KeyRole::NumericCondition) {
             checks.checkWriting(*tree);
         }
-        if (role == KeyRole::numericCondition || role == KeyRole::numericSetting) {
+        if (role == KeyRole::NumericCondition || role == KeyRole::NumericSetting) {
             checks.checkNumber(*tree);
         }
-        if (role == KeyRole::creation) {
+        if (role == KeyRole::Creation) {
             checks.checkPlaceOfCreation(*tree);
         }
     }

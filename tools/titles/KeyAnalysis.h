@@ -10,7 +10,7 @@
 namespace brisk::workbench {
 
 // What a key of a text title is for.
-enum class KeyRole { condition, numericCondition, setting, numericSetting, creation };
+enum class KeyRole { Condition, NumericCondition, Setting, NumericSetting, Creation };
 
 struct KeyFinding {
     Severity severity;

@@ -20,7 +20,7 @@ bool areAlike(const PatternTree& tree, const PatternSpan& span) {
     std::optional<ByteSet> back;
     for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
         const PatternNode& node = tree.nodes[index];
-        if (node.kind == PatternNode::Kind::repetition) {
+        if (node.kind == PatternNode::Kind::Repetition) {
             front = node.span.begin == span.begin ? first[index] : front;
             back = node.span.end == span.end ? first[index] : back;
         }
@@ -31,18 +31,18 @@ bool areAlike(const PatternTree& tree, const PatternSpan& span) {
 // Words are short in every file, and so are blanks in front of something else that may begin with one.
 bool isShort(const PatternTree& tree, const PatternCost& cost) {
     constexpr std::size_t kFewBytes = 64;
-    return (cost.kind == PatternCost::Kind::leading && cost.bytes.count() < kFewBytes) ||
-           (cost.kind == PatternCost::Kind::adjacent && isOfBlanks(cost.bytes) && !areAlike(tree, cost.span));
+    return (cost.kind == PatternCost::Kind::Leading && cost.bytes.count() < kFewBytes) ||
+           (cost.kind == PatternCost::Kind::Adjacent && isOfBlanks(cost.bytes) && !areAlike(tree, cost.span));
 }
 
 const char* messageOf(PatternCost::Kind kind) {
     switch (kind) {
-    case PatternCost::Kind::ambiguous:
+    case PatternCost::Kind::Ambiguous:
         return "the rounds of this repetition can take the same text in several ways: the search may be given up, and "
                "then the service ends";
-    case PatternCost::Kind::adjacent:
+    case PatternCost::Kind::Adjacent:
         return "these two repetitions can take the same text: a search costs the square of it; one of them is enough";
-    case PatternCost::Kind::leading:
+    case PatternCost::Kind::Leading:
         break;
     }
     return "a key that begins with \"anything\" changes the settings behind the first one, too, and a search may be "
@@ -56,7 +56,7 @@ std::vector<KeyFinding> findCosts(const PatternTree& tree) {
     const std::vector<PatternCost> costs = costsOf(tree);
     for (const PatternCost& cost : costs) {
         if (!isShort(tree, cost)) {
-            const bool isEndless = cost.kind == PatternCost::Kind::ambiguous;
+            const bool isEndless = cost.kind == PatternCost::Kind::Ambiguous;
             found.push_back(
                 {isEndless ? Severity::Error : Severity::Warning, "pattern-cost", cost.span, messageOf(cost.kind)});
         }

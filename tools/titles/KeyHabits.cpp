@@ -11,7 +11,7 @@ namespace {
 using Kind = PatternNode::Kind;
 
 bool isLookahead(Kind kind) {
-    return kind == Kind::lookahead || kind == Kind::negativeLookahead;
+    return kind == Kind::Lookahead || kind == Kind::NegativeLookahead;
 }
 
 // Something that steps over text: bytes, a set, or such a thing repeated.
@@ -37,16 +37,16 @@ std::vector<Step> stepsOf(const PatternTree& tree) {
             index += node.size;
             continue;
         }
-        const bool isChoice = node.kind == Kind::group && tree.childCount(index) > 1;
-        const bool canBeAbsent = node.kind == Kind::repetition && node.minimum == 0;
+        const bool isChoice = node.kind == Kind::Group && tree.childCount(index) > 1;
+        const bool canBeAbsent = node.kind == Kind::Repetition && node.minimum == 0;
         tree.forEachChild(index,
                           [&](std::size_t child) { isOptional[child] = isOptional[index] || isChoice || canBeAbsent; });
-        const bool isOfBytes = node.kind == Kind::repetition && lengths[index + 1] == PatternLengths{1, 1};
-        if (isOfBytes || node.kind == Kind::text || node.kind == Kind::set) {
+        const bool isOfBytes = node.kind == Kind::Repetition && lengths[index + 1] == PatternLengths{1, 1};
+        if (isOfBytes || node.kind == Kind::Text || node.kind == Kind::Set) {
             const auto begin = tree.nodes.begin() + static_cast<std::ptrdiff_t>(index);
-            steps.push_back({node.span, first[index], node.kind == Kind::text ? tree.textOf(node) : std::string_view(),
+            steps.push_back({node.span, first[index], node.kind == Kind::Text ? tree.textOf(node) : std::string_view(),
                              !isOptional[index] && !canBeAbsent,
-                             node.kind == Kind::repetition && node.maximum == PatternNode::kUnbounded, node.isLazy,
+                             node.kind == Kind::Repetition && node.maximum == PatternNode::kUnbounded, node.isLazy,
                              std::any_of(begin, begin + static_cast<std::ptrdiff_t>(node.size),
                                          [](const PatternNode& inner) { return isLookahead(inner.kind); })});
             index += node.size;
@@ -77,14 +77,14 @@ std::vector<bool> everywhere(const PatternTree& tree, const Condition& isLeafRig
     for (std::size_t index = tree.nodes.size(); index-- > 0;) {
         const PatternNode& node = tree.nodes[index];
         const PatternTree::Spread children = tree.amongChildren(index, holds);
-        if (node.kind == Kind::text || node.kind == Kind::set) {
+        if (node.kind == Kind::Text || node.kind == Kind::Set) {
             holds[index] = isLeafRight(node);
-        } else if (node.kind == Kind::repetition) {
+        } else if (node.kind == Kind::Repetition) {
             holds[index] = node.minimum > 0 && children.any;
-        } else if (node.kind == Kind::group || node.kind == Kind::lookahead) {
+        } else if (node.kind == Kind::Group || node.kind == Kind::Lookahead) {
             holds[index] = children.all;
         } else {
-            holds[index] = node.kind == Kind::sequence && children.any;
+            holds[index] = node.kind == Kind::Sequence && children.any;
         }
     }
     return holds;
@@ -106,7 +106,7 @@ bool isAlternative(const PatternTree& tree, std::size_t index) {
     bool result = false;
     for (std::size_t outer = 0; outer < index; ++outer) {
         const PatternNode& node = tree.nodes[outer];
-        if (index < outer + node.size && (node.kind == Kind::group || isLookahead(node.kind))) {
+        if (index < outer + node.size && (node.kind == Kind::Group || isLookahead(node.kind))) {
             result = tree.childCount(outer) > 1;
         }
     }
@@ -119,19 +119,19 @@ bool canMatchNothingAnywhere(const PatternTree& tree) {
         const PatternNode& node = tree.nodes[index];
         const PatternTree::Spread children = tree.amongChildren(index, isEmpty);
         switch (node.kind) {
-        case Kind::text:
-        case Kind::set:
-        case Kind::textBegin:
-        case Kind::textEnd:
+        case Kind::Text:
+        case Kind::Set:
+        case Kind::TextBegin:
+        case Kind::TextEnd:
             break;
-        case Kind::repetition:
+        case Kind::Repetition:
             isEmpty[index] = node.minimum == 0 || children.any;
             break;
-        case Kind::group:
-        case Kind::lookahead:
+        case Kind::Group:
+        case Kind::Lookahead:
             isEmpty[index] = children.any;
             break;
-        case Kind::sequence:
+        case Kind::Sequence:
             isEmpty[index] = children.all;
             break;
         default:
@@ -145,7 +145,7 @@ std::vector<PatternSpan> lineBeginsMeant(const PatternTree& tree) {
     const std::vector<Step> steps = stepsOf(tree);
     std::vector<PatternSpan> spans;
     for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
-        if (tree.nodes[index].kind != Kind::textBegin || isAlternative(tree, index)) {
+        if (tree.nodes[index].kind != Kind::TextBegin || isAlternative(tree, index)) {
             continue;
         }
         const PatternSpan span = tree.nodes[index].span;
@@ -206,7 +206,7 @@ std::vector<PatternSpan> namesBehindAnything(const PatternTree& tree, std::size_
 
 std::optional<PatternSpan> neededCarriageReturn(const PatternTree& tree) {
     const auto isReturn = [&tree](const PatternNode& node) {
-        if (node.kind == Kind::text) {
+        if (node.kind == Kind::Text) {
             return tree.textOf(node).find('\r') != std::string_view::npos;
         }
         return tree.setOf(node)['\r'] && tree.setOf(node).count() == 1;
@@ -217,7 +217,7 @@ std::optional<PatternSpan> neededCarriageReturn(const PatternTree& tree) {
     }
     for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
         const PatternNode& node = tree.nodes[index];
-        if (holds[index] && (node.kind == Kind::text || node.kind == Kind::set)) {
+        if (holds[index] && (node.kind == Kind::Text || node.kind == Kind::Set)) {
             return node.span;
         }
     }
@@ -237,7 +237,7 @@ std::vector<PatternSpan> repeatedScans(const PatternTree& tree) {
     }
     // From the file's beginning there is one search only.
     const bool isAnchored = std::any_of(tree.nodes.begin(), tree.nodes.end(), [&](const PatternNode& node) {
-        return node.kind == Kind::textBegin &&
+        return node.kind == Kind::TextBegin &&
                !isAlternative(tree, static_cast<std::size_t>(&node - tree.nodes.data())) &&
                (steps.empty() || node.span.end <= steps.front().span.begin);
     });

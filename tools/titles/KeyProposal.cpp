@@ -68,11 +68,11 @@ bool isComplainedOf(Json field) {
 Json fieldOf(const std::string& key, const SettingPlace& place, const std::string& value, ValueKind kind,
              const std::optional<std::string>& wanted) {
     const auto dimension = dimensionOf(place.name);
-    if (!wanted && dimension && kind == ValueKind::number) {
-        return {{"key", key}, {"meta", *dimension == Dimension::width ? "width" : "height"}, {"value", 0}};
+    if (!wanted && dimension && kind == ValueKind::Number) {
+        return {{"key", key}, {"meta", *dimension == Dimension::Width ? "width" : "height"}, {"value", 0}};
     }
     const std::string& chosen = wanted.value_or(value);
-    const bool isNumber = kind == ValueKind::number && kindOf(chosen) == ValueKind::number;
+    const bool isNumber = kind == ValueKind::Number && kindOf(chosen) == ValueKind::Number;
     const auto number = isNumber ? std::stoll(chosen) : 0;
     if (isNumber && number >= std::numeric_limits<std::int32_t>::min() &&
         number <= std::numeric_limits<std::int32_t>::max()) {
@@ -83,7 +83,7 @@ Json fieldOf(const std::string& key, const SettingPlace& place, const std::strin
 
 std::vector<std::string> notesFor(const KeyProposal& proposal, ValueKind kind) {
     std::vector<std::string> notes;
-    if (kind == ValueKind::fraction) {
+    if (kind == ValueKind::Fraction) {
         notes.emplace_back("a fraction is a text for the service: write the value as the game does, to the digit");
     }
     const Json& value = proposal.field["value"];
@@ -106,8 +106,8 @@ std::optional<KeyProposal> proposeKey(const std::string& text, const SettingPlac
     proposal.value = text.substr(place.begin, place.end - place.begin);
     ValueKind kind = kindOf(proposal.value);
     // What is written must be found again.
-    if (wanted && kindOf(*wanted) != kind && !(kind == ValueKind::fraction && kindOf(*wanted) == ValueKind::number)) {
-        kind = ValueKind::text;
+    if (wanted && kindOf(*wanted) != kind && !(kind == ValueKind::Fraction && kindOf(*wanted) == ValueKind::Number)) {
+        kind = ValueKind::Text;
     }
     std::optional<KeyProposal> second;
     const auto isRight = [&](const Surroundings& each, bool isStrict) {
@@ -115,7 +115,7 @@ std::optional<KeyProposal> proposeKey(const std::string& text, const SettingPlac
             // Other players have other values: no other setting may take part, whatever its value is.
             if (isStrict) {
                 const auto value =
-                    onlyValue(text, keyOf(each, valueGroup(place, proposal.value, ValueKind::text, each.before)));
+                    onlyValue(text, keyOf(each, valueGroup(place, proposal.value, ValueKind::Text, each.before)));
                 if (!value || value->data() != text.data() + place.begin) {
                     return false;
                 }
@@ -172,7 +172,7 @@ std::vector<SettingPlace> partsOf(std::string_view text, const SettingPlace& pla
         SettingPlace part = place;
         part.begin = place.begin + at;
         part.end = place.begin + end;
-        part.kind = SettingPlace::End::blank;
+        part.kind = SettingPlace::End::Blank;
         part.stops = "";
         const std::string behind = end == value.size() ? "" : escapePattern(value.substr(end, 1));
         for (Surroundings& each : part.surroundings) {

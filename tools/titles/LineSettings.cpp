@@ -213,11 +213,11 @@ private:
         place.end = begin + line.valueEnd;
         std::string behind;
         if (line.quote != '\0') {
-            place.kind = SettingPlace::End::quote;
+            place.kind = SettingPlace::End::Quote;
             place.stops = line.quote;
             behind = line.quote;
         } else if (!line.rest.empty()) {
-            place.kind = SettingPlace::End::blank;
+            place.kind = SettingPlace::End::Blank;
             place.stops = std::string_view(";#,").find(line.rest.front()) != npos ? line.rest.substr(0, 1) : "";
             const std::string_view comment = trimmed(line.rest);
             if (place.stops.empty() && !comment.empty() && (comment[0] == ';' || comment[0] == '#')) {

@@ -157,7 +157,7 @@ private:
     // Whether an attribute's value is no setting itself, which another player has otherwise: a number, or on and off.
     bool mayBePinned(const Attribute& attribute) const {
         return isIdentifying(attribute.name) ||
-               kindOf(text.substr(attribute.begin, attribute.end - attribute.begin)) == ValueKind::text;
+               kindOf(text.substr(attribute.begin, attribute.end - attribute.begin)) == ValueKind::Text;
     }
 
     // What stands in front of an element that begins its line, as no element in a comment does. Nothing elsewhere.
@@ -210,7 +210,7 @@ private:
 
     void addAttribute(const Element& element, std::size_t index, const std::string& name) {
         const Attribute& attribute = element.attributes[index];
-        SettingPlace place{name, attribute.begin, attribute.end, SettingPlace::End::quote, {attribute.quote}, {}};
+        SettingPlace place{name, attribute.begin, attribute.end, SettingPlace::End::Quote, {attribute.quote}, {}};
         const std::string behind(1, attribute.quote);
         const std::string itself = anyAttributes() + "\\s" + written(attribute, false);
         std::vector<Surroundings> plain{{'<' + escapePattern(element.name) + itself, behind}};
@@ -238,10 +238,10 @@ private:
         if (!isWanted(name, begin, begin + value.size())) {
             return;
         }
-        SettingPlace place{name, begin, begin + value.size(), SettingPlace::End::markup, "<", {}};
+        SettingPlace place{name, begin, begin + value.size(), SettingPlace::End::Markup, "<", {}};
         const bool hasBlanks = value.size() != content.size();
         if (hasBlanks) {
-            place.kind = SettingPlace::End::blank;
+            place.kind = SettingPlace::End::Blank;
         }
         const std::string behind = (hasBlanks ? "\\s*</" : "</") + escapePattern(name) + '>';
         const std::string inner = hasBlanks && !value.empty() ? "\\s*" : "";

@@ -73,7 +73,7 @@ void addFields(const NewTitleSources& sources, NewTitle& result) {
     const std::string text = readAsText(sources.settings);
     const auto isNumber = [&text](std::size_t begin, std::size_t end, std::size_t leastDigits) {
         return end - begin >= leastDigits &&
-               kindOf(std::string_view(text).substr(begin, end - begin)) == ValueKind::number;
+               kindOf(std::string_view(text).substr(begin, end - begin)) == ValueKind::Number;
     };
     // A file of any size has a few of them, or is none of settings.
     constexpr std::size_t kMostPlaces = 200;

@@ -91,7 +91,7 @@ void PatternRules::checkField(const JsonValue& field, Report& report) {
     const JsonValue* key = findText(field, "key");
     const std::string nul(1, '\0');
     if (key) {
-        checkKey(*key, isNumeric(field) ? KeyRole::numericSetting : KeyRole::setting, report);
+        checkKey(*key, isNumeric(field) ? KeyRole::NumericSetting : KeyRole::Setting, report);
         const WantedValue wanted = writtenOf(field);
         const JsonValue::Member* value = field.find("value");
         if (isPlain(wanted) && (value || field.find("meta"))) {
@@ -108,7 +108,7 @@ void PatternRules::checkField(const JsonValue& field, Report& report) {
     if (!createKey || createKey->text().empty()) {
         return;
     }
-    checkKey(*createKey, KeyRole::creation, report);
+    checkKey(*createKey, KeyRole::Creation, report);
     const JsonValue* createValue = findText(field, "create_value");
     const WantedValue wanted = wantedOf(field);
     if (!key || !createValue || !isPlain(wanted)) {
@@ -131,7 +131,7 @@ void PatternRules::checkCondition(const JsonValue& condition, Report& report) {
     const JsonValue* presence = findArray(condition, "presence");
     const bool hasNumbers = presence && std::any_of(presence->items.begin(), presence->items.end(),
                                                     [](const JsonValue& allowed) { return allowed.isNumber(); });
-    checkKey(*key, hasNumbers ? KeyRole::numericCondition : KeyRole::condition, report);
+    checkKey(*key, hasNumbers ? KeyRole::NumericCondition : KeyRole::Condition, report);
     if (presence) {
         checkPresence(*key, *presence, report);
     }

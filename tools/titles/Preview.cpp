@@ -36,14 +36,14 @@ bool begin(TitlePreview& preview, PreviewAdapter& adapter, const std::string& ap
     PassPreview pass;
     if (!display.lower && adapter.lumaVersion == 0) {
         logLine("Brisk : couldn't get optimal display resolution. Skip.");
-        pass.verdict = Verdict::noResolution;
+        pass.verdict = Verdict::NoResolution;
     } else {
         logLine("Brisk : publisher: '', binary name: '", adapter.binaryName, "'.");
         const std::optional<ServiceEnd> end = attempt([&] { preview.isFound = adapter.findConfig(appDirectory); });
         if (preview.isFound) {
             return true;
         }
-        pass.verdict = end ? Verdict::ends : Verdict::notFound;
+        pass.verdict = end ? Verdict::Ends : Verdict::NotFound;
         if (end) {
             logLine("Brisk : ", end->what);
         }
@@ -57,21 +57,21 @@ bool begin(TitlePreview& preview, PreviewAdapter& adapter, const std::string& ap
 
 const char* nameOf(Verdict verdict) {
     switch (verdict) {
-    case Verdict::adjusted:
+    case Verdict::Adjusted:
         return "adjusted";
-    case Verdict::untouched:
+    case Verdict::Untouched:
         return "untouched";
-    case Verdict::condition:
+    case Verdict::Condition:
         return "condition";
-    case Verdict::notFound:
+    case Verdict::NotFound:
         return "not-found";
-    case Verdict::notReadable:
+    case Verdict::NotReadable:
         return "not-readable";
-    case Verdict::notWritable:
+    case Verdict::NotWritable:
         return "not-writable";
-    case Verdict::noResolution:
+    case Verdict::NoResolution:
         return "no-resolution";
-    case Verdict::ends:
+    case Verdict::Ends:
         break;
     }
     return "ends";
@@ -81,7 +81,7 @@ TitlePreview previewText(TextPreviewAdapter& adapter, const std::string& appDire
     TitlePreview preview;
     LogCapture log;
     const bool isFound = begin(preview, adapter, appDirectory, display, log);
-    if (!isFound && preview.passes.front().verdict == Verdict::notFound && adapter.source.open) {
+    if (!isFound && preview.passes.front().verdict == Verdict::NotFound && adapter.source.open) {
         attempt([&] { adapter.openFiles(); });
         log.take();
     }

@@ -17,14 +17,14 @@ namespace brisk::workbench {
 
 // What the service makes of a title once.
 enum class Verdict {
-    adjusted,
-    untouched, // all settings are right
-    condition, // a condition does not hold
-    notFound,
-    notReadable, // found, but no location can be opened
-    notWritable,
-    noResolution, // no offer on a display without a lower resolution
-    ends,         // the service ends with an error
+    Adjusted,
+    Untouched, // all settings are right
+    Condition, // a condition does not hold
+    NotFound,
+    NotReadable, // found, but no location can be opened
+    NotWritable,
+    NoResolution, // no offer on a display without a lower resolution
+    Ends,         // the service ends with an error
 };
 
 // "adjusted", "untouched", "condition", "not-found", ...
@@ -32,11 +32,11 @@ const char* nameOf(Verdict verdict);
 
 // What becomes of one field.
 enum class FieldOutcome {
-    changes,
-    isRight,
-    created,
-    missing, // nothing happens
-    ends,
+    Changes,
+    IsRight,
+    Created,
+    Missing, // nothing happens
+    Ends,
 };
 
 struct FieldPreview {
@@ -48,7 +48,7 @@ struct FieldPreview {
     std::string wanted;
     bool differs = false;       // a reason for an offer
     bool differsAtLast = false; // still, after the last pass; known where the title does not settle
-    FieldOutcome outcome = FieldOutcome::missing;
+    FieldOutcome outcome = FieldOutcome::Missing;
     KeyMatches created;      // where create_key stands, in the text as the fields before left it
     std::string createdText; // what is put there
     std::size_t createdLine = 0;
@@ -65,7 +65,7 @@ struct ConditionPreview {
 };
 
 struct PassPreview {
-    Verdict verdict = Verdict::untouched;
+    Verdict verdict = Verdict::Untouched;
     std::string log;
     std::string diff;     // LineDiff.h
     bool changes = false; // what is read next time

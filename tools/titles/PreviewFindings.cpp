@@ -57,7 +57,7 @@ private:
         }
     }
 
-    bool isRewritten() const { return preview.passes.front().verdict == Verdict::adjusted; }
+    bool isRewritten() const { return preview.passes.front().verdict == Verdict::Adjusted; }
 
     std::size_t lineOf(std::size_t place) const {
         return 1 + static_cast<std::size_t>(std::count(
@@ -88,25 +88,25 @@ private:
         if (!end) {
             return;
         }
-        const bool endsNow = preview.passes.front().verdict == Verdict::ends;
+        const bool endsNow = preview.passes.front().verdict == Verdict::Ends;
         const std::string consequence =
             endsNow ? "; the service ends with \"Brisk : " + end->what + "\""
                     : "; where it is read, as soon as the settings before it are right, the service ends "
                       "with \"Brisk : " +
                           end->what + "\"";
         switch (end->reason) {
-        case ServiceEnd::Reason::noNumber:
+        case ServiceEnd::Reason::NoNumber:
             addAtValue(Severity::Error, "not-a-number", matches, key,
                        whose + "value \"" + current + "\" is no 32-bit number" + consequence);
             break;
-        case ServiceEnd::Reason::gaveUp:
+        case ServiceEnd::Reason::GaveUp:
             addAtKey(Severity::Error, "pattern-gives-up", key,
                      "in this file the search for " + whose + "key takes too long and is given up" + consequence);
             break;
-        case ServiceEnd::Reason::badPattern:
+        case ServiceEnd::Reason::BadPattern:
             addAtKey(Severity::Error, "pattern-syntax", key, whose + "key is no regular expression" + consequence);
             break;
-        case ServiceEnd::Reason::other:
+        case ServiceEnd::Reason::Other:
             addAtKey(Severity::Error, "pattern-gives-up", key, whose + "key cannot be used" + consequence);
         }
     }
@@ -128,7 +128,7 @@ private:
                       " in all: writing changes every one of them, reading takes the first, in line " +
                       std::to_string(lineOf(field.matches.places[0].begin)));
         }
-        if (field.outcome == FieldOutcome::created && field.created.count > 1) {
+        if (field.outcome == FieldOutcome::Created && field.created.count > 1) {
             addAtKey(Severity::Error, "several-matches", field.key,
                      "\"create_key\" finds " + std::to_string(field.created.count) +
                          " places, and the setting is created at each of them");
@@ -136,7 +136,7 @@ private:
     }
 
     void checkCreated(const FieldPreview& field) {
-        if (preview.isRegistry || field.outcome != FieldOutcome::created || field.created.places.empty()) {
+        if (preview.isRegistry || field.outcome != FieldOutcome::Created || field.created.places.empty()) {
             return;
         }
         const std::size_t nameBegin = field.createdText.find_first_not_of("\r\n");
@@ -157,7 +157,7 @@ private:
 
     void checkPasses() {
         const auto changes = [](const FieldPreview& field) {
-            return field.outcome == FieldOutcome::changes || field.outcome == FieldOutcome::created;
+            return field.outcome == FieldOutcome::Changes || field.outcome == FieldOutcome::Created;
         };
         if (isRewritten() && !preview.fields.empty() &&
             std::none_of(preview.fields.begin(), preview.fields.end(), changes)) {
@@ -185,7 +185,7 @@ private:
     // A created number is the field's own, and the next adjustment sets the resolution: no other setting is to change
     // again.
     void checkSecondPass() {
-        if (preview.passes.size() < 2 || preview.passes[1].verdict != Verdict::adjusted || !preview.passes[1].changes) {
+        if (preview.passes.size() < 2 || preview.passes[1].verdict != Verdict::Adjusted || !preview.passes[1].changes) {
             return;
         }
         const auto again = [this](const std::string& key) {
@@ -193,7 +193,7 @@ private:
         };
         for (const FieldPreview& field : preview.fields) {
             const bool isResolution = field.field.value.empty() && !field.field.meta.empty();
-            if (again(field.key) && !(isResolution && field.outcome == FieldOutcome::created)) {
+            if (again(field.key) && !(isResolution && field.outcome == FieldOutcome::Created)) {
                 addAtKey(Severity::Error, "adjusted-again", field.key,
                          "what is written is not what is read, and the next adjustment writes over it: with it goes "
                          "what stands behind it in the file");
@@ -214,7 +214,7 @@ private:
         if (grows()) {
             addAtKey(Severity::Error, "grows", field.key,
                      "what is written is not found again, and the file grows each time" + forEver);
-        } else if (field.outcome == FieldOutcome::missing) {
+        } else if (field.outcome == FieldOutcome::Missing) {
             addAtKey(Severity::Error, "never-settles", field.key,
                      (field.field.createKey.empty()
                           ? "the setting is missing, and there is no \"create_key\""

@@ -50,7 +50,7 @@ public:
         const std::optional<ServiceEnd> writeEnd = attempt([&] { optimize(writing, resolutionValues); });
         log.take();
         if (writeEnd || writing.writes.empty()) {
-            preview.outcome = FieldOutcome::ends;
+            preview.outcome = FieldOutcome::Ends;
             preview.end = writeEnd ? writeEnd : preview.end;
             return preview;
         }
@@ -69,7 +69,7 @@ private:
         const bool hasChanged = writing.snapshot() != before;
         if (preview.isMissing && dynamic_cast<RegistryPreviewAdapter*>(&writing)) {
             preview.wanted = preview.createdText = write.text;
-            preview.outcome = FieldOutcome::created;
+            preview.outcome = FieldOutcome::Created;
             return;
         }
         const bool isCreated = !preview.field.createKey.empty() && write.key == preview.field.createKey &&
@@ -78,15 +78,15 @@ private:
             preview.wanted = write.text;
             // Settings that are written before may hide it from its key.
             const bool isHidden = preview.matches.count == 0 || (preview.differs && !preview.end);
-            preview.outcome = hasChanged ? FieldOutcome::changes
-                              : isHidden ? FieldOutcome::missing
-                                         : FieldOutcome::isRight;
+            preview.outcome = hasChanged ? FieldOutcome::Changes
+                              : isHidden ? FieldOutcome::Missing
+                                         : FieldOutcome::IsRight;
             return;
         }
         preview.wanted = preview.field.value.empty() ? std::to_string(preview.field.intValue) : preview.field.value;
         preview.createdText = write.text;
         preview.created = findCreated(write.key, before);
-        preview.outcome = hasChanged ? FieldOutcome::created : FieldOutcome::missing;
+        preview.outcome = hasChanged ? FieldOutcome::Created : FieldOutcome::Missing;
         if (!preview.created.places.empty()) {
             const std::size_t begin = preview.created.places.front().begin;
             const auto lineEnds = [](std::string_view text) {
@@ -123,8 +123,8 @@ void inspectAll(TitlePreview& preview, const PreviewAdapter& title, PreviewAdapt
     }
     for (const auto& [key, field] : title.configFields) {
         preview.fields.push_back(inspection.inspect(key, field));
-        if (preview.fields.back().end && preview.passes.front().verdict == Verdict::ends) {
-            preview.fields.back().outcome = FieldOutcome::ends;
+        if (preview.fields.back().end && preview.passes.front().verdict == Verdict::Ends) {
+            preview.fields.back().outcome = FieldOutcome::Ends;
         }
     }
 }

@@ -22,15 +22,15 @@ Json placesOf(const KeyMatches& matches, const SourceText& source, std::string_v
 
 const char* nameOf(FieldOutcome outcome) {
     switch (outcome) {
-    case FieldOutcome::changes:
+    case FieldOutcome::Changes:
         return "changes";
-    case FieldOutcome::isRight:
+    case FieldOutcome::IsRight:
         return "right";
-    case FieldOutcome::created:
+    case FieldOutcome::Created:
         return "created";
-    case FieldOutcome::missing:
+    case FieldOutcome::Missing:
         return "missing";
-    case FieldOutcome::ends:
+    case FieldOutcome::Ends:
         break;
     }
     return "ends";
@@ -92,7 +92,7 @@ nlohmann::ordered_json toJson(const TitlePreview& preview, const Display& displa
                           {"outcome", nameOf(field.outcome)},
                           {"created_text", field.createdText},
                           {"created_line", field.createdLine},
-                          {"created_places", field.outcome == FieldOutcome::created ? field.created.count : 0},
+                          {"created_places", field.outcome == FieldOutcome::Created ? field.created.count : 0},
                           {"error", toJson(field.end)}});
     }
     Json& passes = json["passes"] = Json::array();

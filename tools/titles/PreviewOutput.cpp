@@ -115,7 +115,7 @@ void printPreview(std::ostream& out, const TitlePreview& preview, const Display&
     for (std::size_t at = 0; at < preview.passes.size(); ++at) {
         const PassPreview& pass = preview.passes[at];
         out << (at == 0 ? "  verdict: " : "  pass " + std::to_string(at + 1) + ": ") << nameOf(pass.verdict)
-            << (at > 0 && pass.verdict == Verdict::adjusted ? " again" : "") << '\n';
+            << (at > 0 && pass.verdict == Verdict::Adjusted ? " again" : "") << '\n';
         printLog(out, pass.log);
         printDiff(out, pass.diff, preview, hasColours);
     }

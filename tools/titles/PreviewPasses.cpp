@@ -50,17 +50,17 @@ PassPreview runPass(PreviewAdapter& adapter, const ResolutionValues& values, Log
     PassPreview pass;
     try {
         if (needsToBeOptimized(adapter, values)) {
-            pass.verdict = optimize(adapter, values) ? Verdict::adjusted : Verdict::notWritable;
+            pass.verdict = optimize(adapter, values) ? Verdict::Adjusted : Verdict::NotWritable;
             pass.log = log.take();
         } else {
             pass.log = log.take();
-            pass.verdict = !adapter.loadConfig()                                               ? Verdict::notReadable
-                           : !adapter.patchConditions.empty() && differs(adapter, values, log) ? Verdict::condition
-                                                                                               : Verdict::untouched;
+            pass.verdict = !adapter.loadConfig()                                               ? Verdict::NotReadable
+                           : !adapter.patchConditions.empty() && differs(adapter, values, log) ? Verdict::Condition
+                                                                                               : Verdict::Untouched;
         }
     } catch (const std::exception&) {
         const ServiceEnd end = describeException();
-        pass.verdict = Verdict::ends;
+        pass.verdict = Verdict::Ends;
         logLine("Brisk : ", end.what); // as the service's last word
         pass.log = log.take();
     }
@@ -82,17 +82,17 @@ void runPasses(TitlePreview& preview, PreviewAdapter& adapter, const ResolutionV
         pass.changes = after != before;
         pass.size = after.size();
         std::string written = after;
-        if (const auto* text = dynamic_cast<TextPreviewAdapter*>(&adapter); text && pass.verdict == Verdict::adjusted) {
+        if (const auto* text = dynamic_cast<TextPreviewAdapter*>(&adapter); text && pass.verdict == Verdict::Adjusted) {
             written = text->fileToWrite()->bytes;
         }
-        if (pass.verdict == Verdict::adjusted) {
+        if (pass.verdict == Verdict::Adjusted) {
             pass.diff = diffLines(before, written);
         }
         if (preview.passes.empty()) {
             pass.log = foundLog + pass.log;
             preview.after = std::move(written);
         }
-        preview.settles = pass.verdict != Verdict::adjusted;
+        preview.settles = pass.verdict != Verdict::Adjusted;
         preview.passes.push_back(std::move(pass));
         if (preview.settles || !preview.passes.back().changes) {
             return;

@@ -42,13 +42,13 @@ std::string headOf(const TitlePreview& preview) {
 
 std::string describeOutcome(const FieldPreview& field, bool isRegistry) {
     switch (field.outcome) {
-    case FieldOutcome::changes:
+    case FieldOutcome::Changes:
         return (field.matches.count > 1 ? "changes in " + std::to_string(field.matches.count) + " places, to "
                                         : "changes to ") +
                inQuotes(field.wanted);
-    case FieldOutcome::isRight:
+    case FieldOutcome::IsRight:
         return field.matches.count > 1 ? "is right, in " + std::to_string(field.matches.count) + " places" : "is right";
-    case FieldOutcome::created:
+    case FieldOutcome::Created:
         return isRegistry
                    ? "created as " + inQuotes(field.createdText)
                    : "created at line " + std::to_string(field.createdLine) +
@@ -56,12 +56,12 @@ std::string describeOutcome(const FieldPreview& field, bool isRegistry) {
                                                         (field.created.count == 2 ? " more place" : " more places")
                                                   : "") +
                          " as " + inQuotes(field.createdText);
-    case FieldOutcome::missing:
+    case FieldOutcome::Missing:
         return (field.matches.count > 0
                     ? "nothing happens: a setting that is written before hides it from its key, wanted "
                     : "nothing happens, wanted ") +
                inQuotes(field.wanted);
-    case FieldOutcome::ends:
+    case FieldOutcome::Ends:
         break;
     }
     return "the service would end";

@@ -11,17 +11,17 @@ ServiceEnd describeException() {
     try {
         throw;
     } catch (const PatternError& error) {
-        return {ServiceEnd::Reason::badPattern, error.what()};
+        return {ServiceEnd::Reason::BadPattern, error.what()};
     } catch (const std::regex_error& error) {
-        return {ServiceEnd::Reason::gaveUp, error.what()};
+        return {ServiceEnd::Reason::GaveUp, error.what()};
     } catch (const std::invalid_argument& error) {
-        return {ServiceEnd::Reason::noNumber, error.what()};
+        return {ServiceEnd::Reason::NoNumber, error.what()};
     } catch (const std::out_of_range& error) {
-        return {ServiceEnd::Reason::noNumber, error.what()};
+        return {ServiceEnd::Reason::NoNumber, error.what()};
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& error) {
-        return {ServiceEnd::Reason::other, error.what()};
+        return {ServiceEnd::Reason::Other, error.what()};
     }
 }
 

@@ -8,7 +8,7 @@ namespace brisk::workbench {
 
 // The error with which the service would end, from an exception.
 struct ServiceEnd {
-    enum class Reason { badPattern, gaveUp, noNumber, other };
+    enum class Reason { BadPattern, GaveUp, NoNumber, Other };
 
     Reason reason;
     std::string what;

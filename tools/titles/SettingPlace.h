@@ -18,17 +18,17 @@ struct Surroundings {
 struct SettingPlace {
     // What ends a value, and so what it cannot hold.
     enum class End {
-        line,    // the line's end
-        blank,   // a blank, or a character of `stops`: something follows on the line
-        quote,   // the quotation mark of `stops`
-        markup,  // '<'
-        element, // one of an array or table without quotation marks
+        Line,    // the line's end
+        Blank,   // a blank, or a character of `stops`: something follows on the line
+        Quote,   // the quotation mark of `stops`
+        Markup,  // '<'
+        Element, // one of an array or table without quotation marks
     };
 
     std::string name;
     std::size_t begin = 0; // of the value, without its quotation marks
     std::size_t end = 0;
-    End kind = End::line;
+    End kind = End::Line;
     std::string stops;
     std::vector<Surroundings> surroundings; // the simplest first, then more exact ones
 };

@@ -40,26 +40,26 @@ std::vector<std::string> makeSamples(const PatternTree& tree) {
         const PatternNode& node = tree.nodes[index];
         std::string& sample = samples[index];
         switch (node.kind) {
-        case Kind::text:
+        case Kind::Text:
             sample = tree.textOf(node);
             break;
-        case Kind::set:
+        case Kind::Set:
             sample = sampleOf(tree.setOf(node));
             break;
-        case Kind::repetition:
+        case Kind::Repetition:
             for (std::size_t round = 0; round < std::min(node.minimum, kMostRounds) && sample.size() < kLongest;
                  ++round) {
                 sample += samples[index + 1];
             }
             break;
-        case Kind::group:
+        case Kind::Group:
             // An alternative that takes something: (?:^|\n) is a line end in the middle of a text.
             for (std::size_t child = index + 1; child < index + node.size && sample.empty();
                  child += tree.nodes[child].size) {
                 sample = samples[child];
             }
             break;
-        case Kind::sequence:
+        case Kind::Sequence:
             tree.forEachChild(index, [&](std::size_t child) { sample += samples[child]; });
             break;
         default:

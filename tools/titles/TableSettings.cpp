@@ -221,9 +221,9 @@ private:
         std::string behind;
         std::string quote;
         if (token.quote == '\0') {
-            place.kind = SettingPlace::End::element;
+            place.kind = SettingPlace::End::Element;
         } else {
-            place.kind = SettingPlace::End::quote;
+            place.kind = SettingPlace::End::Quote;
             place.stops = token.quote;
             quote = behind = token.quote;
         }

@@ -51,44 +51,44 @@ ValueKind kindOf(std::string_view value) {
         digits.remove_prefix(1);
     }
     if (!digits.empty() && digits.size() <= 10 && std::all_of(digits.begin(), digits.end(), isDigit)) {
-        return ValueKind::number;
+        return ValueKind::Number;
     }
     if (digits.find_first_not_of("0123456789.eE+-") == std::string_view::npos &&
         std::count(digits.begin(), digits.end(), '.') == 1 && std::any_of(digits.begin(), digits.end(), isDigit)) {
-        return ValueKind::fraction;
+        return ValueKind::Fraction;
     }
     constexpr auto kWords = std::to_array<std::string_view>(
         {"true", "false", "on", "off", "yes", "no", "enabled", "disabled", "enable", "disable"});
     const std::string small = lowered(value);
-    return std::find(kWords.begin(), kWords.end(), small) != kWords.end() ? ValueKind::word : ValueKind::text;
+    return std::find(kWords.begin(), kWords.end(), small) != kWords.end() ? ValueKind::Word : ValueKind::Text;
 }
 
 std::string valueGroup(const SettingPlace& place, std::string_view value, ValueKind kind, const std::string& before) {
     switch (kind) {
-    case ValueKind::number:
+    case ValueKind::Number:
         return dimensionOf(place.name) && !value.starts_with('-') ? "\\d+" : "-?\\d+";
-    case ValueKind::fraction:
+    case ValueKind::Fraction:
         return "-?[\\d.]+";
-    case ValueKind::word:
+    case ValueKind::Word:
         return "\\w+";
-    case ValueKind::text:
+    case ValueKind::Text:
         break;
     }
     const std::string stops = classOf(place.stops);
     switch (place.kind) {
-    case SettingPlace::End::line:
+    case SettingPlace::End::Line:
         // Blanks in front must not belong to both.
         return before.ends_with('*') && !value.empty() ? "\\S[^\\n]*" : "[^\\n]*";
-    case SettingPlace::End::quote:
+    case SettingPlace::End::Quote:
         if (value.find("\\" + place.stops) != std::string_view::npos) {
             return "(?:[^" + stops + "\\\\\\n]|\\\\[^\\n])*";
         }
         return "[^" + stops + "\\n]*";
-    case SettingPlace::End::markup:
+    case SettingPlace::End::Markup:
         return value.empty() ? "[^<]*" : "[^<\\s][^<]*";
-    case SettingPlace::End::element:
+    case SettingPlace::End::Element:
         return "[^\\s,;{}\\[\\]]+";
-    case SettingPlace::End::blank:
+    case SettingPlace::End::Blank:
         break;
     }
     const std::string word = "[^\\s" + stops + "]+";
@@ -121,10 +121,10 @@ std::optional<Dimension> dimensionOf(std::string_view name) {
                                      word == "resolutionsize";
                           });
     if (last.ends_with("width") || last.ends_with("resx") || (isOfSize && (last == "x" || last == "w"))) {
-        return Dimension::width;
+        return Dimension::Width;
     }
     if (last.ends_with("height") || last.ends_with("resy") || (isOfSize && (last == "y" || last == "h"))) {
-        return Dimension::height;
+        return Dimension::Height;
     }
     return std::nullopt;
 }

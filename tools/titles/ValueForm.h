@@ -9,10 +9,10 @@
 namespace brisk::workbench {
 
 enum class ValueKind {
-    number,   // digits, with a sign: the service can compare and write it as a number
-    fraction, // a number with a point: a text for the service
-    word,     // true, Off, yes
-    text,
+    Number,   // digits, with a sign: the service can compare and write it as a number
+    Fraction, // a number with a point: a text for the service
+    Word,     // true, Off, yes
+    Text,
 };
 
 ValueKind kindOf(std::string_view value);
@@ -21,7 +21,7 @@ ValueKind kindOf(std::string_view value);
 std::string valueGroup(const SettingPlace& place, std::string_view value, ValueKind kind, const std::string& before);
 
 // Whether a setting of this name is the screen's width or height.
-enum class Dimension { width, height };
+enum class Dimension { Width, Height };
 std::optional<Dimension> dimensionOf(std::string_view name);
 
 // Whether a setting of this name may hold both: "1920x1080".

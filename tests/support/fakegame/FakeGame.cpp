@@ -82,22 +82,22 @@ FakeGame::~FakeGame() {
 
 void FakeGame::takeForeground() {
     AllowSetForegroundWindow(id); // whoever holds the foreground may pass it on
-    request(kTakeForeground);
+    request(FakeGameTakeForeground);
     waitUntil([this] { return GetForegroundWindow() == gameWindow; }, "the game is in the foreground");
 }
 
 void FakeGame::giveForegroundAway() {
     const HWND desktop = GetDesktopWindow();
-    request(kGiveForeground, desktop);
+    request(FakeGameGiveForeground, desktop);
     waitUntil([desktop] { return GetForegroundWindow() == desktop; }, "the desktop is in the foreground");
 }
 
 std::uint32_t FakeGame::end(std::uint32_t exitCode) {
-    return endWith(kEnd, exitCode);
+    return endWith(FakeGameEnd, exitCode);
 }
 
 std::uint32_t FakeGame::die(std::uint32_t exitCode) {
-    return endWith(kDie, exitCode);
+    return endWith(FakeGameDie, exitCode);
 }
 
 void FakeGame::request(UINT message, HWND other) {

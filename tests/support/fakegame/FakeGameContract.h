@@ -18,11 +18,11 @@ inline constexpr char kFakeGameClass[] = "StarlitHarbourWindow";
 
 /* Sent to the game's window, except the last two, which are posted. The answer is 1 when the request succeeded. */
 enum FakeGameMessage : UINT {
-    kTakeForeground = WM_APP + 1, /* brings the game's window to the foreground */
-    kGiveForeground,              /* lParam: the window that gets the foreground */
-    kLeaveNoForeground,           /* afterwards no window at all is in the foreground */
-    kEnd,                         /* wParam: exit code of an orderly end */
-    kDie                          /* wParam: exit code of an end on the spot, nothing cleaned up */
+    FakeGameTakeForeground = WM_APP + 1, /* brings the game's window to the foreground */
+    FakeGameGiveForeground,              /* lParam: the window that gets the foreground */
+    FakeGameLeaveNoForeground,           /* afterwards no window at all is in the foreground */
+    FakeGameEnd,                         /* wParam: exit code of an orderly end */
+    FakeGameDie                          /* wParam: exit code of an end on the spot, nothing cleaned up */
 };
 
 } // namespace brisk

@@ -31,23 +31,23 @@ constexpr char kHelp[] = "fakegame: runs a fake game until it is told to end, or
 
 LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-    case kTakeForeground:
+    case FakeGameTakeForeground:
         UpdateWindow(window); // who photographs the screen next finds the picture there
         return SetForegroundWindow(window) != FALSE;
-    case kGiveForeground:
+    case FakeGameGiveForeground:
         return SetForegroundWindow(reinterpret_cast<HWND>(lParam)) != FALSE;
-    case kLeaveNoForeground:
+    case FakeGameLeaveNoForeground:
         SetActiveWindow(nullptr);
         return 1;
-    case kEnd:
+    case FakeGameEnd:
         DestroyWindow(window);
         PostQuitMessage(static_cast<int>(wParam));
         return 0;
-    case kDie:
+    case FakeGameDie:
         TerminateProcess(GetCurrentProcess(), static_cast<UINT>(wParam));
         return 0;
     case WM_CLOSE:
-        PostMessageA(window, kEnd, 0, 0);
+        PostMessageA(window, FakeGameEnd, 0, 0);
         return 0;
     case WM_PAINT: {
         PAINTSTRUCT paint;
@@ -117,17 +117,18 @@ bool send(HWND window, const std::string& command, WPARAM exitCode) {
         return true;
     }
     if (command == "take") {
-        return ask(window, kTakeForeground) && waitUntil([&] { return GetForegroundWindow() == window; });
+        return ask(window, FakeGameTakeForeground) && waitUntil([&] { return GetForegroundWindow() == window; });
     }
     if (command == "give") {
         const HWND desktop = GetDesktopWindow();
-        return ask(window, kGiveForeground, desktop) && waitUntil([&] { return GetForegroundWindow() == desktop; });
+        return ask(window, FakeGameGiveForeground, desktop) &&
+               waitUntil([&] { return GetForegroundWindow() == desktop; });
     }
     if (command == "none") {
-        return ask(window, kTakeForeground) && ask(window, kLeaveNoForeground) &&
+        return ask(window, FakeGameTakeForeground) && ask(window, FakeGameLeaveNoForeground) &&
                waitUntil([] { return !GetForegroundWindow(); });
     }
-    return endGame(window, command == "end" ? kEnd : kDie, exitCode, processId);
+    return endGame(window, command == "end" ? FakeGameEnd : FakeGameDie, exitCode, processId);
 }
 
 int talk(const std::vector<std::string>& arguments) {

@@ -171,8 +171,8 @@ protected:
     void expectSame(const TitlePreview& preview, const Outcome& service) {
         ASSERT_EQ(preview.passes.front().log, service.log);
         ASSERT_EQ(preview.isFound, service.isFound);
-        ASSERT_EQ(preview.passes.front().verdict == Verdict::adjusted, service.isAdjusted);
-        ASSERT_EQ(preview.passes.front().verdict == Verdict::ends, service.ends);
+        ASSERT_EQ(preview.passes.front().verdict == Verdict::Adjusted, service.isAdjusted);
+        ASSERT_EQ(preview.passes.front().verdict == Verdict::Ends, service.ends);
         ++verdicts[preview.passes.front().verdict];
     }
 
@@ -230,7 +230,7 @@ TEST_F(AgreementTest, OfRandomTextTitles) {
     }
     // Enough of everything.
     for (const Verdict verdict :
-         {Verdict::adjusted, Verdict::untouched, Verdict::condition, Verdict::notFound, Verdict::ends}) {
+         {Verdict::Adjusted, Verdict::Untouched, Verdict::Condition, Verdict::NotFound, Verdict::Ends}) {
         EXPECT_GT(verdicts[verdict], 300) << nameOf(verdict);
     }
 }

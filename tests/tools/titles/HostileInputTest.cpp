@@ -91,7 +91,7 @@ TEST(HostileInput, HugeFileIsPreviewedAndADifferenceIsShown) {
         text += "Name" + std::to_string(text.size()) + "=a value that is as long as others\r\n";
     }
     const TitlePreview result = preview("(\\\\nW=)(\\\\w+)()", text);
-    EXPECT_EQ(result.passes.front().verdict, Verdict::adjusted);
+    EXPECT_EQ(result.passes.front().verdict, Verdict::Adjusted);
     EXPECT_THAT(result.passes.front().diff, ::testing::HasSubstr("-W=y\n+W=x\n"));
     EXPECT_TRUE(result.settles);
 }

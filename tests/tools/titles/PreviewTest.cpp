@@ -34,18 +34,18 @@ TEST(PreviewTest, ShowsTheBytesTheDiffTheLogAndThatItSettles) {
         kFile);
     EXPECT_EQ(result.after, "[Display]\r\nWidth=1600\r\nMode=Off\r\n");
     ASSERT_EQ(result.passes.size(), 2U);
-    EXPECT_EQ(result.passes[0].verdict, Verdict::adjusted);
+    EXPECT_EQ(result.passes[0].verdict, Verdict::Adjusted);
     EXPECT_EQ(result.passes[0].diff, "@@ -1,3 +1,3 @@\n [Display]\n-Width=1280\n+Width=1600\n Mode=Off\n");
     EXPECT_EQ(result.passes[0].log, "Brisk : publisher: '', binary name: 'game.exe'.\n"
                                     "Brisk : checking path 'game.ini'.\n"
                                     "Brisk : config found.\n"
                                     "Brisk : game setting '1280' is not optimal '1600'.\n"
                                     "Brisk : 'The Game' optimized.\n");
-    EXPECT_EQ(result.passes[1].verdict, Verdict::untouched);
+    EXPECT_EQ(result.passes[1].verdict, Verdict::Untouched);
     EXPECT_TRUE(result.settles);
     ASSERT_EQ(result.fields.size(), 2U);
-    EXPECT_EQ(result.fields[0].outcome, FieldOutcome::isRight);
-    EXPECT_EQ(result.fields[1].outcome, FieldOutcome::changes);
+    EXPECT_EQ(result.fields[0].outcome, FieldOutcome::IsRight);
+    EXPECT_EQ(result.fields[1].outcome, FieldOutcome::Changes);
     EXPECT_EQ(result.fields[1].current, "1280");
     EXPECT_EQ(result.fields[1].wanted, "1600");
     EXPECT_THAT(findFaults(result), ::testing::IsEmpty());
@@ -55,7 +55,7 @@ TEST(PreviewTest, LooksAtAllFieldsAndConditionsWhereAConditionForbids) {
     const TitlePreview result = preview(title(R"j({"key": "(\\nWidth=)(\\d+)()", "value": 1})j",
                                               R"j(, "patch_if": [{"key": "(\\nMode=)(\\w+)()", "presence": ["On"]}])j"),
                                         kFile);
-    EXPECT_EQ(result.passes.front().verdict, Verdict::condition);
+    EXPECT_EQ(result.passes.front().verdict, Verdict::Condition);
     EXPECT_EQ(result.after, kFile);
     EXPECT_THAT(result.passes.front().log,
                 ::testing::EndsWith("Brisk : game setting '1280' is not optimal '1'.\n"
@@ -64,7 +64,7 @@ TEST(PreviewTest, LooksAtAllFieldsAndConditionsWhereAConditionForbids) {
     ASSERT_EQ(result.conditions.size(), 1U);
     EXPECT_FALSE(result.conditions[0].holds);
     EXPECT_EQ(result.conditions[0].current, "Off");
-    EXPECT_EQ(result.fields.at(0).outcome, FieldOutcome::changes);
+    EXPECT_EQ(result.fields.at(0).outcome, FieldOutcome::Changes);
 }
 
 TEST(PreviewTest, NamesTheLineAtWhichAMissingSettingIsCreated) {
@@ -72,14 +72,14 @@ TEST(PreviewTest, NamesTheLineAtWhichAMissingSettingIsCreated) {
         preview(title(R"j({"key": "(\\nSharp=)(\\d+)()", "value": 7, "create_key": "(\\nWidth=\\d+)()()",
                                                    "create_value": "\nSharp=*"})j"),
                 kFile);
-    EXPECT_EQ(result.fields.at(0).outcome, FieldOutcome::created);
+    EXPECT_EQ(result.fields.at(0).outcome, FieldOutcome::Created);
     EXPECT_EQ(result.fields.at(0).createdLine, 3U);
     EXPECT_EQ(result.after, "[Display]\r\nWidth=1280\r\nSharp=7\r\nMode=Off\r\n");
 }
 
 TEST(PreviewTest, EndsWhereTheServiceEnds) {
     const TitlePreview result = preview(title(R"j({"key": "(\\nMode=)(\\w+)()", "value": 1})j"), kFile);
-    EXPECT_EQ(result.passes.front().verdict, Verdict::ends);
+    EXPECT_EQ(result.passes.front().verdict, Verdict::Ends);
     EXPECT_THAT(result.passes.front().log, ::testing::EndsWith("Brisk : invalid stoi argument\n"));
     const std::vector<PreviewFinding> faults = findFaults(result);
     ASSERT_EQ(faults.size(), 1U);
@@ -90,9 +90,9 @@ TEST(PreviewTest, EndsWhereTheServiceEnds) {
 TEST(PreviewTest, GivesNoOfferWithoutALowerResolutionButToLumaTitles) {
     const std::string field = R"j({"key": "(\\nWidth=)(\\d+)()", "meta": "native_width", "value": 0})j";
     const Display display{{1920, 1080}, std::nullopt};
-    EXPECT_EQ(preview(title(field), kFile, display).passes.front().verdict, Verdict::noResolution);
+    EXPECT_EQ(preview(title(field), kFile, display).passes.front().verdict, Verdict::NoResolution);
     EXPECT_EQ(preview(title(field, R"j(, "luma_version": 1)j"), kFile, display).passes.front().verdict,
-              Verdict::adjusted);
+              Verdict::Adjusted);
 }
 
 TEST(PreviewTest, LosesWhatStandsBehindCtrlZAsTheServiceDoes) {
@@ -112,9 +112,9 @@ TEST(PreviewTest, OfARegistryTitleChangesAndCreatesValues) {
     RegistryPreviewAdapter adapter(record);
     adapter.registry = &*registry;
     const TitlePreview result = previewRegistry(adapter, displayOf({1920, 1080}));
-    EXPECT_EQ(result.passes.front().verdict, Verdict::adjusted);
+    EXPECT_EQ(result.passes.front().verdict, Verdict::Adjusted);
     EXPECT_EQ(result.after, "\"Mode\"=\"sharp\"\n\"Width\"=dword:00000780\n");
-    EXPECT_EQ(result.fields.at(0).outcome, FieldOutcome::created);
+    EXPECT_EQ(result.fields.at(0).outcome, FieldOutcome::Created);
     EXPECT_EQ(result.fields.at(1).current, "1280");
     EXPECT_TRUE(result.settles);
 }
