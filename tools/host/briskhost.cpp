@@ -2,7 +2,7 @@
 // BriskHost.h; what can be seen of it and of its log, brisklog's library tells. Texts go in and out as UTF-8.
 #include "BriskHost.h"
 #include "base/WindowsHandles.h"
-#include "tools/console/Paths.h"
+#include "tools/console/Files.h"
 #include "tools/console/Program.h"
 #include "tools/log/Follow.h"
 #include "tools/log/JsonWriter.h"

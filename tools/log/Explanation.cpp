@@ -38,10 +38,6 @@ Explanation explainReason(const Session& session, const Game& game) {
 
 } // namespace
 
-std::string counted(std::uint64_t number, const std::string& noun) {
-    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
-}
-
 std::string nameOf(const Game& game) {
     const std::string id = game.id ? "game " + std::to_string(*game.id) : "a game announced before the log begins";
     return game.binaryName.empty() ? id : game.binaryName + " (" + id + ")";

@@ -1,6 +1,6 @@
 #include "tools/log/Follow.h"
 
-#include "tools/console/Paths.h"
+#include "tools/console/Files.h"
 #include "tools/log/Explanation.h"
 #include "tools/log/LogReader.h"
 

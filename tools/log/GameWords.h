@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/console/Words.h"
 #include "tools/log/Explanation.h"
 
 namespace brisk::logbook {
@@ -10,8 +11,5 @@ Explanation explainWaiting(const Session& session, const Game& game); // never f
 Explanation explainMeasuring(const Session& session, const Game& game);
 Explanation explainSettings(const Game& game);
 Explanation explainTracking(const Session& session, const Game& game); // a second game, cut off
-
-// "12 ticks", "1 tick".
-std::string counted(std::uint64_t number, const std::string& noun);
 
 } // namespace brisk::logbook

@@ -1,6 +1,6 @@
 #include "tools/log/LogFile.h"
 
-#include "tools/console/Paths.h"
+#include "tools/console/Files.h"
 
 #include <fstream>
 #include <iostream>
@@ -51,15 +51,6 @@ void learnNames(LogFile& log, Redaction& redaction) {
         }
     });
     log.read(reader);
-}
-
-std::optional<std::string> readWholeFile(const std::string& path) {
-    std::ifstream file(fromUtf8(path), std::ios::binary);
-    if (!file) {
-        return std::nullopt;
-    }
-    std::string content((std::istreambuf_iterator<char>(file)), {});
-    return file.bad() || !file ? std::nullopt : std::optional(std::move(content));
 }
 
 } // namespace brisk::logbook

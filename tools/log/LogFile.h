@@ -29,7 +29,4 @@ private:
 // Learns the users' names in a log, and in its path.
 void learnNames(LogFile& log, Redaction& redaction);
 
-// Nothing when it cannot be read.
-std::optional<std::string> readWholeFile(const std::string& path);
-
 } // namespace brisk::logbook

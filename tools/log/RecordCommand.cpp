@@ -1,6 +1,6 @@
 #include "tools/log/RecordCommand.h"
 
-#include "tools/console/Paths.h"
+#include "tools/console/Files.h"
 #include "tools/log/DebugOutput.h"
 #include "tools/log/RecordHead.h"
 #include "tools/log/StartedProgram.h"

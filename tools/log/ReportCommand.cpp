@@ -1,6 +1,6 @@
 #include "tools/log/ReportCommand.h"
 
-#include "tools/console/Paths.h"
+#include "tools/console/Files.h"
 #include "tools/log/ExitCodes.h"
 #include "tools/log/LogFile.h"
 #include "tools/log/LogReader.h"

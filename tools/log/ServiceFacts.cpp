@@ -1,6 +1,6 @@
 #include "tools/log/ServiceFacts.h"
 
-#include "tools/log/LogFile.h"
+#include "tools/console/Files.h"
 #include "tools/log/TitleFacts.h"
 
 #include "BriskHost.h"
@@ -82,7 +82,7 @@ ServiceFacts readServiceFacts(std::uint32_t processId) {
     }
     facts.fileVersion = getFileProperties(facts.path).fileVersion;
     facts.databasePath = facts.path.substr(0, facts.path.find_last_of("\\/") + 1) + "titles_db.json";
-    facts.database = readWholeFile(facts.databasePath);
+    facts.database = readFile(facts.databasePath);
     if (facts.database) {
         facts.titles = readDatabaseFacts(facts.databasePath, *facts.database).titles.size();
     }

@@ -1,5 +1,6 @@
 #include "tools/log/WhyCommand.h"
 
+#include "tools/console/Files.h"
 #include "tools/log/ExitCodes.h"
 #include "tools/log/LogFile.h"
 #include "tools/log/LogReader.h"
@@ -64,7 +65,7 @@ int runWhy(const WhyOptions& options) {
     const auto shown = [&](const std::string& path) { return options.redacts ? redaction.apply(path) : path; };
     std::optional<DatabaseFacts> facts;
     if (!options.database.empty()) {
-        auto text = readWholeFile(options.database);
+        auto text = readFile(options.database);
         if (!text) {
             return fail(shown(options.database), "cannot be read");
         }

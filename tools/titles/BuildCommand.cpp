@@ -1,3 +1,5 @@
+#include "tools/console/Files.h"
+#include "tools/console/Words.h"
 #include "tools/titles/Commands.h"
 #include "tools/titles/DatabaseBuild.h"
 #include "tools/titles/FindingOutput.h"
@@ -28,10 +30,6 @@ struct BuildOptions {
     bool hasColours = false;
 };
 
-std::string counted(std::size_t number, const char* noun) {
-    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
-}
-
 std::vector<std::string> findTitles(const std::string& folder) {
     std::error_code error;
     if (!std::filesystem::is_directory(toPath(folder), error)) {
@@ -48,7 +46,7 @@ std::vector<SourceText> readTitleFiles(const std::vector<std::string>& titles) {
     std::vector<SourceText> sources;
     for (const std::string& title : titles) {
         const std::string file = title + "/title.json";
-        auto bytes = readInputFile(file);
+        auto bytes = readFile(file);
         if (!bytes) {
             throw std::runtime_error("cannot read " + file);
         }

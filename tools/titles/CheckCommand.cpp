@@ -1,8 +1,9 @@
 #include "tools/titles/CheckCommand.h"
 
+#include "tools/console/Files.h"
+#include "tools/console/Words.h"
 #include "tools/titles/DatabaseCheck.h"
 #include "tools/titles/FindingOutput.h"
-#include "tools/titles/InputFile.h"
 #include "tools/titles/Progress.h"
 
 #include "base/Version.h"
@@ -17,10 +18,6 @@
 namespace brisk::workbench {
 
 namespace {
-
-std::string counted(std::size_t number, const char* noun) {
-    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
-}
 
 // Gathers what the databases gave, in the format asked for.
 class Output {
@@ -93,7 +90,7 @@ int runCheck(const CheckOptions& options) {
     Output output(options);
     bool isReadable = true;
     for (const std::string& path : options.databases) {
-        std::optional<std::string> bytes = readInputFile(path);
+        std::optional<std::string> bytes = readFile(path);
         if (!bytes) {
             std::cerr << "brisktitles: cannot read " << path << '\n';
             isReadable = false;

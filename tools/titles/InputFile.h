@@ -1,14 +1,10 @@
 #pragma once
 
-#include <optional>
 #include <string>
 
 namespace brisk::workbench {
 
-// A file's bytes; nothing when it cannot be read.
-std::optional<std::string> readInputFile(const std::string& path);
-
-// The same; throws std::runtime_error when it cannot be read.
+// A file's bytes. Throws std::runtime_error when it cannot be read.
 std::string readInput(const std::string& path);
 
 // The bytes of a game's text file. Throws std::runtime_error also for what is none: UTF-16, and an exported registry.

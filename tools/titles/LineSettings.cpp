@@ -1,5 +1,6 @@
 #include "tools/titles/PatternText.h"
 #include "tools/titles/SettingPlace.h"
+#include "tools/titles/SettingsText.h"
 
 #include <algorithm>
 #include <array>
@@ -14,10 +15,6 @@ constexpr std::size_t npos = std::string_view::npos;
 
 bool isBlank(char byte) {
     return byte == ' ' || byte == '\t';
-}
-
-bool beginsComment(std::string_view text) {
-    return text.starts_with(';') || text.starts_with('#') || text.starts_with("//") || text.starts_with("--");
 }
 
 // A line with a setting; offsets from the line's beginning.

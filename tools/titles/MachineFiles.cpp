@@ -2,7 +2,7 @@
 
 #include "base/TextEncoding.h"
 #include "titles/ConfigFiles.h"
-#include "tools/titles/InputFile.h"
+#include "tools/console/Files.h"
 #include "tools/titles/MachineRegistry.h"
 
 #include <algorithm>
@@ -42,7 +42,7 @@ FileSource machineFiles() {
     return {{resolveWildcard, locationExists}, [](const std::string& location) {
                 PreviewFile file{location, false, false, {}, toPath(location)};
                 file.isWritable = isWritable(file.real);
-                if (std::optional<std::string> bytes = readInputFile(location)) {
+                if (std::optional<std::string> bytes = readFile(location)) {
                     file.isReadable = true;
                     file.bytes = std::move(*bytes);
                 }

@@ -14,10 +14,6 @@ std::string_view withoutBlanks(std::string_view text) {
     return begin == std::string_view::npos ? std::string_view() : text.substr(begin);
 }
 
-bool beginsComment(std::string_view text) {
-    return text.starts_with(';') || text.starts_with('#') || text.starts_with("//") || text.starts_with("--");
-}
-
 bool isBlank(char byte) {
     return kBlanks.find(byte) != std::string_view::npos;
 }
@@ -68,6 +64,10 @@ bool isSectionHead(std::string_view line) {
 }
 
 } // namespace
+
+bool beginsComment(std::string_view text) {
+    return text.starts_with(';') || text.starts_with('#') || text.starts_with("//") || text.starts_with("--");
+}
 
 bool isInComment(std::string_view text, std::size_t place) {
     place = std::min(place, text.size());

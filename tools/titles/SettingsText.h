@@ -8,6 +8,9 @@ namespace brisk::workbench {
 
 // What the text of a settings file looks like to a game, as far as that can be told without knowing the game.
 
+// Whether the text begins with ; # // or --.
+bool beginsComment(std::string_view text);
+
 // Whether the place is inside a comment: behind ; # // -- in front of a line or, set off by blanks, behind something
 // else on it, or between <!-- and --> or /* and */.
 bool isInComment(std::string_view text, std::size_t place);

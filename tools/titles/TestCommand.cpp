@@ -1,6 +1,7 @@
 #include "tools/titles/TestCommand.h"
 
 #include "base/TextEncoding.h"
+#include "tools/console/Words.h"
 #include "tools/titles/GoldenService.h"
 #include "tools/titles/Progress.h"
 #include "tools/titles/TestOutput.h"
@@ -39,10 +40,6 @@ void writeJunit(const std::string& path, const std::vector<GoldenResult>& result
     if (!stream) {
         throw std::runtime_error("cannot write " + path);
     }
-}
-
-std::string counted(std::size_t number, const char* noun) {
-    return std::to_string(number) + " " + noun + (number == 1 ? "" : "s");
 }
 
 } // namespace

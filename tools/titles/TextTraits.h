@@ -18,9 +18,6 @@ struct TextTraits {
     std::size_t firstNul;   // npos: none
     std::size_t firstCtrlZ; // 0x1A; npos: none
     std::size_t size = 0;
-
-    // Bytes are lost or damaged.
-    bool isHarmed() const { return isUtf16 || firstCtrlZ != std::string_view::npos; }
 };
 
 TextTraits findTraits(std::string_view bytes);

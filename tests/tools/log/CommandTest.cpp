@@ -122,6 +122,16 @@ TEST_F(LogCommandTest, DatabaseThatCannotBeReadToItsEndIsRefusedWithItsPlace) {
     EXPECT_EQ(answer("[]").exitCode, 1);
 }
 
+TEST_F(LogCommandTest, DatabaseThatIsNoFileIsNamed) {
+    const std::string log = put("x.log", logOf("unknown-id"));
+    std::filesystem::create_directory(folder / "titles");
+    for (const std::string& database : {path("titles"), path("missing.json")}) {
+        const Outcome outcome = why(log, [&](logbook::WhyOptions& options) { options.database = database; });
+        EXPECT_EQ(outcome.exitCode, 2);
+        EXPECT_EQ(outcome.error, "brisklog: " + database + ": cannot be read\n");
+    }
+}
+
 TEST_F(LogCommandTest, GameIsFoundByItsHexadecimalId) {
     const std::string log = put("x.log", logOf("offer-configured"));
     for (const char* id : {"0x3e9", "0X3E9", "1001"}) {
