@@ -197,12 +197,15 @@ bool PatternMatcher::takeRun(const PatternStep& step) {
     if (longest < shortest) {
         return false;
     }
-    if (!step.givesBack) {
-        place = longest;
-        next = step.next;
-        return true;
+    if (step.givenBack == PatternStep::kVaries) {
+        return endRunWithin(next, shortest, longest);
     }
-    return endRunWithin(next, shortest, longest);
+    if (longest - shortest < step.givenBack) {
+        return false;
+    }
+    place = longest - step.givenBack;
+    next = step.next;
+    return true;
 }
 
 // The longest first.

@@ -2,6 +2,7 @@
 
 #include "pattern/PatternLengths.h"
 
+#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -189,12 +190,25 @@ private:
         step.bytes = bytes;
         step.others = ByteFinder(~bytes);
         step.other = textAt(next);
-        step.givesBack = (bytes & possibleAt(next).bytes).any();
+        step.givenBack = givenBack(step);
         step.possible.bytes = bytes;
         if (node.minimum == 0) {
             step.possible = step.possible | possibleAt(next);
         }
         return add(step);
+    }
+
+    // Where the text behind a run has its first byte that the run cannot take, the run ends so many bytes before.
+    std::size_t givenBack(const PatternStep& run) const {
+        if ((run.bytes & possibleAt(run.next).bytes).none()) {
+            return 0;
+        }
+        const std::string_view behind = program.textOf(program.steps[run.other]);
+        const auto end = std::find_if(behind.begin(), behind.end(),
+                                      [&run](char byte) { return !run.bytes[static_cast<unsigned char>(byte)]; });
+        return run.maximum == PatternNode::kUnbounded && end != behind.end()
+                   ? static_cast<std::size_t>(end - behind.begin())
+                   : PatternStep::kVaries;
     }
 
     // The text with which a step has to go on; without one the last step, which has none.

@@ -43,11 +43,11 @@ struct PatternStep {
         Match, // the end
     };
     static constexpr std::uint32_t kNoRegister = UINT32_MAX;
+    static constexpr std::size_t kVaries = SIZE_MAX;
 
     Kind kind;
     bool isLazy = false;
     bool isNegative = false;
-    bool givesBack = false; // run: whether what follows may begin with a byte of the run
     std::uint32_t next = 0;
     std::uint32_t other = 0;
     std::uint32_t number = 0;
@@ -56,6 +56,7 @@ struct PatternStep {
     std::uint32_t roundRegister = kNoRegister; // loop: where the last round began, where it could be empty
     std::size_t minimum = 0;
     std::size_t maximum = 0;
+    std::size_t givenBack = kVaries; // greedy run: how many of its bytes what follows takes from it, in every match
     ByteSet bytes{};
     ByteFinder others{};
     PossibleBytes possible{};

@@ -58,7 +58,7 @@ void PatternSearch::findLeadingRepetition() {
     const PatternStep& line = program.steps[step.other];
     const PatternStep& end = program.steps[line.next];
     const bool isLine = line.kind == Kind::Run && line.minimum == 0 && line.maximum == PatternNode::kUnbounded &&
-                        end.kind == Kind::Text && end.maximum == 1 && end.next == first && !line.givesBack;
+                        end.kind == Kind::Text && end.maximum == 1 && end.next == first && line.givenBack == 0;
     if (!isLine) {
         return;
     }

@@ -166,6 +166,15 @@ TEST(SettingPatternTest, QuantifiersTakeAsMuchOrAsLittleAsTheyMay) {
     EXPECT_EQ(SettingPattern("^a{2,3}$").search("aaaa"), std::nullopt);
 }
 
+TEST(SettingPatternTest, GreedyRepetitionLeavesWhatTheTextBehindItTakes) {
+    EXPECT_EQ(replaced(R"((=)([^;\n]*)( ;))", "a= 1 2 ;\nb= ;\nc=;\nd=3 ", "$017$3"), "a=7 ;\nb=7 ;\nc=;\nd=3 ");
+    EXPECT_THAT(SettingPattern(R"((\w*)(b=))").search("a, ab="), Optional(ElementsAre("ab=", "a", "b=")));
+    EXPECT_THAT(SettingPattern("(a{2,})(aab)").search("aaab aaaab"), Optional(ElementsAre("aaaab", "aa", "aab")));
+    EXPECT_THAT(SettingPattern("(a{0,2})(ab)").search("aaaab"), Optional(ElementsAre("aaab", "aa", "ab")));
+    EXPECT_THAT(SettingPattern("(?:a*ab)*(c)").search("aabaabc"), Optional(ElementsAre("aabaabc", "c")));
+    EXPECT_THAT(SettingPattern("(?=(a*)ab)a").search("aaab"), Optional(ElementsAre("a", "aa")));
+}
+
 TEST(SettingPatternTest, LazyCountedBeginningMissesNoPlace) {
     EXPECT_THAT(SettingPattern("a{0,2}?[ab]x").search("aaabx"), Optional(ElementsAre("aabx")));
 }
