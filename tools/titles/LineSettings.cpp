@@ -11,7 +11,7 @@ namespace brisk::workbench {
 namespace {
 
 constexpr std::string_view kBlanks = " \t";
-constexpr std::size_t npos = std::string_view::npos;
+constexpr std::size_t kNowhere = std::string_view::npos;
 
 bool isBlank(char byte) {
     return byte == ' ' || byte == '\t';
@@ -35,18 +35,18 @@ struct Line {
 std::size_t skipCommand(std::string_view text, std::size_t begin) {
     constexpr auto kCommands = std::to_array<std::string_view>({"set", "seta", "sets", "setu", "setenv"});
     const std::size_t end = text.find_first_of(kBlanks, begin);
-    if (end == npos ||
+    if (end == kNowhere ||
         std::find(kCommands.begin(), kCommands.end(), text.substr(begin, end - begin)) == kCommands.end()) {
         return begin;
     }
     const std::size_t name = text.find_first_not_of(kBlanks, end);
     // "set = 1" is a setting of that name.
-    return name == npos || text[name] == '=' || text[name] == ':' ? begin : name;
+    return name == kNowhere || text[name] == '=' || text[name] == ':' ? begin : name;
 }
 
 std::size_t endOfQuoted(std::string_view text, std::size_t begin) {
     const std::size_t end = text.find(text[begin], begin + 1);
-    return end == npos ? npos : end + 1;
+    return end == kNowhere ? kNowhere : end + 1;
 }
 
 bool isQuote(char byte) {
@@ -67,7 +67,7 @@ std::size_t findSign(std::string_view text, std::size_t begin) {
             return at;
         }
     }
-    return npos;
+    return kNowhere;
 }
 
 // Finds the end of the name and the separator; false where the line has none.
@@ -75,35 +75,35 @@ bool readName(Line& line) {
     const std::string_view text = line.text;
     const std::size_t begin = skipCommand(text, line.indent);
     const bool isCommand = begin != line.indent;
-    std::size_t nameEnd = npos;
-    std::size_t sign = npos;
+    std::size_t nameEnd = kNowhere;
+    std::size_t sign = kNowhere;
     if (isQuote(text[begin])) {
         nameEnd = endOfQuoted(text, begin);
-        if (nameEnd == npos) {
+        if (nameEnd == kNowhere) {
             return false;
         }
         const std::size_t next = text.find_first_not_of(kBlanks, nameEnd);
-        sign = next != npos && (text[next] == '=' || text[next] == ':') ? next : npos;
+        sign = next != kNowhere && (text[next] == '=' || text[next] == ':') ? next : kNowhere;
     } else if (isCommand) {
         nameEnd = text.find_first_of(kBlanks, begin);
     } else {
         sign = findSign(text, begin);
-        nameEnd = sign == npos ? text.find_first_of(kBlanks, begin) : sign;
+        nameEnd = sign == kNowhere ? text.find_first_of(kBlanks, begin) : sign;
     }
-    if (nameEnd == npos || nameEnd == begin) {
+    if (nameEnd == kNowhere || nameEnd == begin) {
         return false;
     }
     while (isBlank(text[nameEnd - 1])) {
         --nameEnd;
     }
-    const std::size_t behindSign = sign == npos ? nameEnd : sign + 1;
+    const std::size_t behindSign = sign == kNowhere ? nameEnd : sign + 1;
     line.separatorEnd = std::min(text.find_first_not_of(kBlanks, behindSign), text.size());
     const std::string_view blanks = text.substr(behindSign, line.separatorEnd - behindSign);
-    if (sign == npos) {
+    if (sign == kNowhere) {
         if (blanks.empty()) {
             return false;
         }
-        line.separator = blanks == " " ? " " : blanks.find('\t') == npos ? " +" : "[ \\t]+";
+        line.separator = blanks == " " ? " " : blanks.find('\t') == kNowhere ? " +" : "[ \\t]+";
     } else {
         line.separator = blanksLike(text.substr(nameEnd, sign - nameEnd)) + text[sign] + blanksLike(blanks);
     }
@@ -121,7 +121,7 @@ void readValue(Line& line) {
     line.valueEnd = text.size();
     if (line.valueBegin < text.size() && isQuote(text[line.valueBegin])) {
         const std::size_t end = endOfQuoted(text, line.valueBegin);
-        if (end != npos) {
+        if (end != kNowhere) {
             line.quote = text[line.valueBegin];
             ++line.valueBegin;
             line.valueEnd = end - 1;
@@ -134,7 +134,7 @@ void readValue(Line& line) {
         const std::size_t behind = text.find_first_not_of("#;/-", at);
         // "#ff8000" and "--width" are values.
         if (isSetOff && beginsComment(text.substr(at)) &&
-            (behind == npos || isBlank(text[behind]) || text[at] == ';' || text[at] == '/')) {
+            (behind == kNowhere || isBlank(text[behind]) || text[at] == ';' || text[at] == '/')) {
             line.valueEnd = at;
             break;
         }
@@ -145,7 +145,7 @@ void readValue(Line& line) {
     const std::string_view value = text.substr(line.valueBegin, line.valueEnd - line.valueBegin);
     const std::size_t semicolon = value.find(';');
     // "width = 1920;" and "60;comment".
-    if (semicolon != npos && semicolon > 0 && value.find_first_of("\"'({") == npos) {
+    if (semicolon != kNowhere && semicolon > 0 && value.find_first_of("\"'({") == kNowhere) {
         line.valueEnd = line.valueBegin + semicolon;
     } else if (value.size() > 1 && value.ends_with(',')) {
         --line.valueEnd;
@@ -185,7 +185,7 @@ public:
 private:
     void readAt(std::size_t begin, std::string_view content) {
         const std::string_view inner = trimmed(content);
-        if (inner.starts_with('[') && inner.find(']') != npos && inner.find('=') == npos) {
+        if (inner.starts_with('[') && inner.find(']') != kNowhere && inner.find('=') == kNowhere) {
             section = inner.substr(0, inner.find(']') + 1);
             before.clear();
             return;
@@ -215,7 +215,7 @@ private:
             behind = line.quote;
         } else if (!line.rest.empty()) {
             place.kind = SettingPlace::End::Blank;
-            place.stops = std::string_view(";#,").find(line.rest.front()) != npos ? line.rest.substr(0, 1) : "";
+            place.stops = std::string_view(";#,").find(line.rest.front()) != kNowhere ? line.rest.substr(0, 1) : "";
             const std::string_view comment = trimmed(line.rest);
             if (place.stops.empty() && !comment.empty() && (comment[0] == ';' || comment[0] == '#')) {
                 place.stops = comment[0];

@@ -9,7 +9,7 @@ namespace brisk::workbench {
 
 namespace {
 
-constexpr std::size_t npos = std::string_view::npos;
+constexpr std::size_t kNowhere = std::string_view::npos;
 
 struct Attribute {
     std::string_view name;
@@ -45,7 +45,7 @@ public:
     Reader(std::string_view content, const WantedSetting& wanted) : text(content), isWanted(wanted) {}
 
     std::vector<SettingPlace> read() {
-        for (std::size_t at = text.find('<'); at != npos; at = text.find('<', at)) {
+        for (std::size_t at = text.find('<'); at != kNowhere; at = text.find('<', at)) {
             if (!skip(at, "<!--", "-->") && !skip(at, "<![CDATA[", "]]>") && !skip(at, "<?", "?>") &&
                 !skip(at, "<!", ">")) {
                 at = text.substr(at).starts_with("</") ? close(at) : open(at);
@@ -62,7 +62,7 @@ private:
             return false;
         }
         const std::size_t end = text.find(closing, at + opening.size());
-        at = end == npos ? text.size() : end + closing.size();
+        at = end == kNowhere ? text.size() : end + closing.size();
         return true;
     }
 
@@ -97,7 +97,7 @@ private:
                 continue;
             }
             const std::size_t close = text.find(text[quote], quote + 1);
-            if (close == npos) {
+            if (close == kNowhere) {
                 return text.size();
             }
             element.attributes.push_back({text.substr(next, end - next), quote + 1, close, text[quote],
@@ -106,7 +106,7 @@ private:
         }
         const bool isEmpty = next < text.size() && text[next] == '/';
         const std::size_t tagEnd = text.find('>', next);
-        element.tagEnd = tagEnd == npos ? text.size() : tagEnd + 1;
+        element.tagEnd = tagEnd == kNowhere ? text.size() : tagEnd + 1;
         for (std::size_t index = 0; index < element.attributes.size(); ++index) {
             const Attribute& attribute = element.attributes[index];
             const std::string name = std::string(element.name) + ' ' + std::string(attribute.name);
@@ -143,7 +143,7 @@ private:
                 previous.reset();
             }
         }
-        return tagEnd == npos ? text.size() : tagEnd + 1;
+        return tagEnd == kNowhere ? text.size() : tagEnd + 1;
     }
 
     static std::string anyAttributes() { return "(?:\\s[^>]*)?"; }
@@ -163,7 +163,7 @@ private:
     // What stands in front of an element that begins its line, as no element in a comment does. Nothing elsewhere.
     std::optional<std::string> lineBegin(std::size_t at) const {
         const std::size_t last = text.find_last_not_of(" \t", at == 0 ? 0 : at - 1);
-        if (at == 0 || last == npos || text[last] != '\n') {
+        if (at == 0 || last == kNowhere || text[last] != '\n') {
             return std::nullopt;
         }
         return "\\n" + blanksLike(text.substr(last + 1, at - last - 1));

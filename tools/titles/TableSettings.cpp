@@ -8,7 +8,7 @@ namespace brisk::workbench {
 
 namespace {
 
-constexpr std::size_t npos = std::string_view::npos;
+constexpr std::size_t kNowhere = std::string_view::npos;
 constexpr std::size_t kDeepest = 200;
 
 bool isBare(char byte) {
@@ -78,7 +78,7 @@ private:
             const std::string_view rest = text.substr(at);
             if (rest.starts_with("/*") || rest.starts_with("--[[")) {
                 const std::size_t end = text.find(rest[0] == '/' ? "*/" : "]]", at + 2);
-                at = end == npos ? text.size() : end + 2;
+                at = end == kNowhere ? text.size() : end + 2;
             } else if (rest.starts_with("//") || rest.starts_with("--")) {
                 at = std::min(text.find('\n', at), text.size());
             } else {
@@ -90,16 +90,16 @@ private:
     // ["width"] = 1920
     bool isNameInBrackets(std::size_t at) const {
         const std::size_t quote = text.find_first_not_of(" \t", at + 1);
-        if (quote == npos || (text[quote] != '"' && text[quote] != '\'')) {
+        if (quote == kNowhere || (text[quote] != '"' && text[quote] != '\'')) {
             return false;
         }
         const std::size_t end = text.find(text[quote], quote + 1);
-        const std::size_t bracket = end == npos ? npos : text.find_first_not_of(" \t", end + 1);
-        if (bracket == npos || text[bracket] != ']') {
+        const std::size_t bracket = end == kNowhere ? kNowhere : text.find_first_not_of(" \t", end + 1);
+        if (bracket == kNowhere || text[bracket] != ']') {
             return false;
         }
         const std::size_t sign = text.find_first_not_of(" \t", bracket + 1);
-        return sign != npos && text[sign] == '=' && text.substr(at, sign - at).find('\n') == npos;
+        return sign != kNowhere && text[sign] == '=' && text.substr(at, sign - at).find('\n') == kNowhere;
     }
 
     Token readToken(std::size_t at) const {
