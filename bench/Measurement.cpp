@@ -67,7 +67,7 @@ std::size_t roundsFor(double secondsOfRound) {
 
 double quantile(std::vector<double> values, double part) {
     std::sort(values.begin(), values.end());
-    return values[static_cast<std::size_t>(part * static_cast<double>(values.size() - 1) + 0.5)];
+    return values[static_cast<std::size_t>(std::llround(part * static_cast<double>(values.size() - 1)))];
 }
 
 std::string inUnits(double value, const std::string& unit) {

@@ -27,7 +27,8 @@ void PatternMatcher::Retreats::beginBlock() {
         if (number * kBlock * sizeof(Retreat) >= kMaximumMemory) {
             throw std::regex_error(std::regex_constants::error_stack);
         }
-        blocks.push_back(std::make_unique_for_overwrite<Retreat[]>(kBlock));
+        // Not set to anything, and not every library has a function that says so.
+        blocks.emplace_back(new Retreat[kBlock]); // NOLINT(modernize-make-unique)
     }
     use(number);
 }

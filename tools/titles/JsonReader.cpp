@@ -136,7 +136,7 @@ private:
         if (depth() == 1) {
             return;
         }
-        JsonValue& parent = open_.back();
+        JsonValue& parent = openValues.back();
         if (parent.isObject()) {
             pendingKeys.back().value = std::move(value);
             parent.members.push_back(std::move(pendingKeys.back()));
@@ -157,7 +157,7 @@ private:
             JsonValue container;
             container.type = type;
             container.begin = begin;
-            open_.push_back(std::move(container));
+            openValues.push_back(std::move(container));
             pendingKeys.emplace_back();
         }
         containers.push_back(begin);
@@ -171,8 +171,8 @@ private:
         if (depth() > kKeptDepth) {
             return true;
         }
-        JsonValue value = std::move(open_.back());
-        open_.pop_back();
+        JsonValue value = std::move(openValues.back());
+        openValues.pop_back();
         pendingKeys.pop_back();
         value.end = cursor;
         if (depth() > 0) {
@@ -186,7 +186,7 @@ private:
     std::size_t cursor = 0; // behind the last token
     bool isAfterKey = false;
     std::vector<std::size_t> containers; // where each open object and array begins
-    std::vector<JsonValue> open_;
+    std::vector<JsonValue> openValues;
     std::vector<JsonValue::Member> pendingKeys; // one for each open container
 };
 
