@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+
 namespace brisk {
 namespace {
 
@@ -52,7 +54,7 @@ protected:
     }
 
     std::vector<std::string> takeRecord() {
-        const std::vector<std::string> record = kestrel.takeRecord();
+        std::vector<std::string> record = kestrel.takeRecord();
         records.insert(records.end(), record.begin(), record.end());
         return record;
     }
@@ -155,9 +157,9 @@ TEST_F(GfxInfoKestrelTest, CurrentFrameRateIsMeasuredAnewOnEveryCallWithoutALine
     kestrel.setScript("frames 60 45*2 30\n");
     GfxInfoKestrel info;
     log.take();
-    std::vector<std::uint32_t> rates;
-    for (int call = 0; call < 6; ++call) {
-        rates.push_back(info.getCurrentFps());
+    std::array<std::uint32_t, 6> rates{};
+    for (std::uint32_t& rate : rates) {
+        rate = info.getCurrentFps();
     }
     EXPECT_THAT(rates, ElementsAre(60, 45, 45, 30, 30, 30));
     EXPECT_THAT(log.take(), IsEmpty());

@@ -13,7 +13,7 @@ namespace brisk::testing {
 namespace {
 
 std::filesystem::path checkout() {
-    std::array<wchar_t, 32 * 1024> program{};
+    std::array<wchar_t, std::size_t{32} * 1024> program{};
     GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
     const std::wstring path = std::filesystem::path(program.data()).generic_wstring();
     const std::size_t build = path.rfind(L"/" BRISK_BUILD_FOLDER L"/");

@@ -68,6 +68,7 @@ bool start() {
 
 using namespace brisk::standin;
 
+// NOLINTNEXTLINE(readability-identifier-naming): Windows' own name
 STDAPI DllGetActivationFactory(HSTRING classId, IActivationFactory** factory) {
     static const bool usable = start();
     const std::wstring runtimeClass = fromHString(classId);
