@@ -44,7 +44,7 @@ ComReference<Interface> activationFactory(const wchar_t* runtimeClass, HRESULT& 
 // Null where it is refused.
 template <class Interface>
 ComReference<Interface> activationFactory(const wchar_t* runtimeClass) {
-    HRESULT result;
+    HRESULT result = S_OK;
     return activationFactory<Interface>(runtimeClass, result);
 }
 

@@ -2,6 +2,8 @@
 #include "ChildProcess.h"
 #include "NotificationStandinTest.h"
 
+#include <array>
+
 namespace brisk::standin {
 
 namespace {
@@ -123,11 +125,11 @@ TEST_F(NotificationFailuresTest, CallFailsFromTheGivenTimeOn) {
     auto notifier = createNotifier();
     auto notification = createNotification();
     control.setFailures("Show:3=0x80070005");
-    std::vector<HRESULT> results;
-    for (int i = 0; i < 4; ++i) {
-        results.push_back(notifier->Show(notification.get()));
+    std::array<HRESULT, 4> results{};
+    for (HRESULT& result : results) {
+        result = notifier->Show(notification.get());
     }
-    EXPECT_EQ(results, (std::vector<HRESULT>{S_OK, S_OK, E_ACCESSDENIED, E_ACCESSDENIED}));
+    EXPECT_EQ(results, (std::array<HRESULT, 4>{S_OK, S_OK, E_ACCESSDENIED, E_ACCESSDENIED}));
     const std::vector<std::string> lines = readRecord(record);
     EXPECT_EQ(std::vector<std::string>(lines.end() - 4, lines.end()),
               (std::vector<std::string>{"Show 1", "Show 1", "Show 1 -> 0x80070005", "Show 1 -> 0x80070005"}));

@@ -271,7 +271,7 @@ private:
 ToastWindow::ToastWindow(unsigned number, const std::shared_ptr<const ToastContent>& content,
                          const std::wstring& application, ToastReactions reactions)
     : closeRequest(std::make_shared<UniqueHandle>(CreateEventW(nullptr, TRUE, FALSE, nullptr))) {
-    startThread([request = closeRequest, number, content, application, reactions] {
+    startThread([request = closeRequest, number, content, application, reactions = std::move(reactions)] {
         Toast(number, content, application, reactions).run(request->get());
     });
 }

@@ -33,7 +33,7 @@ std::wstring valueOf(IXMLDOMNode* node) {
     VARIANT value;
     VariantInit(&value);
     node->get_nodeValue(&value);
-    const std::wstring text = value.vt == VT_BSTR ? std::wstring(value.bstrVal, SysStringLen(value.bstrVal)) : L"";
+    std::wstring text = value.vt == VT_BSTR ? std::wstring(value.bstrVal, SysStringLen(value.bstrVal)) : L"";
     VariantClear(&value);
     return text;
 }

@@ -10,7 +10,7 @@
 namespace brisk {
 
 std::string versionSample(const std::string& shape) {
-    const std::string path = toNarrow(testing::place(BRISK_VERSION_SAMPLES) / (shape + ".dll"));
+    std::string path = toNarrow(testing::place(BRISK_VERSION_SAMPLES) / (shape + ".dll"));
     if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
         throw std::invalid_argument("no version sample " + path);
     }
