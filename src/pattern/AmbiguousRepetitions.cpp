@@ -202,7 +202,7 @@ std::vector<std::size_t> ambiguousRepetitions(const PatternTree& tree) {
     // Whether there is more than one way through a node.
     std::vector<bool> hasChoice(tree.nodes.size());
     std::size_t stepsLeft = kMaximumSteps;
-    const auto lengths = lengthsOf(tree);
+    std::vector<PatternLengths> lengths; // worked out where they are needed, which is seldom
     for (std::size_t index = tree.nodes.size(); index-- > 0;) {
         const PatternNode& node = tree.nodes[index];
         std::size_t children = 0;
@@ -212,8 +212,11 @@ std::vector<std::size_t> ambiguousRepetitions(const PatternTree& tree) {
         });
         const bool isInnermost = found.empty() || found.back() >= index + node.size;
         // Which of the rounds that must be take nothing, (?:a?){30}: as many ways as there are choices of them.
-        const bool mayAllBeEmpty = node.kind == Kind::Repetition && node.minimum > kFewRounds &&
-                                   lengths[index + 1].minimum == 0 && lengths[index + 1].maximum > 0;
+        const bool isOwedOften = node.kind == Kind::Repetition && node.minimum > kFewRounds;
+        if (isOwedOften && lengths.empty()) {
+            lengths = lengthsOf(tree);
+        }
+        const bool mayAllBeEmpty = isOwedOften && lengths[index + 1].minimum == 0 && lengths[index + 1].maximum > 0;
         if (node.kind == Kind::Repetition && node.maximum > kFewRounds && hasChoice[index] && isInnermost &&
             (mayAllBeEmpty || Rounds::areAmbiguous(tree, index, stepsLeft))) {
             found.push_back(index);

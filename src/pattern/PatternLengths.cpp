@@ -33,9 +33,10 @@ PatternLengths lengthsOfGroup(const PatternTree& tree, std::size_t group, const 
     return all;
 }
 
+// `terms` is room to work in.
 void placeTerms(const PatternTree& tree, std::size_t sequence, const std::vector<PatternLengths>& lengths,
-                std::vector<PatternPlace>& places) {
-    std::vector<std::size_t> terms;
+                std::vector<std::size_t>& terms, std::vector<PatternPlace>& places) {
+    terms.clear();
     PatternLengths before = places[sequence].before;
     tree.forEachChild(sequence, [&](std::size_t term) {
         places[term].before = before;
@@ -90,11 +91,12 @@ std::vector<PatternLengths> lengthsOf(const PatternTree& tree) {
 
 std::vector<PatternPlace> placesOf(const PatternTree& tree, const std::vector<PatternLengths>& lengths) {
     std::vector<PatternPlace> places(tree.nodes.size());
+    std::vector<std::size_t> terms;
     for (std::size_t index = 0; index < tree.nodes.size(); ++index) {
         const PatternNode& node = tree.nodes[index];
         PatternPlace inside = places[index];
         if (node.kind == Kind::Sequence) {
-            placeTerms(tree, index, lengths, places);
+            placeTerms(tree, index, lengths, terms, places);
             continue;
         }
         if (node.kind == Kind::Lookahead || node.kind == Kind::NegativeLookahead) {

@@ -283,6 +283,11 @@ void PatternMatcher::choose(const PatternStep& step) {
 }
 
 bool PatternMatcher::takeLoop(const PatternStep& step) {
+    if (step.isOfLines && !step.isLazy) {
+        const std::size_t most = step.others.find(text, place, text.size());
+        spend((most - place) / kBytesOfAStep);
+        return endLinesWithin(next, place, most);
+    }
     const bool isCounted = step.countRegister != PatternStep::kNoRegister;
     const std::size_t rounds = isCounted ? registers[step.countRegister] : step.minimum;
     if (rounds < step.minimum) {
@@ -306,6 +311,37 @@ bool PatternMatcher::takeLoop(const PatternStep& step) {
     } else {
         next = step.next;
     }
+    return true;
+}
+
+// The most first.
+bool PatternMatcher::endLinesWithin(std::uint32_t loop, std::size_t fewest, std::size_t most) {
+    const PatternStep& step = program.steps[loop];
+    const PossibleBytes& behind = program.steps[step.next].possible;
+    const std::string_view lineEnd = program.textOf(program.steps[program.steps[step.other].next]);
+    const std::string_view wanted = program.textOf(program.steps[step.number]);
+    // Where what follows can begin: at its text; without one, behind a line.
+    const auto lastUpTo = [&](std::size_t last) {
+        if (last == fewest) {
+            return fewest;
+        }
+        const std::size_t shift = wanted.empty() ? 1 : 0;
+        const std::size_t found = findLastText(text, wanted.empty() ? lineEnd : wanted, fewest, last - shift);
+        return found == kNowhere ? fewest : found + shift;
+    };
+    std::size_t end = lastUpTo(most);
+    while (end > fewest && !(text[end - 1] == lineEnd.front() && behind.fits(text, end))) {
+        end = lastUpTo(end - 1);
+    }
+    spend((most - end) / kBytesOfAStep);
+    if (!behind.fits(text, end)) {
+        return false;
+    }
+    if (end > fewest) {
+        retreats.push({Retreat::Kind::FewerLines, loop, end, fewest});
+    }
+    place = end;
+    next = step.next;
     return true;
 }
 
@@ -350,6 +386,11 @@ bool PatternMatcher::retreat() {
             return true;
         case Retreat::Kind::ShorterRun:
             if (endRunWithin(last.step, last.other, last.place - 1)) {
+                return true;
+            }
+            break;
+        case Retreat::Kind::FewerLines:
+            if (endLinesWithin(last.step, last.other, last.place - 1)) {
                 return true;
             }
             break;

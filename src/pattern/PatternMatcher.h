@@ -45,6 +45,7 @@ private:
         enum class Kind : std::uint32_t {
             Resume,     // with the step at the place
             ShorterRun, // end the step's run before the place, though not before `other`
+            FewerLines, // the same with its lines
             LongerRun,  // end it behind the place, though not behind `other`
             NextRound,  // begin another round of the step's loop at the place
             Restore,    // give the register `step` its old value, `place`
@@ -99,6 +100,7 @@ private:
     bool endRunFrom(std::uint32_t run, std::size_t shortest, std::size_t longest);
     bool takeBackReference(const PatternStep& step);
     bool takeLoop(const PatternStep& step);
+    bool endLinesWithin(std::uint32_t loop, std::size_t fewest, std::size_t most);
     void beginRound(const PatternStep& step);
     bool endLookahead(const PatternStep& step);
     void choose(const PatternStep& step);

@@ -31,9 +31,7 @@ public:
     }
 
     PatternProgram build() {
-        PatternStep end{Kind::Match};
-        end.possible = {ByteSet().set(), true};
-        program.steps.push_back(end);
+        add(Kind::Match).possible = {ByteSet().set(), true};
         program.start = alternatives(0, 0);
         return std::move(program);
     }
@@ -41,18 +39,22 @@ public:
 private:
     const PossibleBytes& possibleAt(std::uint32_t step) const { return program.steps[step].possible; }
 
-    std::uint32_t add(const PatternStep& step) {
-        program.steps.push_back(step);
-        return static_cast<std::uint32_t>(program.steps.size() - 1);
+    // Made in its place, since a step is large.
+    PatternStep& add(Kind kind, std::uint32_t next = 0) {
+        PatternStep& step = program.steps.emplace_back();
+        step.kind = kind;
+        step.next = next;
+        return step;
     }
 
+    std::uint32_t lastStep() const { return static_cast<std::uint32_t>(program.steps.size() - 1); }
+
     // A step that takes no byte itself.
-    std::uint32_t add(Kind kind, std::uint32_t next, std::size_t number = 0) {
-        PatternStep step{kind};
-        step.next = next;
+    std::uint32_t addEmpty(Kind kind, std::uint32_t next, std::size_t number = 0) {
+        PatternStep& step = add(kind, next);
         step.number = static_cast<std::uint32_t>(number);
         step.possible = possibleAt(next);
-        return add(step);
+        return lastStep();
     }
 
     std::uint32_t newRegister() { return static_cast<std::uint32_t>(program.registerCount++); }
@@ -66,21 +68,20 @@ private:
         case PatternNode::Kind::Set:
             return set(tree.setOf(node), next);
         case PatternNode::Kind::TextBegin:
-            return add(Kind::TextBegin, next);
-        case PatternNode::Kind::TextEnd: {
-            const std::uint32_t step = add(Kind::TextEnd, next);
-            program.steps[step].possible = {{}, true};
-            return step;
-        }
+            return addEmpty(Kind::TextBegin, next);
+        case PatternNode::Kind::TextEnd:
+            add(Kind::TextEnd, next).possible = {{}, true};
+            return lastStep();
         case PatternNode::Kind::WordBoundary:
-            return add(Kind::WordBoundary, next);
+            return addEmpty(Kind::WordBoundary, next);
         case PatternNode::Kind::NoWordBoundary:
-            return add(Kind::NoWordBoundary, next);
+            return addEmpty(Kind::NoWordBoundary, next);
         case PatternNode::Kind::BackReference: {
             program.hasBackReferences = true;
-            const std::uint32_t step = add(Kind::BackReference, next, node.number);
-            program.steps[step].possible = {ByteSet().set(), true};
-            return step;
+            PatternStep& step = add(Kind::BackReference, next);
+            step.number = static_cast<std::uint32_t>(node.number);
+            step.possible = {ByteSet().set(), true};
+            return lastStep();
         }
         case PatternNode::Kind::Repetition:
             return repetition(index, next);
@@ -96,46 +97,55 @@ private:
     }
 
     std::uint32_t text(const PatternNode& node, std::uint32_t next) {
-        PatternStep step{Kind::Text};
-        step.next = next;
+        PatternStep& step = add(Kind::Text, next);
         step.minimum = node.number;
         step.maximum = node.maximum;
         step.possible.bytes.set(static_cast<unsigned char>(tree.textOf(node).front()));
-        return add(step);
+        return lastStep();
     }
 
     std::uint32_t set(const ByteSet& bytes, std::uint32_t next) {
-        PatternStep step{Kind::Set};
-        step.next = next;
+        PatternStep& step = add(Kind::Set, next);
         step.bytes = bytes;
         step.possible.bytes = bytes;
-        return add(step);
+        return lastStep();
     }
 
     std::uint32_t sequence(std::size_t index, std::uint32_t next) {
-        std::vector<std::size_t> children;
-        tree.forEachChild(index, [&children](std::size_t child) { children.push_back(child); });
-        for (; !children.empty(); children.pop_back()) {
-            next = part(children.back(), next);
+        const std::size_t begin = awaitChildren(index);
+        while (awaiting.size() > begin) {
+            next = part(takeLastChild(), next);
         }
         return next;
     }
 
     std::uint32_t alternatives(std::size_t index, std::uint32_t next) {
-        std::vector<std::size_t> children;
-        tree.forEachChild(index, [&children](std::size_t child) { children.push_back(child); });
-        std::uint32_t all = sequence(children.back(), next);
-        for (children.pop_back(); !children.empty(); children.pop_back()) {
-            all = choice(sequence(children.back(), next), all);
+        const std::size_t begin = awaitChildren(index);
+        std::uint32_t all = sequence(takeLastChild(), next);
+        while (awaiting.size() > begin) {
+            all = choice(sequence(takeLastChild(), next), all);
         }
         return all;
     }
 
+    // Answers how many nodes of others are waiting.
+    std::size_t awaitChildren(std::size_t index) {
+        const std::size_t others = awaiting.size();
+        tree.forEachChild(index, [this](std::size_t child) { awaiting.push_back(child); });
+        return others;
+    }
+
+    std::size_t takeLastChild() {
+        const std::size_t child = awaiting.back();
+        awaiting.pop_back();
+        return child;
+    }
+
     std::uint32_t choice(std::uint32_t wanted, std::uint32_t otherwise) {
-        const std::uint32_t step = add(Kind::Choice, wanted);
-        program.steps[step].other = otherwise;
-        program.steps[step].possible = possibleAt(wanted) | possibleAt(otherwise);
-        return step;
+        PatternStep& step = add(Kind::Choice, wanted);
+        step.other = otherwise;
+        step.possible = possibleAt(wanted) | possibleAt(otherwise);
+        return lastStep();
     }
 
     std::uint32_t group(std::size_t index, std::uint32_t next) {
@@ -146,21 +156,23 @@ private:
         if (node.number == 0) {
             return alternatives(index, next);
         }
-        return add(Kind::OpenGroup, alternatives(index, add(Kind::CloseGroup, next, node.number)), node.number);
+        const std::uint32_t inside = alternatives(index, addEmpty(Kind::CloseGroup, next, node.number));
+        return addEmpty(Kind::OpenGroup, inside, node.number);
     }
 
     std::uint32_t lookahead(std::size_t index, std::uint32_t next) {
-        PatternStep end{Kind::EndLookahead};
+        const std::uint32_t ownRegister = newRegister();
+        PatternStep& end = add(Kind::EndLookahead);
         end.possible = {ByteSet().set(), true};
-        end.countRegister = newRegister();
-        const std::uint32_t inside = alternatives(index, add(end));
-        const std::uint32_t step = add(Kind::BeginLookahead, next);
-        program.steps[step].other = inside;
+        end.countRegister = ownRegister;
+        const std::uint32_t inside = alternatives(index, lastStep());
+        PatternStep& step = add(Kind::BeginLookahead, next);
+        step.other = inside;
         // Never passed over, for what its groups match stays even where the pattern does not go on.
-        program.steps[step].possible = {ByteSet().set(), true};
-        program.steps[step].countRegister = end.countRegister;
-        program.steps[step].isNegative = tree.nodes[index].kind == PatternNode::Kind::NegativeLookahead;
-        return step;
+        step.possible = {ByteSet().set(), true};
+        step.countRegister = ownRegister;
+        step.isNegative = tree.nodes[index].kind == PatternNode::Kind::NegativeLookahead;
+        return lastStep();
     }
 
     std::uint32_t repetition(std::size_t index, std::uint32_t next) {
@@ -182,8 +194,7 @@ private:
     }
 
     std::uint32_t run(const PatternNode& node, const ByteSet& bytes, std::uint32_t next) {
-        PatternStep step{Kind::Run};
-        step.next = next;
+        PatternStep& step = add(Kind::Run, next);
         step.isLazy = node.isLazy;
         step.minimum = node.minimum;
         step.maximum = node.maximum;
@@ -195,7 +206,7 @@ private:
         if (node.minimum == 0) {
             step.possible = step.possible | possibleAt(next);
         }
-        return add(step);
+        return lastStep();
     }
 
     // Where the text behind a run has its first byte that the run cannot take, the run ends so many bytes before.
@@ -222,35 +233,48 @@ private:
     std::uint32_t loop(std::size_t index, std::uint32_t next) {
         const PatternNode& node = tree.nodes[index];
         const bool canBeEmpty = lengths[index + 1].minimum == 0;
-        PatternStep step{Kind::Loop};
-        step.next = next;
+        const bool isCounted = node.minimum > 1 || node.maximum != kUnbounded;
+        const bool mayRepeatNothing = canBeEmpty && node.maximum > kCountedEmptyRounds;
+        const std::uint32_t countRegister = isCounted ? newRegister() : PatternStep::kNoRegister;
+        const std::uint32_t roundRegister = mayRepeatNothing ? newRegister() : PatternStep::kNoRegister;
+        PatternStep& step = add(Kind::Loop, next);
         step.isLazy = node.isLazy;
         step.minimum = node.minimum;
         step.maximum = node.maximum;
-        if (node.minimum > 1 || node.maximum != kUnbounded) {
-            step.countRegister = newRegister();
-        }
-        if (canBeEmpty && node.maximum > kCountedEmptyRounds) {
-            step.roundRegister = newRegister();
-        }
+        step.countRegister = countRegister;
+        step.roundRegister = roundRegister;
         // From the tree, since the round's own steps need it.
         step.possible = PossibleBytes{first[index + 1], false} | possibleAt(next);
         if (canBeEmpty) {
             step.possible.canBeNone = true;
             step.possible.bytes.set();
         }
-        const std::uint32_t loop = add(step);
+        const std::uint32_t loop = lastStep();
         const std::uint32_t round = part(index + 1, loop);
         program.steps[loop].other = round;
-        const bool isCounted = step.countRegister != PatternStep::kNoRegister;
+        findLines(loop);
         const std::uint32_t begin = node.minimum == 1 && !isCounted ? round : loop;
-        if (!isCounted && step.roundRegister == PatternStep::kNoRegister) {
+        if (!isCounted && !mayRepeatNothing) {
             return begin;
         }
-        const std::uint32_t registers = add(Kind::BeginLoop, begin);
-        program.steps[registers].countRegister = step.countRegister;
-        program.steps[registers].roundRegister = step.roundRegister;
-        return registers;
+        addEmpty(Kind::BeginLoop, begin);
+        program.steps.back().countRegister = countRegister;
+        program.steps.back().roundRegister = roundRegister;
+        return lastStep();
+    }
+
+    // A line is all up to its end and the end itself, and can be taken in no other way.
+    void findLines(std::uint32_t index) {
+        PatternStep& loop = program.steps[index];
+        const PatternStep& line = program.steps[loop.other];
+        const PatternStep& end = program.steps[line.next];
+        loop.isOfLines = loop.countRegister == PatternStep::kNoRegister && line.kind == Kind::Run &&
+                         line.minimum == 0 && line.maximum == kUnbounded && end.kind == Kind::Text &&
+                         end.maximum == 1 && end.next == index && line.givenBack == 0;
+        if (loop.isOfLines) {
+            loop.others = ByteFinder(~(line.bytes | end.possible.bytes));
+            loop.number = textAt(loop.next);
+        }
     }
 
     // The bytes of a part that takes exactly one byte and captures nothing.
@@ -282,6 +306,7 @@ private:
     const PatternTree& tree;
     const std::vector<PatternLengths> lengths;
     const std::vector<ByteSet> first;
+    std::vector<std::size_t> awaiting; // children whose steps are still to be made
     PatternProgram program;
 };
 

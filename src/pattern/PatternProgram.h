@@ -37,7 +37,8 @@ struct PatternStep {
         CloseGroup,
         Choice,         // `next`, or else `other`
         BeginLoop,      // sets the registers of a loop
-        Loop,           // another round is the step `other`
+        Loop,           // another round is the step `other`; where rounds are lines, `others` finds what belongs to
+                        // none, and step `number` is a text that has to follow, or the match
         BeginLookahead, // `other` has to match, or must not
         EndLookahead,
         Match, // the end
@@ -45,8 +46,9 @@ struct PatternStep {
     static constexpr std::uint32_t kNoRegister = UINT32_MAX;
     static constexpr std::size_t kVaries = SIZE_MAX;
 
-    Kind kind;
+    Kind kind = Kind::Match;
     bool isLazy = false;
+    bool isOfLines = false; // loop: a round is any bytes but one, and then this one
     bool isNegative = false;
     std::uint32_t next = 0;
     std::uint32_t other = 0;

@@ -52,17 +52,10 @@ void PatternSearch::findLeadingRepetition() {
         endOfLeadingRun = step.others;
         return;
     }
-    if (step.kind != Kind::Loop || step.minimum > 0) {
+    if (!step.isOfLines || step.minimum > 0) {
         return;
     }
-    const PatternStep& line = program.steps[step.other];
-    const PatternStep& end = program.steps[line.next];
-    const bool isLine = line.kind == Kind::Run && line.minimum == 0 && line.maximum == PatternNode::kUnbounded &&
-                        end.kind == Kind::Text && end.maximum == 1 && end.next == first && line.givenBack == 0;
-    if (!isLine) {
-        return;
-    }
-    endOfLeadingLines = ByteFinder(~(line.bytes | end.possible.bytes));
+    endOfLeadingLines = step.others;
     std::uint32_t without = step.next;
     for (; !opened.empty(); opened.pop_back()) {
         PatternStep open{Kind::OpenGroup};

@@ -18,11 +18,18 @@ constexpr std::size_t kMaximumNesting = 200;
 // Settings need three.
 constexpr std::size_t kMaximumGroups = 9000;
 
+// A setting's key has about as many, and seldom more.
+constexpr std::size_t kUsualNodes = 24;
+
 constexpr std::size_t kMaximumRepetitions = std::numeric_limits<int>::max();
 
 class Parser {
 public:
-    explicit Parser(std::string_view pattern) : reader(pattern) { open(Kind::Group); }
+    explicit Parser(std::string_view pattern) : reader(pattern) {
+        tree.nodes.reserve(std::min(pattern.size(), kUsualNodes));
+        tree.texts.reserve(pattern.size());
+        open(Kind::Group);
+    }
 
     PatternTree parse() {
         while (!reader.atEnd()) {

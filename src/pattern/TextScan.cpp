@@ -1,5 +1,6 @@
 #include "pattern/TextScan.h"
 
+#include <algorithm>
 #include <bit>
 
 #if defined(__SSE2__) || defined(_M_X64)
@@ -22,6 +23,33 @@ __m128i blockAt(std::string_view text, std::size_t place) {
 unsigned equalBytes(__m128i block, __m128i byte) {
     return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, byte)));
 }
+
+// Where a text can begin: its first and its last byte in their distance are seldom anything else.
+class Candidates {
+public:
+    explicit Candidates(std::string_view needle)
+        : distance(needle.size() - 1), first(_mm_set1_epi8(needle.front())), last(_mm_set1_epi8(needle.back())) {}
+
+    // Bit n stands for the text's place `place` + n.
+    unsigned at(std::string_view text, std::size_t place) const {
+        return equalBytes(blockAt(text, place), first) & equalBytes(blockAt(text, place + distance), last);
+    }
+
+    const std::size_t distance;
+
+private:
+    const __m128i first;
+    const __m128i last;
+};
+
+// Whether a candidate is the needle. Byte by byte, since a needle is short.
+bool isSameBetweenEnds(std::string_view text, std::size_t candidate, std::string_view needle) {
+    std::size_t same = 1;
+    while (same + 1 < needle.size() && text[candidate + same] == needle[same]) {
+        ++same;
+    }
+    return same + 1 >= needle.size();
+}
 #endif
 
 } // namespace
@@ -29,20 +57,11 @@ unsigned equalBytes(__m128i block, __m128i byte) {
 std::size_t findText(std::string_view text, std::string_view needle, std::size_t from) {
     std::size_t place = from;
 #ifdef BRISK_HAS_SSE2
-    // Its first and its last byte in their distance are seldom anything else.
-    const __m128i first = _mm_set1_epi8(needle.front());
-    const __m128i last = _mm_set1_epi8(needle.back());
-    const std::size_t distance = needle.size() - 1;
-    for (; place + distance + kBlock <= text.size(); place += kBlock) {
-        unsigned hits = equalBytes(blockAt(text, place), first) & equalBytes(blockAt(text, place + distance), last);
-        for (; hits != 0; hits &= hits - 1) {
+    const Candidates candidates(needle);
+    for (; place + candidates.distance + kBlock <= text.size(); place += kBlock) {
+        for (unsigned hits = candidates.at(text, place); hits != 0; hits &= hits - 1) {
             const std::size_t hit = place + static_cast<std::size_t>(std::countr_zero(hits));
-            // Byte by byte: a needle is short.
-            std::size_t same = 1;
-            while (same < distance && text[hit + same] == needle[same]) {
-                ++same;
-            }
-            if (same >= distance) {
+            if (isSameBetweenEnds(text, hit, needle)) {
                 return hit;
             }
         }
@@ -51,12 +70,38 @@ std::size_t findText(std::string_view text, std::string_view needle, std::size_t
     return text.find(needle, place);
 }
 
+std::size_t findLastText(std::string_view text, std::string_view needle, std::size_t from, std::size_t last) {
+    if (needle.size() > text.size()) {
+        return std::string_view::npos;
+    }
+    std::size_t end = std::min(last, text.size() - needle.size()) + 1; // all behind is looked through
+#ifdef BRISK_HAS_SSE2
+    const Candidates candidates(needle);
+    for (; end >= from + kBlock; end -= kBlock) {
+        for (unsigned hits = candidates.at(text, end - kBlock); hits != 0;) {
+            const unsigned highest = std::bit_width(hits) - 1;
+            if (isSameBetweenEnds(text, end - kBlock + highest, needle)) {
+                return end - kBlock + highest;
+            }
+            hits ^= 1U << highest;
+        }
+    }
+#endif
+    while (end > from) {
+        --end;
+        if (text.substr(end, needle.size()) == needle) {
+            return end;
+        }
+    }
+    return std::string_view::npos;
+}
+
 ByteFinder::ByteFinder(const ByteSet& wanted) : bytes(wanted), count(wanted.count()) {
     if (count == 0 || count > few.size()) {
         return;
     }
     std::size_t listed = 0;
-    for (std::size_t byte = 0; byte < bytes.size(); ++byte) {
+    for (std::size_t byte = 0; listed < count; ++byte) {
         // The places left over are filled with the last one.
         for (std::size_t i = listed; bytes[byte] && i < few.size(); ++i) {
             few[i] = static_cast<char>(byte);

@@ -14,6 +14,10 @@ namespace brisk {
 // text's length times the needle's.
 std::size_t findText(std::string_view text, std::string_view needle, std::size_t from);
 
+// The place of the last `needle`, which is not empty, that begins in [from, last]; npos where there is none. Costs at
+// most the distance times the needle's length.
+std::size_t findLastText(std::string_view text, std::string_view needle, std::size_t from, std::size_t last);
+
 // Looks for bytes of a set.
 class ByteFinder {
 public:

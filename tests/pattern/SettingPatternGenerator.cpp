@@ -191,13 +191,16 @@ std::string SettingPatternGenerator::tokens() {
 }
 
 std::string SettingPatternGenerator::settingKey() {
+    const std::string lines =
+        below(3) > 0 ? ""
+                     : oneOf({"(?:.*\\n)*", "(?:.*\\n)+", "(?:.*\\n)*?", "(?:[^=]*=)*", "x?=?(?:[^\\n]*\\n)*\\s*"});
     const std::string name =
         oneOf({"Width", "ResolutionSizeX", "Fullscreen", "\\bMode", "r\\.Quality", "[A-Z]\\w+", "^\\s*Width"});
     const std::string separator = oneOf({"=", " = ", "\\s*=\\s*", "\">", "\" value=\"", ": *"});
     const std::string value =
         oneOf({"\\d+", "[0-9]+", "[^\\r\\n]*", "\\w+", "-?\\d+(?:\\.\\d+)?", ".*?", "true|false", "[^<\"]+"});
     const std::string end = oneOf({"", "\\r?\\n|$", "\\r?\\n", "\"", "</\\w+>", "(?=[\\r\\n])|$", "\\s*,?"});
-    return '(' + name + separator + ")(" + value + ")(" + end + ')';
+    return '(' + lines + name + separator + ")(" + value + ")(" + end + ')';
 }
 
 std::string SettingPatternGenerator::settingsText() {

@@ -46,6 +46,18 @@ TEST(SettingPatternLimitsTest, GreedyPrefixOverALargeTextIsNoBurden) {
     EXPECT_EQ(replaced, text.substr(0, text.size() - 5) + "1920\n");
 }
 
+TEST(SettingPatternLimitsTest, MillionsOfLinesInFrontAreNoBurden) {
+    const std::string lines(20'000'000, '\n');
+    const std::string value = "Width=1280";
+    const std::string text = lines + value + lines + value + "\nWidth=x" + lines;
+    for (const char* const key : {R"(((?:.*\n)*Width=)(\d+)())", R"(((?:.*\n)+Width=)(\d+)())"}) {
+        EXPECT_THAT(SettingPattern(key).search(text),
+                    Optional(ElementsAre(SizeIs(2 * (lines.size() + value.size())), SizeIs(testing::_), "1280", "")))
+            << key;
+    }
+    EXPECT_EQ(SettingPattern(R"(((?:.*\n)*Width=)(\d+)())").search(lines + "Width=x" + lines), std::nullopt);
+}
+
 TEST(SettingPatternLimitsTest, GroupRepeatedOverALargeTextIsNoBurden) {
     const std::string text = repeated("Volume=0.5\nName=Player\n", 40'000) + "Width=1280\n";
     EXPECT_THAT(SettingPattern(R"(((?:.|\n)*Width=)(\d+)(\r?\n|$))").search(text),

@@ -30,6 +30,31 @@ TEST(TextScanTest, TextWithTheSameEndsIsNotTakenForIt) {
     EXPECT_EQ(findText("", "a", 0), std::string::npos);
 }
 
+TEST(TextScanTest, LastTextIsFoundAtEveryPlace) {
+    for (const std::string needle : {"=", "ab", "Width=", "a text that is longer than one block"}) {
+        for (std::size_t place = 0; place + needle.size() <= kLength; ++place) {
+            std::string text(kLength, needle.back());
+            text.replace(place, needle.size(), needle);
+            const std::size_t expected = needle.size() == 1 ? kLength - 1 : place;
+            EXPECT_EQ(findLastText(text, needle, 0, std::string::npos), expected) << needle;
+            EXPECT_EQ(findLastText(text, needle, 0, place), place) << needle;
+            EXPECT_EQ(findLastText(text, needle, place, place), place) << needle;
+            EXPECT_EQ(findLastText(text, needle, place + 1, place), std::string::npos) << needle;
+            if (needle.size() > 1) {
+                EXPECT_EQ(findLastText(text, needle, place + 1, kLength), std::string::npos) << needle;
+                EXPECT_EQ(place == 0 ? std::string::npos : findLastText(text, needle, 0, place - 1), std::string::npos)
+                    << needle;
+            }
+        }
+    }
+}
+
+TEST(TextScanTest, LastTextWithTheSameEndsIsNotTakenForIt) {
+    EXPECT_EQ(findLastText("Width=Wodth=Wadth=Wedth=Wudth=", "Width=", 0, 30), 0);
+    EXPECT_EQ(findLastText("Wydth=Wodth=Wadth=Wedth=Wudth=", "Width=", 0, 30), std::string::npos);
+    EXPECT_EQ(findLastText("", "a", 0, 0), std::string::npos);
+}
+
 TEST(TextScanTest, BytesOfASetAreFoundAtEveryPlaceBeforeTheEnd) {
     for (const std::string wanted : {"", "\n", "\n\xFF", "\n\xFF\r", "\n\xFF\rz", "0123456789"}) {
         ByteSet bytes;
