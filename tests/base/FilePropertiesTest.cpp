@@ -128,7 +128,7 @@ TEST_F(FilePropertiesTest, StringsAreInTheProcessCodePage) {
 
 TEST_F(FilePropertiesTest, LongStringsOfThreeBytesACharacterAreWhole) {
     std::string company;
-    while (company.size() < 3 * 480) {
+    while (company.size() < std::size_t{3} * 480) {
         company += "\xE6\xB8\xB8\xE6\x88\x8F";
     }
     EXPECT_EQ(properties(versionSample("long-characters")), "Glass Orchard|" + company + "|(c) " + company + "|3.1");

@@ -6,8 +6,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 
-constexpr std::size_t kMegabyte = 1024 * 1024;
-
 class HostileConfigurationFilesTest : public HostileFixture {
 protected:
     void setTitle(const std::string& type, const std::string& location) const {

@@ -4,8 +4,11 @@
 #include "service/GameFixture.h"
 
 #include <chrono>
+#include <cstddef>
 
 namespace brisk::testing {
+
+inline constexpr std::size_t kMegabyte = std::size_t{1024} * 1024;
 
 // A service that is to be stormed. Every wait may take a minute: nothing here measures speed, but nothing may hang.
 class HostileFixture : public GameFixture {

@@ -90,7 +90,6 @@ TEST_F(HostilePatternsTest, HopelessPatternMetByTheHostsPatchLeavesTheFileWhole)
 }
 
 TEST_F(HostilePatternsTest, PatternThatEatsMemoryFailsTheEventAndGivesTheMemoryBack) {
-    constexpr std::size_t kMegabyte = 1024 * 1024;
     setFields(widthField() + R"json(,{"key": "Z?(?:(a)|(a))*b", "value": "x"})json");
     const std::string text = "Width=1024\r\n" + std::string(20 * kMegabyte, 'a');
     writeFile(settings(), text);

@@ -9,8 +9,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 
-constexpr std::size_t kMegabyte = 1024 * 1024;
-
 // Titles that no machine has, with ids from 2000 on.
 std::string manyTitles(std::size_t count, const std::string& publisher) {
     std::string titles = "[";
@@ -54,7 +52,7 @@ TEST_F(HostileTitleDatabaseTest, ManyTitlesAreServedFromFirstToLast) {
     // What the titles themselves take is there already. The first toast to clear brings the stand-in along.
     endStorm(4);
     // About 1 KB a title; the document they were read from is gone.
-    EXPECT_LE(before.privateBytes, 10 * kMegabyte + count * 2048);
+    EXPECT_LE(before.privateBytes, 10 * kMegabyte + std::size_t{count} * 2048);
     EXPECT_EQ(service.quit(), 0u);
     Lines lines = log();
     std::erase_if(lines, [](const std::string& line) {

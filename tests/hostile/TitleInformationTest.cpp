@@ -6,8 +6,6 @@ namespace {
 
 using ::testing::ElementsAreArray;
 
-constexpr std::size_t kMegabyte = 1024 * 1024;
-
 // Wine carries no message of 16 MB or more to another process.
 constexpr std::size_t kLargestMessage = 15 * kMegabyte;
 

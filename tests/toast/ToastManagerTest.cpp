@@ -31,11 +31,9 @@ protected:
 };
 
 TEST_F(ToastManagerTest, FirstAccessRegistersTheServicesIdentity) {
-    std::wstring id;
-    static std::wstring* received;
-    received = &id;
+    static std::wstring id;
     faults::replaceFunction("SetCurrentProcessExplicitAppUserModelID", faults::asProcedure(+[](PCWSTR text) -> HRESULT {
-                                *received = text;
+                                id = text;
                                 return S_OK;
                             }));
     ToastManager::instance();

@@ -146,9 +146,9 @@ TEST_F(ReportPageTest, TextsOfTheLogAreNoMarkup) {
                    "Brisk : shouldStartTracking\nBrisk : publisher: '<b>\"&\x01\xFF', binary name: '<i>.exe'.\n"
                    "Brisk : config for <i>.exe was not found. Skip.\nBrisk : finished\n");
     EXPECT_EQ(logbook::runReport({toPathText(log), toPathText(page()), false}), 1);
-    const std::string page_ = readFile(page());
-    EXPECT_EQ(findFault(page_), "");
-    EXPECT_THAT(page_, HasSubstr("&lt;b&gt;&quot;&amp;\xEF\xBF\xBD\xEF\xBF\xBD"));
+    const std::string html = readFile(page());
+    EXPECT_EQ(findFault(html), "");
+    EXPECT_THAT(html, HasSubstr("&lt;b&gt;&quot;&amp;\xEF\xBF\xBD\xEF\xBF\xBD"));
 }
 
 TEST_F(ReportPageTest, UnreadableAndForeignFilesHaveTheirExitCodes) {

@@ -84,7 +84,7 @@ TEST(LineDiffTest, OfRandomTextsMakesTheOneOfTheOther) {
         std::string before;
         std::string after;
         for (unsigned left = random() % 40; left > 0; --left) {
-            lines.push_back(std::string(1, static_cast<char>('a' + random() % 5)));
+            lines.emplace_back(1, static_cast<char>('a' + random() % 5));
             before += lines.back() + '\n';
             if (random() % 6 != 0) {
                 after += random() % 6 == 0 ? "x\n" : lines.back() + '\n';

@@ -32,10 +32,8 @@ protected:
 TEST_F(TextModeTest, AgreesWithTheServiceOnWhatStandsAtTheEndsOfItsBlocks) {
     for (const std::size_t length :
          std::initializer_list<std::size_t>{0, 1, 510, 511, 512, 4094, 4095, 4096, 4097, 8191, 8192, 12287}) {
-        for (const char* tail : {"", "\r", "\n", "\r\n", "\r\r\n", "\r\x1A", "\x1A", "\x1A\r\n",
-                                 "\n\x1A"
-                                 "b",
-                                 "\r\n\r", "\xEF\xBB\xBF"}) {
+        for (const char* tail :
+             {"", "\r", "\n", "\r\n", "\r\r\n", "\r\x1A", "\x1A", "\x1A\r\n", "\n\032b", "\r\n\r", "\xEF\xBB\xBF"}) {
             expectAgreement(std::string(length, 'a') + tail);
             expectAgreement(std::string(length, 'a') + tail + "X\r\n");
         }
