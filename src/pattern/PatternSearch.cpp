@@ -49,7 +49,9 @@ void PatternSearch::findLeadingRepetition() {
         return;
     }
     if (step.kind == Kind::Run) {
-        endOfLeadingRun = step.others;
+        const PatternStep& behind = program.steps[program.steps[step.next].next];
+        const bool isFirstLine = behind.isOfLines && behind.other == first; // of at least one
+        endOfLeadingRun = isFirstLine ? behind.others : step.others;
         return;
     }
     if (!step.isOfLines || step.minimum > 0) {

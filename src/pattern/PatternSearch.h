@@ -43,8 +43,9 @@ private:
     Beginning beginning;
     bool isAtTextBegin = false; // whether there is a match at the text's beginning or nowhere
 
-    // Where the pattern begins with any number of bytes of a set: it finds the end of these. Where there is no match at
-    // one of them, there is none at the following ones, which the repetition could have taken.
+    // Where the pattern begins with any number of bytes of a set, or with one line or more: it finds the end of these.
+    // Where there is no match at one of them, there is none at the following ones, which the repetition could have
+    // taken.
     std::optional<ByteFinder> endOfLeadingRun;
 
     // Where the pattern begins with any number of lines: it finds what belongs to no line. Where there is no match at

@@ -54,8 +54,8 @@ TEST(SettingPatternLimitsTest, MillionsOfLinesInFrontAreNoBurden) {
         EXPECT_THAT(SettingPattern(key).search(text),
                     Optional(ElementsAre(SizeIs(2 * (lines.size() + value.size())), SizeIs(testing::_), "1280", "")))
             << key;
+        EXPECT_EQ(SettingPattern(key).search(lines + "Width=x" + lines), std::nullopt) << key;
     }
-    EXPECT_EQ(SettingPattern(R"(((?:.*\n)*Width=)(\d+)())").search(lines + "Width=x" + lines), std::nullopt);
 }
 
 TEST(SettingPatternLimitsTest, GroupRepeatedOverALargeTextIsNoBurden) {

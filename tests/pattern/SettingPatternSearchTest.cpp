@@ -100,6 +100,10 @@ TEST(SettingPatternSearchTest, LinesInFrontAreTriedOnceAndThenOnlyWhatFollowsThe
     const std::string text = lines(1000) + "Width=wide\nMaxWidth=wide\n" + lines(1000);
     EXPECT_EQ(placesTried("((?:.*\\n)*Width=)(\\d+)()", text), 3);
     EXPECT_EQ(placesTried("((?:[^\\n]*\\n)*?Width=)(\\d+)()", text), 3);
+    EXPECT_EQ(placesTried("((?:.*\\n)+Width=)(\\d+)()", text), 1);
+    EXPECT_EQ(placesTried("((?:.*\\n)+?Width=)(\\d+)()", "a\n\r\n" + text), 2);
+    EXPECT_THAT(SettingPattern("((?:.*\\n)+Width=)(\\d+)()").search("Width=x\n\ra\nWidth=7\n"),
+                Optional(ElementsAre("a\nWidth=7", "a\nWidth=", "7", "")));
     // Found in the middle of a line, without a whole one.
     const std::string found = lines(3) + "Width=x\nMaxWidth=7\n";
     EXPECT_THAT(SettingPattern("((?:.*\\n)*Width=)(\\d+)()").search(found),
