@@ -74,12 +74,12 @@ std::size_t findLastText(std::string_view text, std::string_view needle, std::si
     if (needle.size() > text.size()) {
         return std::string_view::npos;
     }
-    std::size_t end = std::min(last, text.size() - needle.size()) + 1; // all behind is looked through
+    std::size_t end = std::min(last, text.size() - needle.size()) + 1; // what begins here or behind is not it
 #ifdef BRISK_HAS_SSE2
     const Candidates candidates(needle);
     for (; end >= from + kBlock; end -= kBlock) {
         for (unsigned hits = candidates.at(text, end - kBlock); hits != 0;) {
-            const unsigned highest = std::bit_width(hits) - 1;
+            const unsigned highest = static_cast<unsigned>(std::bit_width(hits)) - 1; // older libraries: unsigned
             if (isSameBetweenEnds(text, end - kBlock + highest, needle)) {
                 return end - kBlock + highest;
             }
