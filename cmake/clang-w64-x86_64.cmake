@@ -19,6 +19,8 @@ set(CMAKE_C_COMPILER clang)
 set(CMAKE_CXX_COMPILER clang++)
 set(CMAKE_C_COMPILER_TARGET x86_64-w64-mingw32)
 set(CMAKE_CXX_COMPILER_TARGET x86_64-w64-mingw32)
+# LLVM's own does not know how to keep a program's date.
+set(CMAKE_STRIP /usr/bin/x86_64-w64-mingw32-strip CACHE FILEPATH "Takes the symbols out of programs" FORCE)
 # GCC's library keeps what belongs to a thread in emulated variables.
 set(CMAKE_CXX_FLAGS_INIT "-femulated-tls -pthread")
 set(CMAKE_C_FLAGS_INIT "-pthread")

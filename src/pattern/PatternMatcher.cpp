@@ -330,7 +330,7 @@ bool PatternMatcher::endLinesWithin(std::uint32_t loop, std::size_t fewest, std:
         return found == kNowhere ? fewest : found + shift;
     };
     std::size_t end = lastUpTo(most);
-    while (end > fewest && !(text[end - 1] == lineEnd.front() && behind.fits(text, end))) {
+    while (end > fewest && (text[end - 1] != lineEnd.front() || !behind.fits(text, end))) {
         end = lastUpTo(end - 1);
     }
     spend((most - end) / kBytesOfAStep);
