@@ -7,8 +7,8 @@ namespace {
 int run(int argc, char** argv, const brisk::Console& console) {
     using namespace brisk::workbench;
     CLI::App program("Finds what is wrong with a title database before a player does.", "brisktitles");
-    program.footer(
-        "Exit codes: 0 nothing to complain of, 1 findings or differences, 2 wrong usage or unreadable input.");
+    program.footer("Exit codes: 0 nothing to complain of, 1 findings or differences,\n"
+                   "            2 wrong usage, unreadable input or output that cannot be written.");
 
     const bool hasColours = wantsColours(console);
     int exitCode = 0;

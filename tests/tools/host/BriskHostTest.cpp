@@ -40,7 +40,7 @@ constexpr char kHelp[] =
     "       briskhost --help                  print this text\n"
     "\n"
     "Numbers are unsigned 32-bit numbers, decimal or hexadecimal with 0x.\n"
-    "Exit code: 0 done, 1 not done (no service is running, for example), 2 wrong usage.\n";
+    "Exit code: 0 done, 1 not done (no service is running, for example), 2 wrong usage or no way to print.\n";
 
 class BriskHost : public testing::HostTest {};
 

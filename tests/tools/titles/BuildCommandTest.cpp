@@ -1,5 +1,5 @@
 #include "support/Places.h"
-#include "support/TextFiles.h"
+#include "tools/titles/CommandFixture.h"
 #include "tools/titles/CommandLine.h"
 #include "tools/titles/Commands.h"
 
@@ -20,19 +20,12 @@ std::string titleOf(const std::string& name, int id) {
   "config_fields": [{"key": "W", "meta": "width", "value": 0}]})";
 }
 
-class BuildCommandTest : public ::testing::Test {
+class BuildCommandTest : public CommandFixture {
 protected:
-    BuildCommandTest() { fs::remove_all(folder); }
-    ~BuildCommandTest() override { fs::remove_all(folder); }
-
-    std::string in(const std::string& name) const { return (folder / name).generic_string(); }
-    void write(const std::string& name, const std::string& bytes) const { testing::writeFile(folder / name, bytes); }
     static void addBuild(CLI::App& program, int& exitCode) { addBuildCommand(program, exitCode, false); }
     Answer build(const std::string& format = "text") const {
         return runCommand(addBuild, {"build", in("titles"), "-o", in("db.json"), "--format", format});
     }
-
-    const fs::path folder = fs::temp_directory_path() / "brisk-build-command";
 };
 
 TEST_F(BuildCommandTest, TitlesAreMergedByTheirBinaryNames) {
@@ -40,7 +33,7 @@ TEST_F(BuildCommandTest, TitlesAreMergedByTheirBinaryNames) {
     write("titles/2/title.json", "\xEF\xBB\xBF[\r\n" + titleOf("a.exe", 1) + "]\r\n");
     EXPECT_EQ(build(),
               (Answer{0, "0 errors, 0 warnings, 0 failures, 2 titles: written to " + in("db.json") + "\n", ""}));
-    const std::string database = testing::readFile(folder / "db.json");
+    const std::string database = read("db.json");
     EXPECT_EQ(database, "[\n"
                         "  {\n"
                         "    \"id\": 1,\n"
@@ -64,7 +57,7 @@ TEST_F(BuildCommandTest, TitlesAreMergedByTheirBinaryNames) {
     // Other folders, another order: the same bytes.
     fs::rename(folder / "titles/1", folder / "titles/3");
     EXPECT_EQ(build().code, 0);
-    EXPECT_EQ(testing::readFile(folder / "db.json"), database);
+    EXPECT_EQ(read("db.json"), database);
 }
 
 TEST_F(BuildCommandTest, TwoTitlesOfOneNameAreRefusedAndNothingIsWritten) {
@@ -110,7 +103,7 @@ TEST_F(BuildCommandTest, CaseThatFailsKeepsTheDatabaseFromBeingWritten) {
 
 TEST_F(BuildCommandTest, TitlesAreNeverOverwritten) {
     write("titles/1/title.json", titleOf("a.exe", 1));
-    const std::string before = testing::readFile(folder / "titles/1/title.json");
+    const std::string before = read("titles/1/title.json");
     fs::create_hard_link(folder / "titles/1/title.json", folder / "link.json");
     for (const std::string& output :
          {in("titles/1/title.json"), in("titles/../titles/1/./title.json"), in("titles/2/title.json")}) {
@@ -123,16 +116,15 @@ TEST_F(BuildCommandTest, TitlesAreNeverOverwritten) {
         runCommand(addBuild, {"build", in("titles"), "-o", in("link.json")}),
         (Answer{2, "",
                 "brisktitles: " + in("link.json") + " is " + in("titles/1/title.json") + ", which would be lost\n"}));
-    EXPECT_EQ(testing::readFile(folder / "titles/1/title.json"), before);
+    EXPECT_EQ(read("titles/1/title.json"), before);
 }
 
 TEST_F(BuildCommandTest, ExamplesAreTheDatabaseOfTheExamples) {
     const fs::path examples = testing::place(BRISK_EXAMPLES);
-    fs::create_directories(folder);
     EXPECT_EQ(runCommand(addBuild, {"build", examples.generic_string(), "-o", in("titles_db.json")}).code, 0);
     std::map<std::string, nlohmann::json> built;
     std::map<std::string, nlohmann::json> written;
-    for (const auto& title : nlohmann::json::parse(testing::readFile(folder / "titles_db.json"))) {
+    for (const auto& title : nlohmann::json::parse(read("titles_db.json"))) {
         built[title.at("binary_name")] = title;
     }
     for (const auto& title : nlohmann::json::parse(testing::readFile(examples / "titles_db.json"))) {

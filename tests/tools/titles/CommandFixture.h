@@ -1,13 +1,13 @@
 // What tests of whole commands stand on: a folder of their own, and what a command prints.
 #pragma once
 
+#include "support/TextFiles.h"
 #include "tools/console/Program.h"
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iostream>
-#include <iterator>
+#include <random>
 #include <sstream>
 #include <string>
 
@@ -17,23 +17,20 @@ namespace brisk::workbench {
 
 class CommandFixture : public ::testing::Test {
 protected:
-    CommandFixture() {
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
+    ~CommandFixture() override {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder, ignored);
     }
-    ~CommandFixture() override { std::filesystem::remove_all(folder); }
 
     std::string in(const std::string& name) const { return (folder / name).generic_string(); }
 
-    void write(const std::string& name, const std::string& bytes) const {
-        std::filesystem::create_directories((folder / name).parent_path());
-        std::ofstream(folder / name, std::ios::binary) << bytes;
+    // Its path.
+    std::string write(const std::string& name, const std::string& bytes) const {
+        testing::writeFile(folder / name, bytes);
+        return in(name);
     }
 
-    std::string read(const std::string& name) const {
-        std::ifstream file(folder / name, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
+    std::string read(const std::string& name) const { return testing::readFile(folder / name); }
 
     // The command's exit code; what it prints is in `printed` and `complaint`.
     int capture(const std::function<int()>& command) {
@@ -49,11 +46,19 @@ protected:
         return code;
     }
 
-    const std::filesystem::path folder =
-        std::filesystem::temp_directory_path() /
-        (std::string("brisk-") + ::testing::UnitTest::GetInstance()->current_test_info()->test_suite_name());
+    const std::filesystem::path folder = createFolder();
     std::string printed;
     std::string complaint;
+
+private:
+    static std::filesystem::path createFolder() {
+        std::random_device number;
+        std::filesystem::path folder;
+        do {
+            folder = std::filesystem::temp_directory_path() / ("brisktitles-test-" + std::to_string(number()));
+        } while (!std::filesystem::create_directory(folder));
+        return folder;
+    }
 };
 
 } // namespace brisk::workbench

@@ -1,4 +1,4 @@
-#include "support/TextFiles.h"
+#include "tools/titles/CommandFixture.h"
 #include "tools/titles/CommandLine.h"
 #include "tools/titles/Commands.h"
 
@@ -8,24 +8,12 @@
 namespace brisk::workbench {
 namespace {
 
-namespace fs = std::filesystem;
-
-class DiffCommandTest : public ::testing::Test {
+class DiffCommandTest : public CommandFixture {
 protected:
-    DiffCommandTest() { fs::remove_all(folder); }
-    ~DiffCommandTest() override { fs::remove_all(folder); }
-
-    std::string write(const std::string& name, const std::string& bytes) const {
-        testing::writeFile(folder / name, bytes);
-        return (folder / name).generic_string();
-    }
-
     Answer diff(const std::string& before, const std::string& after, const std::string& format = "text") const {
         return runCommand(addDiffCommand,
                           {"diff", write("old.json", before), write("new.json", after), "--format", format});
     }
-
-    const fs::path folder = fs::temp_directory_path() / "brisk-diff-command";
 };
 
 constexpr char kHarbour[] = R"j({"config_type": "txt", "id": 1, "binary_name": "a.exe", "title_name": "Harbour",
@@ -103,7 +91,7 @@ TEST_F(DiffCommandTest, WhatTheServiceSkipsCountsAsMissing) {
 
 TEST_F(DiffCommandTest, WhatCannotBeReadIsSaid) {
     EXPECT_EQ(diff("[]", "[,]"), (Answer{2, "",
-                                         "brisktitles: " + (folder / "new.json").generic_string() +
+                                         "brisktitles: " + in("new.json") +
                                              " is no JSON; `brisktitles check` tells where it is wrong\n"}));
     EXPECT_EQ(runCommand(addDiffCommand, {"diff", "none", "none"}), (Answer{2, "", "brisktitles: cannot read none\n"}));
     EXPECT_EQ(runCommand(addDiffCommand, {"diff", "none"}).code, 2);

@@ -1,4 +1,4 @@
-#include "support/TextFiles.h"
+#include "tools/titles/CommandFixture.h"
 #include "tools/titles/CommandLine.h"
 #include "tools/titles/Commands.h"
 #include "tools/titles/SettingsSamples.h"
@@ -9,20 +9,7 @@
 namespace brisk::workbench {
 namespace {
 
-namespace fs = std::filesystem;
-
-class KeyCommandTest : public ::testing::Test {
-protected:
-    KeyCommandTest() { fs::remove_all(folder); }
-    ~KeyCommandTest() override { fs::remove_all(folder); }
-
-    std::string write(const std::string& name, const std::string& bytes) const {
-        testing::writeFile(folder / name, bytes);
-        return (folder / name).generic_string();
-    }
-
-    const fs::path folder = fs::temp_directory_path() / "brisk-key-command";
-};
+class KeyCommandTest : public CommandFixture {};
 
 TEST_F(KeyCommandTest, PrintsTheKeyRawAndAsJsonAndItsField) {
     const std::string file = write("Settings.ini", "[A]\r\nWidth=1280\r\nMode=Very High\r\n");

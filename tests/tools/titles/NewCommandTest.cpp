@@ -1,4 +1,4 @@
-#include "support/TextFiles.h"
+#include "tools/titles/CommandFixture.h"
 #include "tools/titles/CommandLine.h"
 #include "tools/titles/Commands.h"
 #include "tools/titles/ExecutableSample.h"
@@ -9,20 +9,7 @@
 namespace brisk::workbench {
 namespace {
 
-namespace fs = std::filesystem;
-
-class NewCommandTest : public ::testing::Test {
-protected:
-    NewCommandTest() { fs::remove_all(folder); }
-    ~NewCommandTest() override { fs::remove_all(folder); }
-
-    std::string write(const std::string& name, const std::string& bytes) const {
-        testing::writeFile(folder / name, bytes);
-        return (folder / name).generic_string();
-    }
-
-    const fs::path folder = fs::temp_directory_path() / "brisk-new-command";
-};
+class NewCommandTest : public CommandFixture {};
 
 constexpr char kNoId[] = "brisktitles: fill in \"id\", the game id under which the host announces the game\n";
 constexpr char kNoGame[] = "brisktitles: fill in \"title_name\", \"publisher\" and \"binary_name\", or give the game's "
