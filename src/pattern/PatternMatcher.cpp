@@ -15,9 +15,13 @@ constexpr std::size_t kMaximumMemory = std::size_t{256} * 1024 * 1024;
 // So many bytes that are looked through cost as much as a step.
 constexpr std::size_t kBytesOfAStep = 16;
 
-// How far a lazy run is looked through at once: far enough to be quick, not so far that it is wasted where the run ends
-// soon.
-constexpr std::size_t kWindow = 1024;
+// How far a lazy run is looked through at once: at first not so far that it is wasted where the run ends soon, then far
+// enough to be quick.
+constexpr std::size_t kFirstWindow = 16;
+constexpr std::size_t kLastWindow = 1024;
+
+// Of a text that has to follow, as much is looked for: where a text is made to repeat it, more would cost more.
+constexpr std::size_t kWantedLength = 32;
 
 } // namespace
 
@@ -159,7 +163,7 @@ bool PatternMatcher::take(const PatternStep& step) {
 }
 
 // Byte by byte, since most texts are short or differ soon.
-bool PatternMatcher::isAt(std::string_view wanted) const {
+bool PatternMatcher::isAt(std::string_view wanted) {
     if (wanted.size() > text.size() - place) {
         return false;
     }
@@ -167,6 +171,7 @@ bool PatternMatcher::isAt(std::string_view wanted) const {
     while (same < wanted.size() && text[place + same] == wanted[same]) {
         ++same;
     }
+    spend(same / kBytesOfAStep);
     return same == wanted.size();
 }
 
@@ -186,12 +191,11 @@ bool PatternMatcher::takeRun(const PatternStep& step) {
         return false;
     }
     const std::size_t shortest = place + step.minimum;
-    if (step.isLazy && step.others.find(text, place, shortest) < shortest) {
-        return false;
-    }
     const std::size_t limit = place + std::min(step.maximum, left);
     if (step.isLazy) {
-        return endRunFrom(next, shortest, limit);
+        const std::size_t least = step.others.find(text, place, shortest);
+        spend((least - place) / kBytesOfAStep);
+        return least == shortest && endRunFrom(next, shortest, limit);
     }
     const std::size_t longest = step.others.find(text, place, limit);
     spend((longest - place) / kBytesOfAStep);
@@ -233,10 +237,10 @@ bool PatternMatcher::endRunWithin(std::uint32_t run, std::size_t shortest, std::
 bool PatternMatcher::endRunFrom(std::uint32_t run, std::size_t shortest, std::size_t longest) {
     const PatternStep& step = program.steps[run];
     const PatternStep& behind = program.steps[step.next];
-    const std::string_view wanted = program.textOf(program.steps[step.other]);
+    const std::string_view wanted = program.textOf(program.steps[step.other]).substr(0, kWantedLength);
     std::size_t end = shortest;
-    while (true) {
-        const std::size_t window = end + std::min(kWindow, longest - end);
+    for (std::size_t length = kFirstWindow;; length = std::min(2 * length, kLastWindow)) {
+        const std::size_t window = end + std::min(length, longest - end);
         const std::size_t furthest = step.others.find(text, end, window);
         std::size_t found = end;
         if (!wanted.empty()) {
@@ -268,7 +272,6 @@ bool PatternMatcher::takeBackReference(const PatternStep& step) {
     if (!isAt(wanted)) {
         return false;
     }
-    spend(wanted.size() / kBytesOfAStep);
     place += wanted.size();
     next = step.next;
     return true;
@@ -319,7 +322,7 @@ bool PatternMatcher::endLinesWithin(std::uint32_t loop, std::size_t fewest, std:
     const PatternStep& step = program.steps[loop];
     const PossibleBytes& behind = program.steps[step.next].possible;
     const std::string_view lineEnd = program.textOf(program.steps[program.steps[step.other].next]);
-    const std::string_view wanted = program.textOf(program.steps[step.number]);
+    const std::string_view wanted = program.textOf(program.steps[step.number]).substr(0, kWantedLength);
     // Where what follows can begin: at its text; without one, behind a line.
     const auto lastUpTo = [&](std::size_t last) {
         if (last == fewest) {

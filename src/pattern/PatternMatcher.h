@@ -93,7 +93,7 @@ private:
     void spend(std::size_t steps);
     void setRegister(std::uint32_t number, std::size_t value);
     bool take(const PatternStep& step);
-    bool isAt(std::string_view wanted) const;
+    bool isAt(std::string_view wanted);
     bool takeText(const PatternStep& step);
     bool takeRun(const PatternStep& step);
     bool endRunWithin(std::uint32_t run, std::size_t shortest, std::size_t longest);

@@ -161,6 +161,7 @@ private:
     }
 
     std::uint32_t lookahead(std::size_t index, std::uint32_t next) {
+        program.hasLookaheads = true;
         const std::uint32_t ownRegister = newRegister();
         PatternStep& end = add(Kind::EndLookahead);
         end.possible = {ByteSet().set(), true};
@@ -245,7 +246,7 @@ private:
         step.roundRegister = roundRegister;
         // From the tree, since the round's own steps need it.
         step.possible = PossibleBytes{first[index + 1], false} | possibleAt(next);
-        if (canBeEmpty) {
+        if (canBeEmpty || holdsLookahead(index)) {
             step.possible.canBeNone = true;
             step.possible.bytes.set();
         }
@@ -261,6 +262,15 @@ private:
         program.steps.back().countRegister = countRegister;
         program.steps.back().roundRegister = roundRegister;
         return lastStep();
+    }
+
+    // Which is never passed over.
+    bool holdsLookahead(std::size_t index) const {
+        const auto begin = tree.nodes.begin() + static_cast<std::ptrdiff_t>(index);
+        return std::any_of(
+            begin, begin + static_cast<std::ptrdiff_t>(tree.nodes[index].size), [](const PatternNode& node) {
+                return node.kind == PatternNode::Kind::Lookahead || node.kind == PatternNode::Kind::NegativeLookahead;
+            });
     }
 
     // A line is all up to its end and the end itself, and can be taken in no other way.

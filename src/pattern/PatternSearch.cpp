@@ -54,7 +54,8 @@ void PatternSearch::findLeadingRepetition() {
         endOfLeadingRun = isFirstLine ? behind.others : step.others;
         return;
     }
-    if (!step.isOfLines || step.minimum > 0) {
+    // A lookahead behind lines that led nowhere leaves its groups.
+    if (!step.isOfLines || step.minimum > 0 || program.hasLookaheads) {
         return;
     }
     endOfLeadingLines = step.others;

@@ -126,6 +126,19 @@ TEST_F(SettingPatternDifferentialTest, PatternsWithBackReferencesFindAndReplaceA
     compareGeneratedPatterns({.lookaheads = true, .backReferences = true}, 200'000, 20'000);
 }
 
+TEST_F(SettingPatternDifferentialTest, GroupsKeepWhatLedNowhereAsInTheStandardLibrary) {
+    Counts counts;
+    for (unsigned seed = 0; seed < cases(20'000); ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        SettingPatternGenerator generator(seed, {});
+        const std::string pattern = generator.patternWithTraces();
+        const auto nextText = [&generator] { return generator.textWithTraces(); };
+        const auto nextFormat = [] { return std::string("<$1$2>"); };
+        ASSERT_NO_FATAL_FAILURE(compare(pattern, 6, nextText, nextFormat, counts));
+    }
+    EXPECT_EQ(counts.rejected, 0);
+}
+
 TEST_F(SettingPatternDifferentialTest, BracketExpressionsHoldTheSameBytesOrAreRejected) {
     Counts counts;
     for (unsigned seed = 0; seed < cases(4'000); ++seed) {

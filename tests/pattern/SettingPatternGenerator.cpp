@@ -190,6 +190,28 @@ std::string SettingPatternGenerator::tokens() {
     return pattern;
 }
 
+std::string SettingPatternGenerator::patternWithTraces() {
+    std::string pattern = oneOf({"", "", "c*", "\\w*?", "(?:.*\\n)*", "(?:.*\\n)+"});
+    pattern += "(?:";
+    for (std::size_t ways = 1 + below(3); ways > 0; --ways) {
+        pattern +=
+            oneOf({"(?=(c))a", "(?=(a|bc))[ab]", "(?!(c))b", "(?=(b)?).", "(b?)a", "(b)", "a", "b", "-", "c\\n"});
+        pattern += ways > 1 ? "|" : ")";
+    }
+    pattern += oneOf({"", "*", "*?", "+", "?", "{2,}"});
+    pattern += oneOf({"x", "c", "=", "(?=(b))c"});
+    pattern += oneOf({"", "|c", "|cc", "|a"});
+    return pattern;
+}
+
+std::string SettingPatternGenerator::textWithTraces() {
+    std::string text;
+    for (std::size_t length = below(9); length > 0; --length) {
+        text += oneOf({"a", "b", "c", "x", "-", "=", "\n"});
+    }
+    return text;
+}
+
 std::string SettingPatternGenerator::settingKey() {
     const std::string lines =
         below(3) > 0 ? ""

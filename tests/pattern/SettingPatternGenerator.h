@@ -39,6 +39,11 @@ public:
     // A run of the grammar's tokens in no order, which is seldom a pattern.
     std::string tokens();
 
+    // A pattern whose lookaheads leave in their groups what led nowhere, and a text for it. A round of its loops takes
+    // a byte at least: of two empty ones there is only one here.
+    std::string patternWithTraces();
+    std::string textWithTraces();
+
     // A key as games' settings need it, and a settings text that may hold it.
     std::string settingKey();
     std::string settingsText();

@@ -77,6 +77,17 @@ TEST(SettingPatternLimitsTest, HopelessSearchIsGivenUp) {
     expectGivenUp("(a|a)*b", std::string(40, 'a'), std::regex_constants::error_complexity);
 }
 
+// Bytes that are compared or looked through count, also where they lead nowhere.
+TEST(SettingPatternLimitsTest, LongComparisonsAreGivenUp) {
+    const std::string letters(1'000'000, 'a');
+    expectGivenUp(R"((\w+)=\d[^]*?\1;)", letters + "b=1" + letters + letters + letters,
+                  std::regex_constants::error_complexity);
+    const std::string word(100'000, 'a');
+    expectGivenUp("[ab]+?" + word + 'b' + word, letters, std::regex_constants::error_complexity);
+    expectGivenUp("[a-z]{20000}?\\d", letters, std::regex_constants::error_complexity);
+    expectGivenUp("a\\w*?\\w\\d", letters, std::regex_constants::error_complexity);
+}
+
 TEST(SettingPatternLimitsTest, HopelessReplacementIsGivenUp) {
     const SettingPattern setting("(a+)+$");
     EXPECT_THROW(static_cast<void>(setting.replace(std::string(40, 'a') + 'b', "")), std::regex_error);
