@@ -81,7 +81,7 @@ finish(f"brisk-hostkit-{version}.zip", {
     "include/BriskHost.h": read("include/BriskHost.h"), "briskhost.exe": programs["briskhost.exe"],
     **tree_files([*host_examples, *images_of(host_documents)]),
     **pages.pages(root, host_documents, ["include/BriskHost.h", *host_examples, *images_of(host_documents)]),
-}, ["windows", "json"])
+}, ["windows", "json", "cli"])
 
 # For those who write title databases, on Linux.
 title_documents = ["docs/title-database.md", "docs/title-tool.md", "docs/title-ci.md", "docs/title-rules.md",

@@ -20,6 +20,8 @@ using namespace WinToastLib;
 
 constexpr wchar_t kName[] = L"Brisk windows-facts";
 constexpr std::chrono::seconds kPatience{60};
+constexpr char kNothing[] = "nothing in time";
+constexpr char kFailed[] = "failed";
 
 // The first event of a toast. Set on any thread.
 class Event {
@@ -33,9 +35,9 @@ public:
         }
         came.notify_all();
     }
-    std::string wait(std::chrono::seconds patience = kPatience) {
+    std::string wait() {
         std::unique_lock lock(mutex);
-        return came.wait_for(lock, patience, [this] { return !text.empty(); }) ? text : "nothing in time";
+        return came.wait_for(lock, kPatience, [this] { return !text.empty(); }) ? text : kNothing;
     }
 
 private:
@@ -52,7 +54,7 @@ public:
     void toastDismissed(ToastDismissalReason reason) override {
         end.set("dismissed " + std::to_string(static_cast<int>(reason)));
     }
-    void toastFailed() override { end.set("failed"); }
+    void toastFailed() override { end.set(kFailed); }
     void toastCompleted(std::function<void()>) override {}
 
     Event activation;
@@ -72,6 +74,10 @@ struct Toast {
     Toast(const Toast&) = delete;
     Toast& operator=(const Toast&) = delete;
     ~Toast() { WinToast::instance().clear(); }
+
+    // What comes of it; one that was refused has failed.
+    std::string activation() const { return id < 0 ? kFailed : events->activation.wait(); }
+    std::string ending() const { return id < 0 ? kFailed : events->end.wait(); }
 };
 
 void say(const std::string& text) {
@@ -85,10 +91,26 @@ bool ask(const std::string& question) {
     return !answer.empty() && (answer[0] == 'y' || answer[0] == 'Y');
 }
 
-// The shortcut and the identity for as long as the program runs.
+void removeShortcut() {
+    std::wstring path;
+    std::error_code ignored;
+    if (SUCCEEDED(getShortcutPath(kName, kName, path))) {
+        std::filesystem::remove(path, ignored);
+        std::filesystem::remove(std::filesystem::path(path).parent_path(), ignored);
+    }
+}
+
+// The shortcut and the identity for as long as the program runs, also if it is broken off.
 class Identity {
 public:
     Identity() {
+        removeShortcut();
+        SetConsoleCtrlHandler(
+            [](DWORD /*event*/) {
+                removeShortcut();
+                return FALSE;
+            },
+            TRUE);
         WinToast& toasts = WinToast::instance();
         toasts.setAppName(kName);
         toasts.setCompanyName(kName);
@@ -97,14 +119,7 @@ public:
     }
     Identity(const Identity&) = delete;
     Identity& operator=(const Identity&) = delete;
-    ~Identity() {
-        std::wstring path;
-        std::error_code ignored;
-        if (SUCCEEDED(getShortcutPath(kName, kName, path))) {
-            std::filesystem::remove(path, ignored);
-            std::filesystem::remove(std::filesystem::path(path).parent_path(), ignored);
-        }
-    }
+    ~Identity() { removeShortcut(); }
 
     bool isThere = false;
 };
@@ -116,6 +131,12 @@ bool hasIdentity() {
 
 Answer noIdentity() {
     return cannotTell("the shortcut or the notification classes are not there");
+}
+
+// Nothing is learned where nobody answered, or where notifications are turned off.
+Answer heardIf(bool isSo, const std::string& seen) {
+    const bool isSilent = seen.find(kNothing) != std::string::npos || seen.find(kFailed) != std::string::npos;
+    return isSilent ? cannotTell(seen) : holdsIf(isSo, seen);
 }
 
 Answer firstToast() {
@@ -132,48 +153,67 @@ Answer buttons() {
     }
     std::string seen;
     for (const char* const label : {"First", "Second", "Third"}) {
-        Toast toast(L"Press the button that the console names.");
+        const Toast toast(L"Press the button that the console names.");
         say(std::string("Press \"") + label + "\" on the toast.");
-        seen += (seen.empty() ? "" : ", ") + toast.events->activation.wait();
+        seen += (seen.empty() ? "" : ", ") + toast.activation();
     }
-    return holdsIf(seen == "button 0, button 1, button 2", seen);
+    return heardIf(seen == "button 0, button 1, button 2", seen);
 }
 
 Answer body() {
     if (!hasIdentity()) {
         return noIdentity();
     }
-    Toast toast(L"Click here, beside the buttons.");
+    const Toast toast(L"Click here, beside the buttons.");
     say("Click the toast beside its buttons.");
-    const std::string seen = toast.events->activation.wait();
-    return holdsIf(seen == "body", seen);
+    const std::string seen = toast.activation();
+    return heardIf(seen == "body", seen);
 }
 
 Answer afterDismissal() {
     if (!hasIdentity()) {
         return noIdentity();
     }
-    Toast toast(L"Close this toast by its cross.");
+    const Toast toast(L"Close this toast by its cross.");
     say("Close the toast by its cross.");
-    const std::string seen = toast.events->end.wait();
+    const std::string seen = toast.ending();
     if (seen != "dismissed 0") {
-        return holdsIf(false, seen);
+        return cannotTell(seen);
     }
     if (!ask("Open the notification centre. Is the toast there?")) {
         return holdsIf(true, seen + ", not in the notification centre");
     }
     say("Press \"Second\" there.");
-    const std::string pressed = toast.events->activation.wait();
-    return holdsIf(pressed == "button 1", seen + ", kept in the notification centre, " + pressed);
+    const std::string pressed = toast.activation();
+    return heardIf(pressed == "button 1", seen + ", kept in the notification centre, " + pressed);
+}
+
+// As it is behind a game: nobody sees the toast, and its button is pressed afterwards.
+Answer fromCentre() {
+    if (!hasIdentity()) {
+        return noIdentity();
+    }
+    const Toast toast(L"Leave this toast alone until it goes away.");
+    say("Leave the toast alone until it goes away.");
+    const std::string seen = toast.ending();
+    if (seen != "dismissed 2") {
+        return cannotTell(seen);
+    }
+    if (!ask("Open the notification centre. Is the toast there?")) {
+        return holdsIf(false, seen + ", not in the notification centre");
+    }
+    say("Press \"Second\" there.");
+    const std::string pressed = toast.activation();
+    return heardIf(pressed == "button 1", seen + ", " + pressed);
 }
 
 Answer largeToast() {
     if (!hasIdentity()) {
         return noIdentity();
     }
-    Toast toast(std::wstring(6'000, L'x'));
-    const std::string seen = toast.id < 0 ? "refused at once" : toast.events->end.wait(std::chrono::seconds(10));
-    return holdsIf(seen == "refused at once" || seen == "failed", seen);
+    const Toast toast(std::wstring(6'000, L'x'));
+    const std::string seen = toast.id < 0 ? "refused at once" : toast.ending();
+    return seen == kNothing ? cannotTell(seen) : holdsIf(seen == "refused at once" || seen == kFailed, seen);
 }
 
 } // namespace
@@ -183,6 +223,7 @@ std::vector<Fact> toastFacts() {
             {"toast-buttons", buttons},
             {"toast-body", body},
             {"toast-after-dismissal", afterDismissal},
+            {"toast-from-centre", fromCentre},
             {"toast-too-large", largeToast}};
 }
 

@@ -110,6 +110,12 @@ Answer logoff() {
     for (const std::string& line : testing::splitLines(testing::readFile(kLogoffRecord))) {
         seen += (seen.empty() ? "" : ", ") + line;
     }
+    // Told once: the next run is to tell of the next logoff.
+    std::error_code ignored;
+    std::filesystem::remove(kLogoffRecord, ignored);
+    if (seen.empty()) {
+        return cannotTell("windows-facts --logoff was ended otherwise than by a logoff, or before its messages came");
+    }
     return holdsIf(seen.starts_with("WM_QUERYENDSESSION") && seen.find("WM_ENDSESSION 1 ") != std::string::npos, seen);
 }
 
@@ -125,6 +131,8 @@ int playPart(const std::wstring& part) {
     }
     if (part == L"--logoff") {
         record.open(std::filesystem::path(kLogoffRecord));
+        // The service has no console, which the logoff could end first, and with it this program.
+        FreeConsole();
         return runWindow();
     }
     // --sleep: until the probe is done with it.

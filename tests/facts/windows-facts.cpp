@@ -19,7 +19,7 @@ constexpr char kHelp[] =
     "windows-facts: probes what Brisk relies on and only a real Windows can tell\n"
     "\n"
     "usage: windows-facts [FACT...]     all facts, or these\n"
-    "       windows-facts --toasts      shows toasts, too, and asks what you see; takes five minutes\n"
+    "       windows-facts --toasts      shows toasts, too, and asks what you see; takes some minutes\n"
     "       windows-facts --logoff      waits for a logoff, to be seen by the next run in the same folder\n"
     "       windows-facts --machine     tells of this machine only: build, language, code pages, displays\n"
     "       windows-facts --help        print this text\n"
@@ -97,5 +97,7 @@ int start(const std::vector<std::wstring>& arguments) {
 
 int wmain(int argc, wchar_t** argv) {
     const brisk::Console console;
+    // A drive without a medium is an error, not a question to whoever sits there.
+    SetErrorMode(SEM_FAILCRITICALERRORS);
     return start(std::vector<std::wstring>(argv + 1, argv + argc));
 }
