@@ -161,7 +161,7 @@ private:
     }
 
     std::uint32_t lookahead(std::size_t index, std::uint32_t next) {
-        program.hasLookaheads = true;
+        program.capturesAhead = program.capturesAhead || capturesAhead(index);
         const std::uint32_t ownRegister = newRegister();
         PatternStep& end = add(Kind::EndLookahead);
         end.possible = {ByteSet().set(), true};
@@ -246,7 +246,7 @@ private:
         step.roundRegister = roundRegister;
         // From the tree, since the round's own steps need it.
         step.possible = PossibleBytes{first[index + 1], false} | possibleAt(next);
-        if (canBeEmpty || holdsLookahead(index)) {
+        if (canBeEmpty || capturesAhead(index)) {
             step.possible.canBeNone = true;
             step.possible.bytes.set();
         }
@@ -264,13 +264,23 @@ private:
         return lastStep();
     }
 
-    // Which is never passed over.
-    bool holdsLookahead(std::size_t index) const {
-        const auto begin = tree.nodes.begin() + static_cast<std::ptrdiff_t>(index);
-        return std::any_of(
-            begin, begin + static_cast<std::ptrdiff_t>(tree.nodes[index].size), [](const PatternNode& node) {
-                return node.kind == PatternNode::Kind::Lookahead || node.kind == PatternNode::Kind::NegativeLookahead;
-            });
+    // Of the node: a lookahead with a group, which keeps what led nowhere and so is never passed over.
+    bool capturesAhead(std::size_t index) const {
+        const auto isAhead = [](const PatternNode& node) {
+            return node.kind == PatternNode::Kind::Lookahead || node.kind == PatternNode::Kind::NegativeLookahead;
+        };
+        const auto isCapture = [](const PatternNode& node) {
+            return node.kind == PatternNode::Kind::Group && node.number != 0;
+        };
+        std::size_t endOfAhead = index;
+        for (std::size_t node = index; node < index + tree.nodes[index].size; ++node) {
+            if (isAhead(tree.nodes[node])) {
+                endOfAhead = std::max(endOfAhead, node + tree.nodes[node].size);
+            } else if (node < endOfAhead && isCapture(tree.nodes[node])) {
+                return true;
+            }
+        }
+        return false;
     }
 
     // A line is all up to its end and the end itself, and can be taken in no other way.

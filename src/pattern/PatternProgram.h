@@ -76,7 +76,7 @@ struct PatternProgram {
     std::size_t groupCount = 0;
     std::size_t registerCount = 0; // two for each group (where it begins and ends, 0 being the whole match), and loops'
     bool hasBackReferences = false;
-    bool hasLookaheads = false;
+    bool capturesAhead = false; // whether a lookahead has a group
 };
 
 // Needs stack for nested groups, of which a tree has no more than 200 levels.

@@ -54,8 +54,8 @@ void PatternSearch::findLeadingRepetition() {
         endOfLeadingRun = isFirstLine ? behind.others : step.others;
         return;
     }
-    // A lookahead behind lines that led nowhere leaves its groups.
-    if (!step.isOfLines || step.minimum > 0 || program.hasLookaheads) {
+    // A lookahead behind lines that led nowhere keeps its groups.
+    if (!step.isOfLines || step.minimum > 0 || program.capturesAhead) {
         return;
     }
     endOfLeadingLines = step.others;

@@ -58,6 +58,13 @@ TEST(SettingPatternLimitsTest, MillionsOfLinesInFrontAreNoBurden) {
     }
 }
 
+TEST(SettingPatternLimitsTest, LookaheadsBehindManyLinesAreNoBurden) {
+    const std::string lines = repeated("Volume=0.5\n", 100'000);
+    const SettingPattern setting(R"(((?:.*\n)*(?!;)Width=)(\d+)())");
+    EXPECT_THAT(setting.search(lines + "Width=1280\n" + lines), Optional(SizeIs(4)));
+    EXPECT_EQ(setting.search(lines + "Width=x\n" + lines), std::nullopt);
+}
+
 TEST(SettingPatternLimitsTest, GroupRepeatedOverALargeTextIsNoBurden) {
     const std::string text = repeated("Volume=0.5\nName=Player\n", 40'000) + "Width=1280\n";
     EXPECT_THAT(SettingPattern(R"(((?:.|\n)*Width=)(\d+)(\r?\n|$))").search(text),
