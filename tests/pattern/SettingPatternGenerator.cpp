@@ -14,16 +14,14 @@ struct Quantifier {
     const char* text;
     bool mayBeNone;
     bool isLoop;
-    bool isCounted;
 };
 
 constexpr Quantifier kQuantifiers[] = {
-    {"*", true, true, false},      {"+", false, true, false},      {"?", true, false, false},
-    {"*?", true, true, false},     {"+?", false, true, false},     {"??", true, false, false},
-    {"{0,1}", true, false, false}, {"{0}", true, false, false},    {"{1,}", false, true, false},
-    {"{1}", false, false, false},  {"{0,}?", true, true, false},   {"{2}", false, false, true},
-    {"{1,2}", false, false, true}, {"{0,2}?", true, false, true},  {"{2,}", false, true, true},
-    {"{2,3}", false, false, true}, {"{1,3}?", false, false, true}, {"{0,3}", true, false, true},
+    {"*", true, true},        {"+", false, true},      {"?", true, false},     {"*?", true, true},
+    {"+?", false, true},      {"??", true, false},     {"{0,1}", true, false}, {"{0}", true, false},
+    {"{1,}", false, true},    {"{1}", false, false},   {"{0,}?", true, true},  {"{2}", false, false},
+    {"{1,2}", false, false},  {"{0,2}?", true, false}, {"{2,}", false, true},  {"{2,3}", false, false},
+    {"{1,3}?", false, false}, {"{0,3}", true, false},
 };
 
 } // namespace
@@ -125,7 +123,7 @@ SettingPatternGenerator::Piece SettingPatternGenerator::quantified(const Piece& 
     while (true) {
         const Quantifier& quantifier = kQuantifiers[below(below(2) == 0 ? 6 : std::size(kQuantifiers))];
         const int loops = piece.loops + (!quantifier.isLoop ? 0 : piece.canBeEmpty ? 2 : 1);
-        if ((quantifier.isCounted && piece.canBeEmpty) || (quantifier.isLoop && loops > kMaximumLoops)) {
+        if (quantifier.isLoop && loops > kMaximumLoops) {
             continue;
         }
         return {piece.pattern + quantifier.text, piece.canBeEmpty || quantifier.mayBeNone, loops};

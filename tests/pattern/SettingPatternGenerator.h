@@ -22,9 +22,6 @@ struct GeneratorOptions {
 //   of them is put into a lookahead. For the same reason a lookahead that may match the empty text fails where an empty
 //   match is forbidden; hasEmptyLookahead() tells that replacing cannot be compared.
 // - It backtracks without a limit: loops are not nested deeper than it can bear.
-// And one of ours:
-// - A counted repetition of something that may be empty ends with the first empty round here, while the standard goes
-//   on counting. No such repetition is made.
 class SettingPatternGenerator {
 public:
     SettingPatternGenerator(unsigned seed, GeneratorOptions chosen) : random(seed), options(chosen) {}
