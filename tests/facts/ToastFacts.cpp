@@ -170,41 +170,32 @@ Answer body() {
     return heardIf(seen == "body", seen);
 }
 
-Answer afterDismissal() {
+// A toast that ended as wanted: what its second button in the notification centre does.
+Answer pressedInCentre(const char* request, const std::string& wantedEnd, bool mayBeGone) {
     if (!hasIdentity()) {
         return noIdentity();
     }
-    const Toast toast(L"Close this toast by its cross.");
-    say("Close the toast by its cross.");
-    const std::string seen = toast.ending();
-    if (seen != "dismissed 0") {
-        return cannotTell(seen);
+    const Toast toast(L"Do with this toast what the console says.");
+    say(request);
+    const std::string end = toast.ending();
+    if (end != wantedEnd) {
+        return cannotTell(end);
     }
     if (!ask("Open the notification centre. Is the toast there?")) {
-        return holdsIf(true, seen + ", not in the notification centre");
+        return holdsIf(mayBeGone, end + ", not in the notification centre");
     }
     say("Press \"Second\" there.");
     const std::string pressed = toast.activation();
-    return heardIf(pressed == "button 1", seen + ", kept in the notification centre, " + pressed);
+    return heardIf(pressed == "button 1", end + ", kept in the notification centre, " + pressed);
+}
+
+Answer afterDismissal() {
+    return pressedInCentre("Close the toast by its cross.", "dismissed 0", true);
 }
 
 // As it is behind a game: nobody sees the toast, and its button is pressed afterwards.
 Answer fromCentre() {
-    if (!hasIdentity()) {
-        return noIdentity();
-    }
-    const Toast toast(L"Leave this toast alone until it goes away.");
-    say("Leave the toast alone until it goes away.");
-    const std::string seen = toast.ending();
-    if (seen != "dismissed 2") {
-        return cannotTell(seen);
-    }
-    if (!ask("Open the notification centre. Is the toast there?")) {
-        return holdsIf(false, seen + ", not in the notification centre");
-    }
-    say("Press \"Second\" there.");
-    const std::string pressed = toast.activation();
-    return heardIf(pressed == "button 1", seen + ", " + pressed);
+    return pressedInCentre("Leave the toast alone until it goes away.", "dismissed 2", false);
 }
 
 Answer largeToast() {
