@@ -32,11 +32,14 @@ environment = {
     "WINEDLLOVERRIDES": "winemenubuilder.exe=d;winedbg.exe=d;mscoree=;mshtml=",
 }
 environment.pop("DISPLAY", None)
+fixed_addresses = ["setarch", "-R"]
+if subprocess.call([*fixed_addresses, "true"], stderr=subprocess.DEVNULL) != 0:
+    fixed_addresses = []
 
 
 def wine(*arguments):
-    return subprocess.Popen(["wine", *map(str, arguments)], env=environment, stdout=subprocess.DEVNULL,
-                            stderr=subprocess.DEVNULL)
+    return subprocess.Popen([*fixed_addresses, "wine", *map(str, arguments)], env=environment,
+                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
 def host(command):
